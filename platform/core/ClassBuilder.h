@@ -163,8 +163,7 @@ private:
         static const TTypeInfo info = [] {
             TTypeInfo t;
             t.kind = TTypeKind::Class;
-            t.classInfo = &P::StaticClassInfo();
-            t.name = t.classInfo->name;
+            t.classOf = &P::StaticClassInfo;
             return t;
         }();
         return info;

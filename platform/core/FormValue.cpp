@@ -20,6 +20,11 @@ TFormValue TFormValue::Real(long double v) {
     r.real = v;
     return r;
 }
+TFormValue TFormValue::RealDouble(double v) {
+    TFormValue r = Real(v);
+    r.doublePrecision = true;
+    return r;
+}
 TFormValue TFormValue::Str(std::string v) {
     TFormValue r;
     r.kind = Kind::String;
@@ -89,10 +94,11 @@ namespace {
 
 // The shortest text that reads back as the same value, always with a point or exponent
 // so that it reads back as a float.
-std::string FormatFloat(long double v) {
+std::string FormatFloat(long double v, bool doublePrecision) {
     if (std::isnan(v) || std::isinf(v)) throw EWriteError("cannot write a non-finite number");
     char buf[64];
-    auto [end, ec] = std::to_chars(buf, buf + sizeof buf, v);
+    auto [end, ec] = doublePrecision ? std::to_chars(buf, buf + sizeof buf, static_cast<double>(v))
+                                     : std::to_chars(buf, buf + sizeof buf, v);
     std::string s(buf, end);
     if (s.find_first_of(".e") == std::string::npos) s += ".0";
     return s;
@@ -117,7 +123,7 @@ std::string FormatString(const std::string& s, const std::string& indent) {
     if (s.size() <= partLength) return QuoteFormString(s);
     std::string out;
     for (std::size_t i = 0; i < s.size(); i += partLength) {
-        if (i) out += " +\n" + indent + "  ";
+        out += (i ? " +\n" : "\n") + indent + "  ";
         out += QuoteFormString(std::string_view(s).substr(i, partLength));
     }
     return out;
@@ -128,7 +134,7 @@ std::string FormatString(const std::string& s, const std::string& indent) {
 std::string FormatFormValue(const TFormValue& value, const std::string& indent) {
     switch (value.kind) {
     case TFormValue::Kind::Integer: return std::to_string(value.integer);
-    case TFormValue::Kind::Float: return FormatFloat(value.real);
+    case TFormValue::Kind::Float: return FormatFloat(value.real, value.doublePrecision);
     case TFormValue::Kind::String: return FormatString(value.text, indent);
     case TFormValue::Kind::Ident: return value.text;
     case TFormValue::Kind::Set: {

@@ -16,6 +16,7 @@ struct TFormValue {
     Kind kind{Kind::Integer};
     std::int64_t integer{0};
     long double real{0};
+    bool doublePrecision{false};    // Float: written with the shortest text of a double
     std::string text;               // String and Ident
     std::vector<std::string> items; // Set
     std::vector<TFormValue> list;   // List
@@ -23,6 +24,7 @@ struct TFormValue {
 
     static TFormValue Int(std::int64_t v);
     static TFormValue Real(long double v);
+    static TFormValue RealDouble(double v);
     static TFormValue Str(std::string v);
     static TFormValue Identifier(std::string v);
     static TFormValue SetOf(std::vector<std::string> v);

@@ -144,9 +144,9 @@ void SetReference(TObject& obj, const TPropInfo& prop, const TFormValue& value,
     if (context.resolve) target = context.resolve(value.text);
     else if (auto* c = dynamic_cast<const TComponent*>(&obj)) target = FindComponentByPath(c, value.text);
     if (!target) throw EConvertError("No component named " + value.text + " for property " + prop.name);
-    if (!target->InheritsFrom(*prop.type->classInfo))
+    if (!target->InheritsFrom(prop.type->classOf()))
         throw EConvertError(value.text + " is a " + target->ClassName() + ", not a " +
-                            prop.type->classInfo->name + " (property " + prop.name + ")");
+                            prop.type->classOf().name + " (property " + prop.name + ")");
     prop.setObject(obj, target);
 }
 
@@ -158,7 +158,10 @@ TFormValue GetPropValue(const TObject& obj, const TPropInfo& prop) {
     case TTypeKind::Char:
     case TTypeKind::Enumeration:
     case TTypeKind::Set: return OrdinalValue(obj, prop);
-    case TTypeKind::Float: return TFormValue::Real(prop.getFloat(obj));
+    case TTypeKind::Float:
+        if (prop.type->floatType == TFloatType::Double)
+            return TFormValue::RealDouble(static_cast<double>(prop.getFloat(obj)));
+        return TFormValue::Real(prop.getFloat(obj));
     case TTypeKind::String: return TFormValue::Str(prop.getString(obj));
     case TTypeKind::Class: {
         if (!prop.isReference)
@@ -175,8 +178,7 @@ TFormValue GetPropValue(const TObject& obj, const TPropInfo& prop) {
         auto* c = dynamic_cast<const TComponent*>(&obj);
         if (c) {
             auto it = c->EventHandlerNames().find(prop.name);
-            if (it != c->EventHandlerNames().end() && prop.hasMethod(obj))
-                return TFormValue::Identifier(it->second);
+            if (it != c->EventHandlerNames().end()) return TFormValue::Identifier(it->second);
         }
         return TFormValue::Identifier("nil");
     }

@@ -238,7 +238,7 @@ private:
         }
         case 'e': return FloatToStrF(Float(arg), TFloatFormat::ffExponent, precision < 0 ? 15 : precision, 3);
         case 'f': return FloatToStrF(Float(arg), TFloatFormat::ffFixed, 18, precision < 0 ? 2 : precision);
-        case 'g': return FloatToStrF(Float(arg), TFloatFormat::ffGeneral, precision < 0 ? 15 : precision, 3);
+        case 'g': return FloatToStrF(Float(arg), TFloatFormat::ffGeneral, precision < 0 ? 15 : precision, 0);
         case 'n': return FloatToStrF(Float(arg), TFloatFormat::ffNumber, 18, precision < 0 ? 2 : precision);
         case 'm': return FloatToStrF(Float(arg), TFloatFormat::ffCurrency, 18, precision < 0 ? 2 : precision);
         case 'p': {

@@ -95,7 +95,8 @@ bool TPropInfo::IsReadOnly() const {
 }
 
 bool TPropInfo::IsStored(const TObject& obj) const {
-    if (IsReadOnly() && type->kind != TTypeKind::Class) return false;
+    // Read-only and display-only values are derived from others and are not written.
+    if ((IsReadOnly() && type->kind != TTypeKind::Class) || displayOnly) return false;
     return !stored || stored(obj);
 }
 
@@ -108,7 +109,7 @@ bool TPropInfo::IsDefault(const TObject& obj) const {
     case TTypeKind::Float: return getFloat(obj) == 0;
     case TTypeKind::String: return getString(obj).empty();
     case TTypeKind::Class: return getObject(obj) == nullptr;
-    case TTypeKind::Method: return !hasMethod(obj);
+    case TTypeKind::Method: return false; // written when a handler name is known
     }
     return false;
 }

@@ -34,8 +34,9 @@ struct TTypeInfo {
     TFloatType floatType{TFloatType::Double};
     // String: the maximum length of a short string (0 when unbounded).
     std::size_t maxLength{0};
-    // Class: the class of the object the property holds.
-    const TClassInfo* classInfo{nullptr};
+    // Class: the class of the object the property holds, asked for when needed so that a
+    // class may publish references to its own kind.
+    const TClassInfo& (*classOf)(){nullptr};
     // Integer types that have identifiers for some values (colours, cursors).
     std::function<std::optional<std::string>(std::int64_t)> intToIdent;
     std::function<std::optional<std::int64_t>(const std::string&)> identToInt;
