@@ -1,0 +1,351 @@
+#include "DeviceContext.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace qv {
+
+struct TDeviceContext::TBrushMasks {
+    bool null{true};
+    int width{1};
+    int height{1};
+    std::vector<TRopMask> cells; // width * height masks, row by row
+    TPoint origin{0, 0};
+};
+
+namespace {
+
+// The eight rows of each hatch, most significant bit leftmost.
+constexpr std::array<std::array<std::uint8_t, 8>, 6> HatchRows = {{
+    {0x00, 0x00, 0x00, 0xff, 0x00, 0x00, 0x00, 0x00}, // horizontal
+    {0x08, 0x08, 0x08, 0x08, 0x08, 0x08, 0x08, 0x08}, // vertical
+    {0x80, 0x40, 0x20, 0x10, 0x08, 0x04, 0x02, 0x01}, // forward diagonal
+    {0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0x40, 0x80}, // backward diagonal
+    {0x08, 0x08, 0x08, 0xff, 0x08, 0x08, 0x08, 0x08}, // cross
+    {0x81, 0x42, 0x24, 0x18, 0x18, 0x24, 0x42, 0x81}, // diagonal cross
+}};
+
+int PositiveMod(int value, int modulus) {
+    const int r = value % modulus;
+    return r < 0 ? r + modulus : r;
+}
+
+// The ROP2 of a ternary raster operation whose source bits are ignored.
+int Rop2FromRop3(std::uint32_t rop) {
+    return static_cast<int>((((rop >> 18) & 0x0c) | ((rop >> 16) & 0x03)) + 1);
+}
+
+// A one-pixel-thick rectangle, in either extent direction (negative extents mirror).
+TRect BlitRect(int x, int y, int width, int height) {
+    TRect r{x, y, x + width, y + height};
+    if (r.left > r.right) {
+        const int l = r.right + 1;
+        r.right = r.left + 1;
+        r.left = l;
+    }
+    if (r.top > r.bottom) {
+        const int t = r.bottom + 1;
+        r.bottom = r.top + 1;
+        r.top = t;
+    }
+    return r;
+}
+
+} // namespace
+
+TRopMask RopMaskFor(int rop2, std::uint32_t pixel) {
+    // Bit (2 * P + D) of (rop2 - 1) is the result for pen bit P and destination bit D.
+    const unsigned table = static_cast<unsigned>(std::clamp(rop2, 1, 16) - 1);
+    auto maskFor = [&](unsigned penBit) {
+        const bool whenDst0 = (table >> (2 * penBit)) & 1;
+        const bool whenDst1 = (table >> (2 * penBit + 1)) & 1;
+        return TRopMask{whenDst0 != whenDst1 ? 0xFFFFFFFFu : 0u, whenDst0 ? 0xFFFFFFFFu : 0u};
+    };
+    const TRopMask one = maskFor(1);
+    const TRopMask zero = maskFor(0);
+    return {(pixel & one.andMask) | (~pixel & zero.andMask),
+            (pixel & one.xorMask) | (~pixel & zero.xorMask)};
+}
+
+TDeviceContext::TDeviceContext(TPixelBuffer* target) : m_target(target) {
+    SelectPen(m_logPen);
+}
+
+void TDeviceContext::SelectPen(const TLogPen& pen) {
+    static const std::array<std::vector<int>, 4> cosmeticDashes = {{
+        {18, 6},
+        {3, 3},
+        {9, 6, 3, 6},
+        {9, 3, 3, 3, 3, 3},
+    }};
+    m_logPen = pen;
+    m_penStyle = (pen.style >= PS_SOLID && pen.style <= PS_INSIDEFRAME) ? pen.style : PS_SOLID;
+    m_penWidth = std::clamp(std::abs(pen.width), 1, 1 << 16);
+    m_dash = {};
+    if (m_penStyle == PS_NULL) m_penWidth = 0;
+    // Wide cosmetic pens are not dashed.
+    if (m_penStyle >= PS_DASH && m_penStyle <= PS_DASHDOTDOT && m_penWidth == 1) {
+        m_dash.dashes = cosmeticDashes[static_cast<std::size_t>(m_penStyle - PS_DASH)];
+        for (int d : m_dash.dashes)
+            m_dash.total += d;
+    }
+}
+
+void TDeviceContext::SelectBrush(const TLogBrush& brush) {
+    m_logBrush = brush;
+}
+
+int TDeviceContext::SetROP2(int rop2) {
+    const int old = m_rop2;
+    if (rop2 >= R2_BLACK && rop2 <= R2_WHITE) m_rop2 = rop2;
+    return old;
+}
+
+TColor TDeviceContext::SetBkColor(TColor color) {
+    return std::exchange(m_bkColor, color);
+}
+
+int TDeviceContext::SetBkMode(int mode) {
+    const int old = m_bkMode;
+    if (mode == TRANSPARENT || mode == OPAQUE) m_bkMode = mode;
+    return old;
+}
+
+TColor TDeviceContext::SetTextColor(TColor color) {
+    return std::exchange(m_textColor, color);
+}
+
+int TDeviceContext::SetArcDirection(int direction) {
+    const int old = m_arcDirection;
+    if (direction == AD_CLOCKWISE || direction == AD_COUNTERCLOCKWISE) m_arcDirection = direction;
+    return old;
+}
+
+int TDeviceContext::SetPolyFillMode(int mode) {
+    const int old = m_polyFillMode;
+    if (mode == ALTERNATE || mode == WINDING) m_polyFillMode = mode;
+    return old;
+}
+
+int TDeviceContext::SelectClipRgn(const TRegion* region) {
+    if (!region) {
+        m_clip.reset();
+        return SIMPLEREGION;
+    }
+    m_clip = *region;
+    return m_clip->Type();
+}
+
+int TDeviceContext::IntersectClipRect(const TRect& r) {
+    const TRegion rect = TRegion::FromRect(r);
+    if (m_clip)
+        m_clip = m_clip->Combine(rect, RGN_AND);
+    else if (m_target)
+        m_clip = TRegion::FromRect(m_target->Bounds()).Combine(rect, RGN_AND);
+    else
+        m_clip = rect;
+    return m_clip->Type();
+}
+
+TRect TDeviceContext::GetClipBox() const {
+    const TRect bounds = m_target ? m_target->Bounds() : TRect{};
+    if (!m_clip) return bounds;
+    return Intersect(m_clip->Bounds(), bounds);
+}
+
+std::uint32_t TDeviceContext::PixelOf(TColor color) const {
+    return ColorToPixel(ColorToDrawRGB(color));
+}
+
+std::vector<TRect> TDeviceContext::VisibleRects(const TRect& r) const {
+    std::vector<TRect> rects;
+    if (!m_target) return rects;
+    const TRect inside = Intersect(r, m_target->Bounds());
+    if (inside.IsEmpty()) return rects;
+    if (!m_clip) {
+        rects.push_back(inside);
+        return rects;
+    }
+    for (const auto& band : m_clip->Bands()) {
+        if (band.bottom <= inside.top) continue;
+        if (band.top >= inside.bottom) break;
+        for (const auto& span : band.spans) {
+            const TRect piece = Intersect({span.left, band.top, span.right, band.bottom}, inside);
+            if (!piece.IsEmpty()) rects.push_back(piece);
+        }
+    }
+    return rects;
+}
+
+// ---- brushes ----------------------------------------------------------------------------
+
+TDeviceContext::TBrushMasks TDeviceContext::MakeBrushMasks(const TLogBrush& brush, int rop2) const {
+    TBrushMasks masks;
+    masks.origin = m_brushOrg;
+    const TRopMask background =
+        m_bkMode == TRANSPARENT ? TRopMask{0xFFFFFFFFu, 0} : RopMaskFor(rop2, PixelOf(m_bkColor));
+    switch (brush.style) {
+    case BS_SOLID:
+        masks.null = false;
+        masks.cells = {RopMaskFor(rop2, PixelOf(brush.color))};
+        break;
+    case BS_HATCHED: {
+        const auto& rows = HatchRows[static_cast<std::size_t>(std::clamp(brush.hatch, 0, 5))];
+        const TRopMask foreground = RopMaskFor(rop2, PixelOf(brush.color));
+        masks.null = false;
+        masks.width = masks.height = 8;
+        masks.cells.resize(64);
+        for (int y = 0; y < 8; ++y)
+            for (int x = 0; x < 8; ++x)
+                masks.cells[static_cast<std::size_t>(y * 8 + x)] =
+                    (rows[static_cast<std::size_t>(y)] & (0x80 >> x)) ? foreground : background;
+        break;
+    }
+    case BS_PATTERN: {
+        if (!brush.pattern || brush.pattern->IsEmpty()) break;
+        const TPixelBuffer& tile = *brush.pattern;
+        masks.null = false;
+        masks.width = tile.Width();
+        masks.height = tile.Height();
+        masks.cells.resize(static_cast<std::size_t>(masks.width) * masks.height);
+        const TRopMask text = RopMaskFor(rop2, PixelOf(m_textColor));
+        const TRopMask back = RopMaskFor(rop2, PixelOf(m_bkColor));
+        for (int y = 0; y < masks.height; ++y)
+            for (int x = 0; x < masks.width; ++x) {
+                const std::uint32_t p = tile.At(x, y) & 0xFFFFFF;
+                masks.cells[static_cast<std::size_t>(y * masks.width + x)] =
+                    brush.monochrome ? (p == 0 ? text : back) : RopMaskFor(rop2, p);
+            }
+        break;
+    }
+    default:
+        break;
+    }
+    return masks;
+}
+
+void TDeviceContext::PaintRects(const std::vector<TRect>& rects, const TBrushMasks& masks) {
+    if (masks.null || !m_target) return;
+    for (const TRect& r : rects) {
+        if (masks.cells.size() == 1) {
+            ApplyMaskToRect(r, masks.cells.front());
+            continue;
+        }
+        for (int y = r.top; y < r.bottom; ++y) {
+            const int py = PositiveMod(y - masks.origin.y, masks.height);
+            const TRopMask* row = masks.cells.data() + static_cast<std::size_t>(py) * masks.width;
+            std::uint32_t* dst = m_target->Row(y);
+            int px = PositiveMod(r.left - masks.origin.x, masks.width);
+            for (int x = r.left; x < r.right; ++x) {
+                dst[x] = (dst[x] & row[px].andMask) ^ row[px].xorMask;
+                if (++px == masks.width) px = 0;
+            }
+        }
+    }
+}
+
+void TDeviceContext::ApplyMaskToRect(const TRect& r, TRopMask mask) {
+    for (int y = r.top; y < r.bottom; ++y)
+        RopPixels(m_target->Row(y) + r.left, r.Width(), mask.andMask, mask.xorMask);
+}
+
+void TDeviceContext::PaintRectWithBrush(const TRect& r, const TLogBrush& brush, int rop2) {
+    PaintRects(VisibleRects(r), MakeBrushMasks(brush, rop2));
+}
+
+void TDeviceContext::PaintRegionWithBrush(const TRegion& region, const TLogBrush& brush, int rop2) {
+    if (!m_target) return;
+    const TBrushMasks masks = MakeBrushMasks(brush, rop2);
+    if (masks.null) return;
+    const TRect bounds = m_target->Bounds();
+    const TRegion visible = m_clip ? region.Combine(*m_clip, RGN_AND) : region;
+    std::vector<TRect> rects;
+    for (const auto& band : visible.Bands()) {
+        if (band.bottom <= bounds.top) continue;
+        if (band.top >= bounds.bottom) break;
+        for (const auto& span : band.spans) {
+            const TRect piece = Intersect({span.left, band.top, span.right, band.bottom}, bounds);
+            if (!piece.IsEmpty()) rects.push_back(piece);
+        }
+    }
+    PaintRects(rects, masks);
+}
+
+void TDeviceContext::PaintRegionWithPen(const TRegion& region) {
+    TLogBrush penBrush;
+    penBrush.color = m_logPen.color;
+    PaintRegionWithBrush(region, penBrush, m_rop2);
+}
+
+void TDeviceContext::FillRgn(const TRegion& region, const TLogBrush& brush) {
+    PaintRegionWithBrush(region, brush, R2_COPYPEN);
+}
+
+void TDeviceContext::PaintRgn(const TRegion& region) {
+    PaintRegionWithBrush(region, m_logBrush, m_rop2);
+}
+
+void TDeviceContext::PatBlt(int x, int y, int width, int height, std::uint32_t rop) {
+    const int rop2 = Rop2FromRop3(rop);
+    const TRect r = BlitRect(x, y, width, height);
+    if (rop2 == R2_BLACK || rop2 == R2_WHITE || rop2 == R2_NOT || rop2 == R2_NOP) {
+        for (const TRect& piece : VisibleRects(r))
+            ApplyMaskToRect(piece, RopMaskFor(rop2, 0));
+        return;
+    }
+    PaintRectWithBrush(r, m_logBrush, rop2);
+}
+
+void TDeviceContext::FillRect(const TRect& r, const TLogBrush& brush) {
+    PaintRectWithBrush(BlitRect(r.left, r.top, r.Width(), r.Height()), brush, R2_COPYPEN);
+}
+
+void TDeviceContext::FrameRect(const TRect& r, const TLogBrush& brush) {
+    if (r.right <= r.left || r.bottom <= r.top) return;
+    const TBrushMasks masks = MakeBrushMasks(brush, R2_COPYPEN);
+    PaintRects(VisibleRects({r.left, r.top, r.left + 1, r.bottom}), masks);
+    PaintRects(VisibleRects({r.right - 1, r.top, r.right, r.bottom}), masks);
+    PaintRects(VisibleRects({r.left, r.top, r.right, r.top + 1}), masks);
+    PaintRects(VisibleRects({r.left, r.bottom - 1, r.right, r.bottom}), masks);
+}
+
+void TDeviceContext::InvertRect(const TRect& r) {
+    for (const TRect& piece : VisibleRects(BlitRect(r.left, r.top, r.Width(), r.Height())))
+        ApplyMaskToRect(piece, RopMaskFor(R2_NOT, 0));
+}
+
+void TDeviceContext::DrawFocusRect(const TRect& r) {
+    // The grey pattern: a 2 x 2 tile whose "dots" (x + y even) carry the background colour
+    // and whose other pixels carry the text colour, XORed onto the frame.
+    TBrushMasks masks;
+    masks.null = false;
+    masks.width = masks.height = 2;
+    const TRopMask dot = RopMaskFor(R2_XORPEN, PixelOf(m_bkColor));
+    const TRopMask gap = RopMaskFor(R2_XORPEN, PixelOf(m_textColor));
+    masks.cells = {dot, gap, gap, dot};
+    const int w = r.Width();
+    const int h = r.Height();
+    PaintRects(VisibleRects(BlitRect(r.left, r.top, w, 1)), masks);
+    PaintRects(VisibleRects(BlitRect(r.left, r.bottom - 1, w, 1)), masks);
+    if (h > 2) {
+        PaintRects(VisibleRects(BlitRect(r.left, r.top + 1, 1, h - 2)), masks);
+        PaintRects(VisibleRects(BlitRect(r.right - 1, r.top + 1, 1, h - 2)), masks);
+    }
+}
+
+// ---- pixels -----------------------------------------------------------------------------
+
+TColor TDeviceContext::SetPixel(int x, int y, TColor color) {
+    const std::uint32_t pixel = PixelOf(color);
+    for (const TRect& r : VisibleRects({x, y, x + 1, y + 1}))
+        ApplyMaskToRect(r, RopMaskFor(m_rop2, pixel));
+    return PixelToColor(pixel);
+}
+
+TColor TDeviceContext::GetPixel(int x, int y) const {
+    if (!m_target || !m_target->Contains(x, y)) return MakeColor(0xFFFFFFFFu);
+    return PixelToColor(m_target->At(x, y));
+}
+
+} // namespace qv

@@ -1,0 +1,267 @@
+// Pen strokes: one-pixel lines (solid and dashed, Bresenham with the classic octant bias)
+// and wide lines built as regions (segment quadrilaterals, round caps and joins).
+
+#include "DeviceContext.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+namespace qv {
+
+namespace {
+
+std::int64_t FloorDiv(std::int64_t a, std::int64_t b) {
+    const std::int64_t q = a / b;
+    return (a % b != 0 && ((a < 0) != (b < 0))) ? q - 1 : q;
+}
+std::int64_t CeilDiv(std::int64_t a, std::int64_t b) {
+    return -FloorDiv(-a, b);
+}
+
+// The steps k in [0, length) whose coordinate start + k * dir lies in [lo, hi).
+bool StepRange(int start, int dir, int length, int lo, int hi, int& first, int& last) {
+    std::int64_t a = 0, b = 0;
+    if (dir > 0) {
+        a = static_cast<std::int64_t>(lo) - start;
+        b = static_cast<std::int64_t>(hi) - start;
+    } else {
+        a = static_cast<std::int64_t>(start) - hi + 1;
+        b = static_cast<std::int64_t>(start) - lo + 1;
+    }
+    a = std::max<std::int64_t>(a, 0);
+    b = std::min<std::int64_t>(b, length);
+    if (a >= b) return false;
+    first = static_cast<int>(a);
+    last = static_cast<int>(b);
+    return true;
+}
+
+// Walks the one-pixel line from `from` (drawn) to `to` (not drawn) inside `window` and calls
+// plot(x, y, k) for each visible pixel, k being its step number along the line.
+template <class Plot> void WalkLine(TPoint from, TPoint to, const TRect& window, Plot&& plot) {
+    const int dx = to.x - from.x;
+    const int dy = to.y - from.y;
+    const int adx = std::abs(dx);
+    const int ady = std::abs(dy);
+    const int xInc = dx > 0 ? 1 : -1;
+    const int yInc = dy > 0 ? 1 : -1;
+    if (dx == 0 && dy == 0) return;
+    const bool xMajor = adx > ady;
+    const int length = xMajor ? adx : ady;
+    // Octants 3, 5, 6 and 8 (counting clockwise from +x) round their half steps the other way.
+    const bool bias =
+        (dy > 0 && dx < 0 && adx <= ady) || (dy < 0 && dx < 0) || (dy < 0 && dx > 0 && adx > ady);
+    const int major0 = xMajor ? from.x : from.y;
+    const int majorInc = xMajor ? xInc : yInc;
+    const int minor0 = xMajor ? from.y : from.x;
+    const int minorInc = xMajor ? yInc : xInc;
+    const int minorLo = xMajor ? window.top : window.left;
+    const int minorHi = xMajor ? window.bottom : window.right;
+    int first = 0, last = 0;
+    if (!StepRange(major0, majorInc, length, xMajor ? window.left : window.top,
+                   xMajor ? window.right : window.bottom, first, last))
+        return;
+    const std::int64_t dMajor = xMajor ? adx : ady;
+    const std::int64_t dMinor = xMajor ? ady : adx;
+    // Minor steps taken before step `first`, and the error term at that step.
+    const std::int64_t taken =
+        dMinor == 0 ? 0 : CeilDiv(2 * first * dMinor - dMajor + bias, 2 * dMajor);
+    std::int64_t err = 2 * dMinor - dMajor + 2 * first * dMinor - 2 * taken * dMajor;
+    std::int64_t minor = minor0 + taken * minorInc;
+    for (int k = first; k < last; ++k) {
+        if (minor >= minorLo && minor < minorHi) {
+            const int major = major0 + k * majorInc;
+            if (xMajor)
+                plot(major, static_cast<int>(minor), k);
+            else
+                plot(static_cast<int>(minor), major, k);
+        } else if ((minorInc > 0 && minor >= minorHi) || (minorInc < 0 && minor < minorLo)) {
+            break;
+        }
+        if (err + bias > 0) {
+            minor += minorInc;
+            err += 2 * dMinor - 2 * dMajor;
+        } else {
+            err += 2 * dMinor;
+        }
+    }
+}
+
+int RoundHalfAway(double v) {
+    return static_cast<int>(v > 0 ? v + 0.5 : v - 0.5);
+}
+
+} // namespace
+
+bool TDeviceContext::DashMark(int phase) const {
+    for (std::size_t i = 0; i < m_dash.dashes.size(); ++i) {
+        if (phase < m_dash.dashes[i]) return i % 2 == 0;
+        phase -= m_dash.dashes[i];
+    }
+    return true;
+}
+
+void TDeviceContext::ThinLine(TPoint from, TPoint to) {
+    if (!m_target) return;
+    const int length = std::max(std::abs(to.x - from.x), std::abs(to.y - from.y));
+    const TRect box{std::min(from.x, to.x), std::min(from.y, to.y), std::max(from.x, to.x) + 1,
+                    std::max(from.y, to.y) + 1};
+    const TRopMask ink = RopMaskFor(m_rop2, PixelOf(m_logPen.color));
+    if (m_dash.total == 0) {
+        for (const TRect& window : VisibleRects(box))
+            WalkLine(from, to, window, [&](int x, int y, int) {
+                std::uint32_t& p = m_target->At(x, y);
+                p = (p & ink.andMask) ^ ink.xorMask;
+            });
+        return;
+    }
+    const TRopMask gap =
+        m_bkMode == TRANSPARENT ? TRopMask{0xFFFFFFFFu, 0} : RopMaskFor(m_rop2, PixelOf(m_bkColor));
+    const int phase0 = m_dashPhase;
+    for (const TRect& window : VisibleRects(box))
+        WalkLine(from, to, window, [&](int x, int y, int k) {
+            const TRopMask& m = DashMark((phase0 + k) % m_dash.total) ? ink : gap;
+            std::uint32_t& p = m_target->At(x, y);
+            p = (p & m.andMask) ^ m.xorMask;
+        });
+    m_dashPhase = static_cast<int>((static_cast<std::int64_t>(phase0) + length) % m_dash.total);
+}
+
+namespace {
+
+// Builds the outline region of a wide pen with round caps and round joins.
+class TWidePenOutline {
+public:
+    TWidePenOutline(int width, TSpanCollector& out)
+        : m_width(width), m_out(out),
+          m_cap(TRegion::FromEllipse(-(width / 2), -(width / 2), (width + 1) / 2 + 1,
+                                     (width + 1) / 2 + 1)) {}
+
+    void Stroke(std::vector<TPoint> pts, bool close) {
+        while (pts.size() > 2 && pts[0] == pts[1])
+            pts.erase(pts.begin());
+        while (pts.size() > 2 && pts[pts.size() - 1] == pts[pts.size() - 2])
+            pts.pop_back();
+        m_pts = std::move(pts);
+        const int n = static_cast<int>(m_pts.size());
+        if (close)
+            Segments(true, n, m_pts[0], m_pts[0]);
+        else
+            Segments(false, n - 1, m_pts[0], m_pts[static_cast<std::size_t>(n - 1)]);
+    }
+
+private:
+    const TPoint& Pt(int i) const {
+        return m_pts[static_cast<std::size_t>(i % static_cast<int>(m_pts.size()))];
+    }
+    void AddRound(TPoint p) { m_out.AddRegion(m_cap, p.x, p.y); }
+
+    void Segments(bool close, int count, TPoint first, TPoint last) {
+        if (!close) {
+            AddRound(first);
+            AddRound(last);
+        }
+        if (count == 1) {
+            Segment(first, last, Pt(1).x - Pt(0).x, Pt(1).y - Pt(0).y);
+            return;
+        }
+        Segment(first, Pt(1), Pt(1).x - Pt(0).x, Pt(1).y - Pt(0).y);
+        for (int i = 1; i < count - 1; ++i) {
+            const TPoint p1 = Pt(i);
+            const TPoint p2 = Pt(i + 1);
+            if (Segment(p1, p2, p2.x - p1.x, p2.y - p1.y)) AddRound(p1);
+        }
+        const TPoint p1 = Pt(count - 1);
+        const TPoint p2 = Pt(count);
+        Segment(p1, last, p2.x - p1.x, p2.y - p1.y);
+        AddRound(p1);
+        if (close) AddRound(last);
+    }
+
+    // One segment's body from p1 to p2; (dx, dy) is the direction of the original segment.
+    bool Segment(TPoint p1, TPoint p2, int dx, int dy) {
+        if (dx == 0 && dy == 0) return false;
+        if (dy == 0) {
+            const int top = p1.y - m_width / 2;
+            m_out.AddRect({std::min(p1.x, p2.x), top, std::max(p1.x, p2.x), top + m_width});
+            return true;
+        }
+        if (dx == 0) {
+            const int left = p1.x - m_width / 2;
+            m_out.AddRect({left, std::min(p1.y, p2.y), left + m_width, std::max(p1.y, p2.y)});
+            return true;
+        }
+        const double len = std::hypot(static_cast<double>(dx), static_cast<double>(dy));
+        const double widthX = static_cast<double>(m_width) * std::abs(dy) / len;
+        const double widthY = static_cast<double>(m_width) * std::abs(dx) / len;
+        TPoint narrow{RoundHalfAway(widthX / 2), RoundHalfAway(widthY / 2)};
+        TPoint wide{RoundHalfAway((widthX + 1) / 2), RoundHalfAway((widthY + 1) / 2)};
+        if (dx < 0) {
+            wide.y = -wide.y;
+            narrow.y = -narrow.y;
+        }
+        if (dy < 0) {
+            std::swap(narrow, wide);
+            wide.x = -wide.x;
+            narrow.x = -narrow.x;
+        }
+        const TPoint quad[4] = {{p1.x - narrow.x, p1.y + narrow.y},
+                                {p1.x + wide.x, p1.y - wide.y},
+                                {p2.x + wide.x, p2.y - wide.y},
+                                {p2.x - narrow.x, p2.y + narrow.y}};
+        m_out.AddRegion(TRegion::FromPolygon(quad, ALTERNATE, &m_out.Window()));
+        return true;
+    }
+
+    int m_width;
+    TSpanCollector& m_out;
+    TRegion m_cap;
+    std::vector<TPoint> m_pts;
+};
+
+} // namespace
+
+void TDeviceContext::WideLines(std::span<const TPoint> points, bool close,
+                               TSpanCollector& outline) {
+    TWidePenOutline(m_penWidth, outline).Stroke({points.begin(), points.end()}, close);
+}
+
+void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline) {
+    if (m_penStyle == PS_NULL || points.size() < 2) return;
+    if (outline) {
+        WideLines(points, close, *outline);
+        return;
+    }
+    for (std::size_t i = 0; i + 1 < points.size(); ++i)
+        ThinLine(points[i], points[i + 1]);
+    if (close) ThinLine(points.back(), points.front());
+}
+
+void TDeviceContext::LineTo(int x, int y) {
+    const TPoint pts[2] = {m_pos, {x, y}};
+    m_pos = {x, y};
+    if (!m_target) return;
+    ResetDash();
+    if (PenUsesRegion()) {
+        TSpanCollector outline(m_target->Bounds());
+        PenLines(pts, false, &outline);
+        PaintRegionWithPen(outline.ToRegion());
+        return;
+    }
+    PenLines(pts, false, nullptr);
+}
+
+void TDeviceContext::Polyline(std::span<const TPoint> points) {
+    if (!m_target || points.size() < 2) return;
+    ResetDash();
+    if (PenUsesRegion()) {
+        TSpanCollector outline(m_target->Bounds());
+        PenLines(points, false, &outline);
+        PaintRegionWithPen(outline.ToRegion());
+        return;
+    }
+    PenLines(points, false, nullptr);
+}
+
+} // namespace qv

@@ -1,0 +1,478 @@
+#include "Region.h"
+
+#include "EllipseGeometry.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+namespace qv {
+
+void NormalizeSpans(std::vector<TSpan>& spans) {
+    std::erase_if(spans, [](const TSpan& s) { return s.right <= s.left; });
+    if (spans.size() < 2) return;
+    std::sort(spans.begin(), spans.end(),
+              [](const TSpan& a, const TSpan& b) { return a.left < b.left; });
+    std::size_t out = 0;
+    for (std::size_t i = 1; i < spans.size(); ++i) {
+        if (spans[i].left <= spans[out].right)
+            spans[out].right = std::max(spans[out].right, spans[i].right);
+        else
+            spans[++out] = spans[i];
+    }
+    spans.resize(out + 1);
+}
+
+// ---- TRegion ----------------------------------------------------------------------------
+
+void TRegion::AppendBand(int top, int bottom, std::vector<TSpan> spans) {
+    if (spans.empty() || bottom <= top) return;
+    if (!m_bands.empty() && m_bands.back().bottom == top && m_bands.back().spans == spans) {
+        m_bands.back().bottom = bottom;
+        return;
+    }
+    m_bands.push_back({top, bottom, std::move(spans)});
+}
+
+TRegion TRegion::FromRect(const TRect& r) {
+    const TRect o = Ordered(r);
+    TRegion region;
+    region.AppendBand(o.top, o.bottom, {{o.left, o.right}});
+    if (o.left == o.right) region.m_bands.clear();
+    return region;
+}
+
+TRegion TRegion::FromEllipse(int left, int top, int right, int bottom) {
+    return FromRoundRect(left, top, right, bottom, right - left, bottom - top);
+}
+
+TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ellipseWidth,
+                               int ellipseHeight) {
+    if (left > right) std::swap(left, right);
+    if (top > bottom) std::swap(top, bottom);
+    // The region covers the box without its last column and row.
+    --right;
+    --bottom;
+    const int ew = std::min(right - left, std::abs(ellipseWidth));
+    const int eh = std::min(bottom - top, std::abs(ellipseHeight));
+    if (ew < 2 || eh < 2) return FromRect({left, top, right, bottom});
+
+    const std::vector<int> inset = RoundRectRowInsets(ew, eh);
+    TRegion region;
+    const int half = eh / 2;
+    for (int i = 0; i < eh; ++i) {
+        const int rowTop = i < half ? top + i : (i == half ? top + half : bottom - eh + i);
+        const int rowBottom = i < half ? top + i + 1 : bottom - eh + i + 1;
+        const int l = left + inset[static_cast<std::size_t>(i)];
+        const int r = right - inset[static_cast<std::size_t>(i)];
+        if (r > l) region.AppendBand(rowTop, rowBottom, {{l, r}});
+    }
+    return region;
+}
+
+namespace {
+
+struct TPolyEdge {
+    int yTop;
+    int yLast; // the last row the edge takes part in
+    int xTop;
+    int dx;
+    int dy;
+    bool clockwise;
+    int order; // insertion order, for the tie rules of the active edge list
+
+    int XAt(int y) const {
+        const std::int64_t k = y - yTop;
+        if (dx >= 0) return xTop + static_cast<int>((k * dx + dy - 1) / dy);
+        return xTop - static_cast<int>((k * -static_cast<std::int64_t>(dx)) / dy);
+    }
+};
+
+std::vector<TPolyEdge> BuildEdges(std::span<const TPoint> points, const TRect* clipRows) {
+    std::vector<TPolyEdge> edges;
+    if (points.size() < 2) return edges;
+    const TPoint* prev = &points.back();
+    for (const TPoint& curr : points) {
+        const bool down = prev->y <= curr.y;
+        const TPoint& top = down ? *prev : curr;
+        const TPoint& bottom = down ? curr : *prev;
+        prev = &curr;
+        if (top.y == bottom.y) continue;
+        if (clipRows && (top.y >= clipRows->bottom || bottom.y <= clipRows->top)) continue;
+        edges.push_back({top.y, bottom.y - 1, top.x, bottom.x - top.x, bottom.y - top.y, down,
+                         static_cast<int>(edges.size())});
+    }
+    return edges;
+}
+
+// The active edge list keeps the classic ordering rules: a newly loaded edge goes before the
+// first edge at the same or a larger x, and after each row an edge moves only in front of the
+// first edge that lies strictly right of it.
+class TActiveEdges {
+public:
+    explicit TActiveEdges(std::vector<TPolyEdge> edges) : m_edges(std::move(edges)) {
+        // Bucket order: by top row, later edges first among equal x.
+        m_pending.resize(m_edges.size());
+        for (std::size_t i = 0; i < m_edges.size(); ++i)
+            m_pending[i] = static_cast<int>(i);
+        std::stable_sort(m_pending.begin(), m_pending.end(), [this](int a, int b) {
+            const auto& ea = m_edges[static_cast<std::size_t>(a)];
+            const auto& eb = m_edges[static_cast<std::size_t>(b)];
+            if (ea.yTop != eb.yTop) return ea.yTop < eb.yTop;
+            if (ea.xTop != eb.xTop) return ea.xTop < eb.xTop;
+            return ea.order > eb.order;
+        });
+    }
+
+    int FirstRow() const {
+        int y = INT32_MAX;
+        for (const auto& e : m_edges)
+            y = std::min(y, e.yTop);
+        return y;
+    }
+    int EndRow() const {
+        int y = INT32_MIN;
+        for (const auto& e : m_edges)
+            y = std::max(y, e.yLast + 1);
+        return y;
+    }
+
+    // Loads the edges that start at or above row y (those starting above are entered as if
+    // they had been followed from their first row).
+    void LoadUpTo(int y) {
+        while (m_next < m_pending.size() &&
+               m_edges[static_cast<std::size_t>(m_pending[m_next])].yTop <= y) {
+            const int e = m_pending[m_next++];
+            if (Edge(e).yLast < y) continue;
+            const int x = Edge(e).XAt(y);
+            auto pos = std::find_if(m_active.begin(), m_active.end(),
+                                    [&](int a) { return Edge(a).XAt(y) >= x; });
+            m_active.insert(pos, e);
+        }
+        m_x.resize(m_active.size());
+        for (std::size_t i = 0; i < m_active.size(); ++i)
+            m_x[i] = Edge(m_active[i]).XAt(y);
+    }
+
+    // Drops the edges that end at row y and re-sorts the rest for row y + 1.
+    void Advance(int y) {
+        std::erase_if(m_active, [&](int e) { return Edge(e).yLast == y; });
+        const std::vector<int> snapshot = m_active;
+        for (int e : snapshot) {
+            const int x = Edge(e).XAt(y + 1);
+            auto self = std::find(m_active.begin(), m_active.end(), e);
+            auto insert =
+                std::find_if(m_active.begin(), self, [&](int a) { return Edge(a).XAt(y + 1) > x; });
+            if (insert != self) {
+                m_active.erase(self);
+                m_active.insert(insert, e);
+            }
+        }
+    }
+
+    const std::vector<int>& Active() const { return m_active; }
+    const std::vector<int>& X() const { return m_x; }
+    const TPolyEdge& Edge(int e) const { return m_edges[static_cast<std::size_t>(e)]; }
+
+private:
+    std::vector<TPolyEdge> m_edges;
+    std::vector<int> m_pending;
+    std::size_t m_next{0};
+    std::vector<int> m_active;
+    std::vector<int> m_x;
+};
+
+void EmitAlternate(const TActiveEdges& aet, int y, TRegion::Builder& out) {
+    const auto& x = aet.X();
+    for (std::size_t i = 0; i + 1 < x.size(); i += 2)
+        if (x[i] != x[i + 1]) out.AddSpan(y, x[i], x[i + 1]);
+}
+
+void EmitWinding(const TActiveEdges& aet, int y, TRegion::Builder& out) {
+    const auto& active = aet.Active();
+    const auto& x = aet.X();
+    bool inside = true;
+    int winding = 0;
+    bool haveLeft = false;
+    int left = 0;
+    for (std::size_t i = 0; i < active.size(); ++i) {
+        winding += aet.Edge(active[i]).clockwise ? 1 : -1;
+        if ((!inside && winding == 0) || (inside && winding != 0)) {
+            inside = !inside;
+            if (!haveLeft) {
+                left = x[i];
+                haveLeft = true;
+            } else {
+                if (x[i] != left) out.AddSpan(y, left, x[i]);
+                haveLeft = false;
+            }
+        }
+    }
+}
+
+} // namespace
+
+TRegion TRegion::FromPolygon(std::span<const TPoint> points, TPolyFillMode mode,
+                             const TRect* clipRows) {
+    TActiveEdges aet(BuildEdges(points, clipRows));
+    Builder out;
+    int y = aet.FirstRow();
+    int end = aet.EndRow();
+    if (clipRows) {
+        y = std::max(y, clipRows->top);
+        end = std::min(end, clipRows->bottom);
+    }
+    for (; y < end; ++y) {
+        aet.LoadUpTo(y);
+        if (mode == WINDING)
+            EmitWinding(aet, y, out);
+        else
+            EmitAlternate(aet, y, out);
+        aet.Advance(y);
+    }
+    return out.Finish();
+}
+
+TRect TRegion::Bounds() const {
+    if (m_bands.empty()) return {};
+    TRect r{INT32_MAX, m_bands.front().top, INT32_MIN, m_bands.back().bottom};
+    for (const auto& band : m_bands) {
+        r.left = std::min(r.left, band.spans.front().left);
+        r.right = std::max(r.right, band.spans.back().right);
+    }
+    return r;
+}
+
+bool TRegion::Contains(int x, int y) const {
+    auto band = std::upper_bound(m_bands.begin(), m_bands.end(), y,
+                                 [](int v, const TBand& b) { return v < b.bottom; });
+    if (band == m_bands.end() || band->top > y) return false;
+    auto span = std::upper_bound(band->spans.begin(), band->spans.end(), x,
+                                 [](int v, const TSpan& s) { return v < s.right; });
+    return span != band->spans.end() && span->left <= x;
+}
+
+TRegionType TRegion::Type() const {
+    if (m_bands.empty()) return NULLREGION;
+    if (m_bands.size() == 1 && m_bands.front().spans.size() == 1) return SIMPLEREGION;
+    return COMPLEXREGION;
+}
+
+void TRegion::Offset(int dx, int dy) {
+    for (auto& band : m_bands) {
+        band.top += dy;
+        band.bottom += dy;
+        for (auto& s : band.spans) {
+            s.left += dx;
+            s.right += dx;
+        }
+    }
+}
+
+namespace {
+
+bool Keep(bool inA, bool inB, TCombineMode mode) {
+    switch (mode) {
+    case RGN_AND:
+        return inA && inB;
+    case RGN_OR:
+        return inA || inB;
+    case RGN_XOR:
+        return inA != inB;
+    case RGN_DIFF:
+        return inA && !inB;
+    case RGN_COPY:
+        return inA;
+    }
+    return false;
+}
+
+std::vector<TSpan> CombineSpans(const std::vector<TSpan>& a, const std::vector<TSpan>& b,
+                                TCombineMode mode) {
+    std::vector<int> xs;
+    xs.reserve(2 * (a.size() + b.size()));
+    for (const auto& s : a)
+        xs.insert(xs.end(), {s.left, s.right});
+    for (const auto& s : b)
+        xs.insert(xs.end(), {s.left, s.right});
+    std::sort(xs.begin(), xs.end());
+    xs.erase(std::unique(xs.begin(), xs.end()), xs.end());
+    std::vector<TSpan> out;
+    std::size_t ia = 0, ib = 0;
+    for (std::size_t k = 0; k + 1 < xs.size(); ++k) {
+        const int x = xs[k];
+        while (ia < a.size() && a[ia].right <= x)
+            ++ia;
+        while (ib < b.size() && b[ib].right <= x)
+            ++ib;
+        const bool inA = ia < a.size() && a[ia].left <= x;
+        const bool inB = ib < b.size() && b[ib].left <= x;
+        if (!Keep(inA, inB, mode)) continue;
+        if (!out.empty() && out.back().right == x)
+            out.back().right = xs[k + 1];
+        else
+            out.push_back({x, xs[k + 1]});
+    }
+    return out;
+}
+
+} // namespace
+
+TRegion TRegion::Combine(const TRegion& other, TCombineMode mode) const {
+    if (mode == RGN_COPY) return *this;
+    std::vector<int> ys;
+    ys.reserve(2 * (m_bands.size() + other.m_bands.size()));
+    for (const auto& b : m_bands)
+        ys.insert(ys.end(), {b.top, b.bottom});
+    for (const auto& b : other.m_bands)
+        ys.insert(ys.end(), {b.top, b.bottom});
+    std::sort(ys.begin(), ys.end());
+    ys.erase(std::unique(ys.begin(), ys.end()), ys.end());
+    static const std::vector<TSpan> none;
+    TRegion out;
+    std::size_t ia = 0, ib = 0;
+    for (std::size_t k = 0; k + 1 < ys.size(); ++k) {
+        const int y = ys[k];
+        while (ia < m_bands.size() && m_bands[ia].bottom <= y)
+            ++ia;
+        while (ib < other.m_bands.size() && other.m_bands[ib].bottom <= y)
+            ++ib;
+        const auto& sa = ia < m_bands.size() && m_bands[ia].top <= y ? m_bands[ia].spans : none;
+        const auto& sb = ib < other.m_bands.size() && other.m_bands[ib].top <= y
+                             ? other.m_bands[ib].spans
+                             : none;
+        out.AppendBand(y, ys[k + 1], CombineSpans(sa, sb, mode));
+    }
+    return out;
+}
+
+bool TRegion::operator==(const TRegion& other) const {
+    if (m_bands.size() != other.m_bands.size()) return false;
+    for (std::size_t i = 0; i < m_bands.size(); ++i) {
+        const auto& a = m_bands[i];
+        const auto& b = other.m_bands[i];
+        if (a.top != b.top || a.bottom != b.bottom || a.spans != b.spans) return false;
+    }
+    return true;
+}
+
+// ---- Builder ----------------------------------------------------------------------------
+
+void TRegion::Builder::AddSpan(int y, int left, int right) {
+    if (right <= left) return;
+    if (m_haveRow && y != m_rowY) FlushRow();
+    m_rowY = y;
+    m_haveRow = true;
+    m_row.push_back({left, right});
+}
+
+void TRegion::Builder::FlushRow() {
+    if (!m_haveRow) return;
+    NormalizeSpans(m_row);
+    TRegion tmp;
+    tmp.m_bands = std::move(m_bands);
+    tmp.AppendBand(m_rowY, m_rowY + 1, std::move(m_row));
+    m_bands = std::move(tmp.m_bands);
+    m_row.clear();
+    m_haveRow = false;
+}
+
+TRegion TRegion::Builder::Finish() {
+    FlushRow();
+    TRegion region;
+    region.m_bands = std::move(m_bands);
+    m_bands.clear();
+    return region;
+}
+
+// ---- TSpanCollector ---------------------------------------------------------------------
+
+TSpanCollector::TSpanCollector(const TRect& window)
+    : m_window(window), m_rows(static_cast<std::size_t>(std::max(0, window.Height()))) {}
+
+void TSpanCollector::AddSpan(int y, int left, int right) {
+    if (y < m_window.top || y >= m_window.bottom) return;
+    left = std::max(left, m_window.left);
+    right = std::min(right, m_window.right);
+    if (right > left) m_rows[static_cast<std::size_t>(y - m_window.top)].push_back({left, right});
+}
+
+void TSpanCollector::AddRect(const TRect& r) {
+    const TRect c = Intersect(r, m_window);
+    for (int y = c.top; y < c.bottom; ++y)
+        AddSpan(y, c.left, c.right);
+}
+
+void TSpanCollector::AddRegion(const TRegion& region, int dx, int dy) {
+    for (const auto& band : region.Bands()) {
+        const int top = std::max(band.top + dy, m_window.top);
+        const int bottom = std::min(band.bottom + dy, m_window.bottom);
+        for (int y = top; y < bottom; ++y)
+            for (const auto& s : band.spans)
+                AddSpan(y, s.left + dx, s.right + dx);
+    }
+}
+
+TRegion TSpanCollector::ToRegion() {
+    TRegion::Builder builder;
+    for (std::size_t i = 0; i < m_rows.size(); ++i)
+        for (const auto& s : m_rows[i])
+            builder.AddSpan(m_window.top + static_cast<int>(i), s.left, s.right);
+    return builder.Finish();
+}
+
+// ---- handle functions -------------------------------------------------------------------
+
+HRGN CreateRectRgn(int left, int top, int right, int bottom) {
+    return std::make_unique<TRegion>(TRegion::FromRect({left, top, right, bottom}));
+}
+HRGN CreateRectRgnIndirect(const TRect& r) {
+    return CreateRectRgn(r.left, r.top, r.right, r.bottom);
+}
+HRGN CreateEllipticRgn(int left, int top, int right, int bottom) {
+    return std::make_unique<TRegion>(TRegion::FromEllipse(left, top, right, bottom));
+}
+HRGN CreateRoundRectRgn(int left, int top, int right, int bottom, int width, int height) {
+    return std::make_unique<TRegion>(
+        TRegion::FromRoundRect(left, top, right, bottom, width, height));
+}
+HRGN CreatePolygonRgn(const TPoint* points, int count, int fillMode) {
+    if (!points || count < 2) return std::make_unique<TRegion>();
+    return std::make_unique<TRegion>(TRegion::FromPolygon(
+        {points, static_cast<std::size_t>(count)}, fillMode == WINDING ? WINDING : ALTERNATE));
+}
+
+int CombineRgn(const HRGN& dest, const HRGN& src1, const HRGN& src2, int mode) {
+    if (!dest || !src1 || mode < RGN_AND || mode > RGN_COPY) return RGN_ERROR;
+    if (mode != RGN_COPY && !src2) return RGN_ERROR;
+    *dest = mode == RGN_COPY ? *src1 : src1->Combine(*src2, static_cast<TCombineMode>(mode));
+    return dest->Type();
+}
+
+bool PtInRegion(const HRGN& region, int x, int y) {
+    return region && region->Contains(x, y);
+}
+
+int GetRgnBox(const HRGN& region, TRect& box) {
+    if (!region) return RGN_ERROR;
+    box = region->Bounds();
+    return region->Type();
+}
+
+int OffsetRgn(const HRGN& region, int dx, int dy) {
+    if (!region) return RGN_ERROR;
+    region->Offset(dx, dy);
+    return region->Type();
+}
+
+bool EqualRgn(const HRGN& a, const HRGN& b) {
+    return a && b && *a == *b;
+}
+
+bool DeleteObject(HRGN& region) {
+    const bool had = static_cast<bool>(region);
+    region.reset();
+    return had;
+}
+
+} // namespace qv

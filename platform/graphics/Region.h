@@ -1,0 +1,112 @@
+#pragma once
+// TRegion: a set of pixels kept as horizontal bands, each band a sorted list of disjoint
+// spans. Regions are built from rectangles, ellipses, round rectangles and polygons by the
+// classic scan-conversion rules and combined with and/or/xor/diff.
+
+#include "Types.h"
+
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace qv {
+
+struct TSpan {
+    int left{0};
+    int right{0};
+    bool operator==(const TSpan&) const = default;
+};
+
+struct TBand {
+    int top{0};
+    int bottom{0};
+    std::vector<TSpan> spans;
+};
+
+enum TPolyFillMode { ALTERNATE = 1, WINDING = 2 };
+enum TCombineMode { RGN_AND = 1, RGN_OR = 2, RGN_XOR = 3, RGN_DIFF = 4, RGN_COPY = 5 };
+enum TRegionType { RGN_ERROR = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION = 3 };
+
+class TRegion {
+public:
+    TRegion() = default;
+
+    // A rectangle in either corner order; empty when it has no width or height.
+    static TRegion FromRect(const TRect& r);
+    // The classic elliptic region of a bounding box (its right and bottom edges excluded).
+    static TRegion FromEllipse(int left, int top, int right, int bottom);
+    static TRegion FromRoundRect(int left, int top, int right, int bottom, int ellipseWidth,
+                                 int ellipseHeight);
+    // The interior of a polygon; rows outside `clipRows` (when given) are left out.
+    static TRegion FromPolygon(std::span<const TPoint> points, TPolyFillMode mode,
+                               const TRect* clipRows = nullptr);
+
+    bool IsEmpty() const { return m_bands.empty(); }
+    TRect Bounds() const;
+    bool Contains(int x, int y) const;
+    TRegionType Type() const;
+    void Offset(int dx, int dy);
+    TRegion Combine(const TRegion& other, TCombineMode mode) const;
+    bool operator==(const TRegion& other) const;
+
+    const std::vector<TBand>& Bands() const { return m_bands; }
+
+    // Builds a region band by band. Rows are added top to bottom; the spans of one row may
+    // come in any order and may overlap.
+    class Builder {
+    public:
+        void AddSpan(int y, int left, int right);
+        TRegion Finish();
+
+    private:
+        void FlushRow();
+        std::vector<TBand> m_bands;
+        std::vector<TSpan> m_row;
+        int m_rowY{0};
+        bool m_haveRow{false};
+    };
+
+private:
+    friend class Builder;
+    // Appends a band, merging it with the previous one when they touch and have equal spans.
+    void AppendBand(int top, int bottom, std::vector<TSpan> spans);
+
+    std::vector<TBand> m_bands;
+};
+
+// Sorts spans and merges overlapping or touching ones.
+void NormalizeSpans(std::vector<TSpan>& spans);
+
+// Collects spans of many shapes row by row inside a fixed window (used to build a wide pen's
+// outline cheaply); rows and columns outside the window are dropped.
+class TSpanCollector {
+public:
+    explicit TSpanCollector(const TRect& window);
+    void AddSpan(int y, int left, int right);
+    void AddRect(const TRect& r);
+    void AddRegion(const TRegion& region, int dx = 0, int dy = 0);
+    const TRect& Window() const { return m_window; }
+    TRegion ToRegion();
+
+private:
+    TRect m_window;
+    std::vector<std::vector<TSpan>> m_rows;
+};
+
+// GDI-style region handles: owning, freed by DeleteObject or when they go out of scope.
+using HRGN = std::unique_ptr<TRegion>;
+
+HRGN CreateRectRgn(int left, int top, int right, int bottom);
+HRGN CreateRectRgnIndirect(const TRect& r);
+HRGN CreateEllipticRgn(int left, int top, int right, int bottom);
+HRGN CreateRoundRectRgn(int left, int top, int right, int bottom, int width, int height);
+HRGN CreatePolygonRgn(const TPoint* points, int count, int fillMode);
+// dest = src1 <mode> src2 (src2 is ignored for RGN_COPY); returns the region type.
+int CombineRgn(const HRGN& dest, const HRGN& src1, const HRGN& src2, int mode);
+bool PtInRegion(const HRGN& region, int x, int y);
+int GetRgnBox(const HRGN& region, TRect& box);
+int OffsetRgn(const HRGN& region, int dx, int dy);
+bool EqualRgn(const HRGN& a, const HRGN& b);
+bool DeleteObject(HRGN& region);
+
+} // namespace qv
