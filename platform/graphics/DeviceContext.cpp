@@ -6,14 +6,6 @@
 
 namespace qv {
 
-struct TDeviceContext::TBrushMasks {
-    bool null{true};
-    int width{1};
-    int height{1};
-    std::vector<TRopMask> cells; // width * height masks, row by row
-    TPoint origin{0, 0};
-};
-
 namespace {
 
 // The eight rows of each hatch, most significant bit leftmost.

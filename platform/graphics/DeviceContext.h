@@ -180,7 +180,14 @@ private:
         std::vector<int> dashes;
         int total{0};
     };
-    struct TBrushMasks;
+    // A brush prepared for one ROP2: a tile of masks repeated from `origin`.
+    struct TBrushMasks {
+        bool null{true};
+        int width{1};
+        int height{1};
+        std::vector<TRopMask> cells; // width * height masks, row by row
+        TPoint origin{0, 0};
+    };
 
     // Pens.
     void PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline);

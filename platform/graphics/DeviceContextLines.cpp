@@ -136,7 +136,8 @@ public:
     TWidePenOutline(int width, TSpanCollector& out)
         : m_width(width), m_out(out),
           m_cap(TRegion::FromEllipse(-(width / 2), -(width / 2), (width + 1) / 2 + 1,
-                                     (width + 1) / 2 + 1)) {}
+                                     (width + 1) / 2 + 1)),
+          m_capBox(m_cap.Bounds()) {}
 
     void Stroke(std::vector<TPoint> pts, bool close) {
         while (pts.size() > 2 && pts[0] == pts[1])
@@ -155,7 +156,12 @@ private:
     const TPoint& Pt(int i) const {
         return m_pts[static_cast<std::size_t>(i % static_cast<int>(m_pts.size()))];
     }
-    void AddRound(TPoint p) { m_out.AddRegion(m_cap, p.x, p.y); }
+    // Caps far outside the window cost nothing: only their bounding box is looked at.
+    void AddRound(TPoint p) {
+        TRect box = m_capBox;
+        OffsetRect(box, p.x, p.y);
+        if (!Intersect(box, m_out.Window()).IsEmpty()) m_out.AddRegion(m_cap, p.x, p.y);
+    }
 
     void Segments(bool close, int count, TPoint first, TPoint last) {
         if (!close) {
@@ -210,13 +216,19 @@ private:
                                 {p1.x + wide.x, p1.y - wide.y},
                                 {p2.x + wide.x, p2.y - wide.y},
                                 {p2.x - narrow.x, p2.y + narrow.y}};
-        m_out.AddRegion(TRegion::FromPolygon(quad, ALTERNATE, &m_out.Window()));
+        TRect box{quad[0].x, quad[0].y, quad[0].x + 1, quad[0].y + 1};
+        for (const TPoint& q : quad)
+            box = {std::min(box.left, q.x), std::min(box.top, q.y), std::max(box.right, q.x + 1),
+                   std::max(box.bottom, q.y + 1)};
+        if (!Intersect(box, m_out.Window()).IsEmpty())
+            m_out.AddRegion(TRegion::FromPolygon(quad, ALTERNATE, &m_out.Window()));
         return true;
     }
 
     int m_width;
     TSpanCollector& m_out;
     TRegion m_cap;
+    TRect m_capBox;
     std::vector<TPoint> m_pts;
 };
 

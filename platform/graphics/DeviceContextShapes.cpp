@@ -195,8 +195,10 @@ void TDeviceContext::RoundRect(int left, int top, int right, int bottom, int wid
     if (ew <= 2 || eh <= 2) return Rectangle(left, top, right, bottom);
 
     std::optional<TRegion> interior;
+    const TRect bounds = m_target->Bounds();
     if (m_logBrush.style != BS_NULL)
-        interior = TRegion::FromRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh);
+        interior =
+            TRegion::FromRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh, &bounds);
     const std::vector<TPoint> pts = RoundRectPoints(r, ew, eh, m_arcDirection == AD_CLOCKWISE);
     ResetDash();
     if (PenUsesRegion()) {

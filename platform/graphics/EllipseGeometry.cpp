@@ -1,6 +1,7 @@
 #include "EllipseGeometry.h"
 
 #include <cstdint>
+#include <cstdlib>
 
 namespace qv {
 
@@ -40,12 +41,13 @@ struct TEllipseWalk {
 
 std::vector<TPoint> EllipseQuadrant(int width, int height) {
     std::vector<TPoint> points;
-    if (width <= 0 || height <= 0) return points;
-    points.reserve(static_cast<std::size_t>(width + height) / 2 + 2);
+    // Boxes turned inside out by an inside-frame pen still run the walk (the outline then
+    // degenerates into a short run of points); the step limit keeps every input finite.
+    if (width == 0 || height == 0) return points;
     TEllipseWalk walk(width, height);
     TPoint p{width - 1, height / 2};
-    // Each step moves x or y (or both), so the walk ends within width + height steps.
-    const int limit = width + height + 2;
+    // Each step moves x or y (or both), so a proper box ends within width + height steps.
+    const int limit = 4 * (std::abs(width) + std::abs(height)) + 8;
     for (int i = 0; p.x >= width / 2 && i < limit; ++i) {
         points.push_back(p);
         bool stepX = false, stepY = false;

@@ -1,6 +1,6 @@
 #include "GdiReplay.h"
 
-#include "DeviceContext.h"
+#include "Canvas.h"
 #include "ImageIO.h"
 
 #include "platform/core/Exceptions.h"
@@ -33,52 +33,52 @@ TColor HexColor(const std::string& s) {
     throw EConvertError("'" + s + "' is not a colour");
 }
 
-int PenStyleOf(const std::string& s) {
-    static const std::map<std::string, int> styles = {{"solid", PS_SOLID},
-                                                      {"dash", PS_DASH},
-                                                      {"dot", PS_DOT},
-                                                      {"dashdot", PS_DASHDOT},
-                                                      {"dashdotdot", PS_DASHDOTDOT},
-                                                      {"clear", PS_NULL},
-                                                      {"insideframe", PS_INSIDEFRAME}};
+TPenStyle PenStyleOf(const std::string& s) {
+    static const std::map<std::string, TPenStyle> styles = {{"solid", psSolid},
+                                                            {"dash", psDash},
+                                                            {"dot", psDot},
+                                                            {"dashdot", psDashDot},
+                                                            {"dashdotdot", psDashDotDot},
+                                                            {"clear", psClear},
+                                                            {"insideframe", psInsideFrame}};
     auto it = styles.find(s);
     if (it == styles.end()) throw EConvertError("unknown pen style " + s);
     return it->second;
 }
 
-int PenModeOf(const std::string& s) {
-    static const std::map<std::string, int> modes = {
-        {"copy", R2_COPYPEN},      {"xor", R2_XORPEN},     {"not", R2_NOT},
-        {"notxor", R2_NOTXORPEN},  {"merge", R2_MERGEPEN}, {"mask", R2_MASKPEN},
-        {"black", R2_BLACK},       {"white", R2_WHITE},    {"nop", R2_NOP},
-        {"notcopy", R2_NOTCOPYPEN}};
+TPenMode PenModeOf(const std::string& s) {
+    static const std::map<std::string, TPenMode> modes = {
+        {"copy", pmCopy},   {"xor", pmXor},        {"not", pmNot},     {"notxor", pmNotXor},
+        {"merge", pmMerge}, {"mask", pmMask},      {"black", pmBlack}, {"white", pmWhite},
+        {"nop", pmNop},     {"notcopy", pmNotCopy}};
     auto it = modes.find(s);
     if (it == modes.end()) throw EConvertError("unknown pen mode " + s);
     return it->second;
 }
 
-// Brush style name -> (style, hatch).
-std::pair<int, int> BrushStyleOf(const std::string& s) {
-    static const std::map<std::string, std::pair<int, int>> styles = {
-        {"solid", {BS_SOLID, 0}},
-        {"clear", {BS_NULL, 0}},
-        {"horizontal", {BS_HATCHED, HS_HORIZONTAL}},
-        {"vertical", {BS_HATCHED, HS_VERTICAL}},
-        {"fdiagonal", {BS_HATCHED, HS_FDIAGONAL}},
-        {"bdiagonal", {BS_HATCHED, HS_BDIAGONAL}},
-        {"cross", {BS_HATCHED, HS_CROSS}},
-        {"diagcross", {BS_HATCHED, HS_DIAGCROSS}}};
+TBrushStyle BrushStyleOf(const std::string& s) {
+    static const std::map<std::string, TBrushStyle> styles = {
+        {"solid", bsSolid},       {"clear", bsClear},         {"horizontal", bsHorizontal},
+        {"vertical", bsVertical}, {"fdiagonal", bsFDiagonal}, {"bdiagonal", bsBDiagonal},
+        {"cross", bsCross},       {"diagcross", bsDiagCross}};
     auto it = styles.find(s);
     if (it == styles.end()) throw EConvertError("unknown brush style " + s);
     return it->second;
 }
 
-std::shared_ptr<const TPixelBuffer> SteelTile() {
-    auto tile = std::make_shared<TPixelBuffer>(8, 8, ColorToPixel(0xC0C0C0));
-    for (int y = 1; y < 8; y += 2)
+// The 8 x 8 steel texture, made the way the package makes it: silver, white where x and y
+// are both odd.
+TBitmap& SteelBitmap() {
+    static const std::unique_ptr<TBitmap> steel = [] {
+        auto b = std::make_unique<TBitmap>(8, 8);
+        b->Canvas().Brush().SetColor(MakeColor(0xC0C0C0));
+        b->Canvas().FillRect({0, 0, 8, 8});
         for (int x = 1; x < 8; x += 2)
-            tile->At(x, y) = ColorToPixel(0xFFFFFF);
-    return tile;
+            for (int y = 1; y < 8; y += 2)
+                b->Canvas().SetPixel(x, y, clWhite);
+        return b;
+    }();
+    return *steel;
 }
 
 void Need(const std::vector<std::string>& op, std::size_t count) {
@@ -96,92 +96,67 @@ std::vector<TPoint> PointsOf(const std::vector<std::string>& op, std::size_t fir
     return pts;
 }
 
-// The state a canvas keeps between calls: the plain brush of the last `brush` op, and whether
-// the steel bitmap replaces it.
-struct TReplayState {
-    TLogBrush plainBrush;
-    bool steel{false};
-};
-
-void ApplyBrush(TDeviceContext& dc, const TReplayState& state) {
-    TLogBrush brush = state.plainBrush;
-    if (state.steel) {
-        static const auto steel = SteelTile();
-        brush.style = BS_PATTERN;
-        brush.pattern = steel;
-    }
-    dc.SelectBrush(brush);
-    // A solid (or pattern) brush paints the background in its colour; others leave it alone.
-    if (brush.style == BS_SOLID || brush.style == BS_PATTERN) {
-        dc.SetBkColor(brush.color);
-        dc.SetBkMode(OPAQUE);
-    } else {
-        dc.SetBkColor(MakeColor(~static_cast<std::uint32_t>(ColorToRGB(brush.color)) & 0xFFFFFF));
-        dc.SetBkMode(TRANSPARENT);
-    }
-}
-
-void RunOp(TDeviceContext& dc, TReplayState& state, const std::vector<std::string>& op) {
+void RunOp(TCanvas& canvas, const std::vector<std::string>& op) {
     const std::string& name = op[0];
     auto arg = [&](std::size_t i) { return ToInt(op[i]); };
+    auto box = [&] { return TRect{arg(1), arg(2), arg(3), arg(4)}; };
     if (name == "pen") {
         Need(op, 4);
-        dc.SelectPen({PenStyleOf(op[1]), arg(2), HexColor(op[3])});
+        canvas.Pen().SetStyle(PenStyleOf(op[1]));
+        canvas.Pen().SetWidth(arg(2));
+        canvas.Pen().SetColor(HexColor(op[3]));
     } else if (name == "penmode") {
         Need(op, 2);
-        dc.SetROP2(PenModeOf(op[1]));
+        canvas.Pen().SetMode(PenModeOf(op[1]));
     } else if (name == "brush") {
         Need(op, 3);
-        const auto [style, hatch] = BrushStyleOf(op[1]);
-        state.plainBrush = {style, HexColor(op[2]), hatch, nullptr, false};
-        state.steel = false;
-        ApplyBrush(dc, state);
+        canvas.Brush().SetBitmap(nullptr);
+        canvas.Brush().SetColor(HexColor(op[2]));
+        canvas.Brush().SetStyle(BrushStyleOf(op[1]));
     } else if (name == "brushbitmap") {
         Need(op, 2);
-        state.steel = op[1] == "steel";
-        ApplyBrush(dc, state);
+        canvas.Brush().SetBitmap(op[1] == "steel" ? &SteelBitmap() : nullptr);
     } else if (name == "arcdir") {
         Need(op, 2);
-        dc.SetArcDirection(op[1] == "cw" ? AD_CLOCKWISE : AD_COUNTERCLOCKWISE);
+        canvas.Handle()->SetArcDirection(op[1] == "cw" ? AD_CLOCKWISE : AD_COUNTERCLOCKWISE);
     } else if (name == "moveto") {
         Need(op, 3);
-        dc.MoveTo(arg(1), arg(2));
+        canvas.MoveTo(arg(1), arg(2));
     } else if (name == "lineto") {
         Need(op, 3);
-        dc.LineTo(arg(1), arg(2));
+        canvas.LineTo(arg(1), arg(2));
     } else if (name == "rectangle") {
         Need(op, 5);
-        dc.Rectangle(arg(1), arg(2), arg(3), arg(4));
+        canvas.Rectangle(box());
     } else if (name == "fillrect") {
         Need(op, 5);
-        dc.FillRect({arg(1), arg(2), arg(3), arg(4)}, dc.Brush());
+        canvas.FillRect(box());
     } else if (name == "framerect") {
         Need(op, 5);
-        dc.FrameRect({arg(1), arg(2), arg(3), arg(4)}, dc.Brush());
+        canvas.FrameRect(box());
     } else if (name == "focusrect") {
         Need(op, 5);
-        dc.DrawFocusRect({arg(1), arg(2), arg(3), arg(4)});
+        canvas.DrawFocusRect(box());
     } else if (name == "ellipse") {
         Need(op, 5);
-        dc.Ellipse(arg(1), arg(2), arg(3), arg(4));
+        canvas.Ellipse(box());
     } else if (name == "arc" || name == "pie" || name == "chord") {
         Need(op, 9);
-        auto fn = name == "arc" ? &TDeviceContext::Arc
-                                : (name == "pie" ? &TDeviceContext::Pie : &TDeviceContext::Chord);
-        (dc.*fn)(arg(1), arg(2), arg(3), arg(4), arg(5), arg(6), arg(7), arg(8));
+        auto fn = name == "arc" ? &TCanvas::Arc : (name == "pie" ? &TCanvas::Pie : &TCanvas::Chord);
+        (canvas.*fn)(arg(1), arg(2), arg(3), arg(4), arg(5), arg(6), arg(7), arg(8));
     } else if (name == "roundrect") {
         Need(op, 7);
-        dc.RoundRect(arg(1), arg(2), arg(3), arg(4), arg(5), arg(6));
+        canvas.RoundRect(arg(1), arg(2), arg(3), arg(4), arg(5), arg(6));
     } else if (name == "polygon" || name == "polygonw") {
         const auto pts = PointsOf(op, 1);
-        dc.SetPolyFillMode(name == "polygonw" ? WINDING : ALTERNATE);
-        dc.Polygon(pts);
-        dc.SetPolyFillMode(ALTERNATE);
+        canvas.Handle()->SetPolyFillMode(name == "polygonw" ? WINDING : ALTERNATE);
+        canvas.Polygon(pts);
+        canvas.Handle()->SetPolyFillMode(ALTERNATE);
     } else if (name == "polyline") {
-        dc.Polyline(PointsOf(op, 1));
+        canvas.Polyline(PointsOf(op, 1));
     } else if (name == "pixel") {
         Need(op, 4);
-        dc.SetPixel(arg(1), arg(2), HexColor(op[3]));
+        canvas.SetPixel(arg(1), arg(2), HexColor(op[3]));
     } else {
         throw EConvertError("unknown operation " + name);
     }
@@ -271,11 +246,9 @@ TPixelBuffer RenderReplayCase(const TReplayCase& c) {
         return mask;
     }
     TPixelBuffer pixels(c.width, c.height, ColorToPixel(c.background));
-    TDeviceContext dc(&pixels);
-    TReplayState state;
-    ApplyBrush(dc, state);
+    TCanvas canvas(&pixels);
     for (const auto& op : c.ops)
-        RunOp(dc, state, op);
+        RunOp(canvas, op);
     return pixels;
 }
 

@@ -47,7 +47,7 @@ TRegion TRegion::FromEllipse(int left, int top, int right, int bottom) {
 }
 
 TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ellipseWidth,
-                               int ellipseHeight) {
+                               int ellipseHeight, const TRect* clipRows) {
     if (left > right) std::swap(left, right);
     if (top > bottom) std::swap(top, bottom);
     // The region covers the box without its last column and row.
@@ -55,7 +55,10 @@ TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ell
     --bottom;
     const int ew = std::min(right - left, std::abs(ellipseWidth));
     const int eh = std::min(bottom - top, std::abs(ellipseHeight));
-    if (ew < 2 || eh < 2) return FromRect({left, top, right, bottom});
+    if (ew < 2 || eh < 2) {
+        TRegion rect = FromRect({left, top, right, bottom});
+        return clipRows ? rect.Combine(FromRect(*clipRows), RGN_AND) : rect;
+    }
 
     const std::vector<int> inset = RoundRectRowInsets(ew, eh);
     TRegion region;
@@ -65,7 +68,17 @@ TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ell
         const int rowBottom = i < half ? top + i + 1 : bottom - eh + i + 1;
         const int l = left + inset[static_cast<std::size_t>(i)];
         const int r = right - inset[static_cast<std::size_t>(i)];
-        if (r > l) region.AppendBand(rowTop, rowBottom, {{l, r}});
+        if (r <= l) continue;
+        if (clipRows) {
+            const int clippedTop = std::max(rowTop, clipRows->top);
+            const int clippedBottom = std::min(rowBottom, clipRows->bottom);
+            const int clippedLeft = std::max(l, clipRows->left);
+            const int clippedRight = std::min(r, clipRows->right);
+            if (clippedTop < clippedBottom && clippedLeft < clippedRight)
+                region.AppendBand(clippedTop, clippedBottom, {{clippedLeft, clippedRight}});
+            continue;
+        }
+        region.AppendBand(rowTop, rowBottom, {{l, r}});
     }
     return region;
 }

@@ -35,8 +35,9 @@ public:
     static TRegion FromRect(const TRect& r);
     // The classic elliptic region of a bounding box (its right and bottom edges excluded).
     static TRegion FromEllipse(int left, int top, int right, int bottom);
+    // Rows outside `clipRows` (when given) are left out.
     static TRegion FromRoundRect(int left, int top, int right, int bottom, int ellipseWidth,
-                                 int ellipseHeight);
+                                 int ellipseHeight, const TRect* clipRows = nullptr);
     // The interior of a polygon; rows outside `clipRows` (when given) are left out.
     static TRegion FromPolygon(std::span<const TPoint> points, TPolyFillMode mode,
                                const TRect* clipRows = nullptr);
