@@ -1,0 +1,107 @@
+#pragma once
+// The seam between the framework and a windowing system. Only top-level windows (forms,
+// popup menus, hint windows) are native; everything inside them is drawn by the framework
+// into a frame buffer per window, and the backend presents the damaged parts.
+//
+// Two implementations: HeadlessBackend (windows are frame buffers in memory; input is
+// injected; a fake clock by default) and the X11 backend.
+
+#include "platform/graphics/PixelBuffer.h"
+#include "platform/graphics/Types.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace qv {
+
+using TNativeWindowId = std::uint32_t;
+
+enum class TNativeWindowState { Normal, Minimized, Maximized };
+
+struct TNativeWindowParams {
+    std::string title;
+    TRect bounds;           // screen coordinates of the client area
+    bool popup{false};      // menus and hints: no decoration, not managed
+};
+
+enum class TMouseButton { Left, Right, Middle };
+
+// Key and button state carried with input events.
+enum TInputShift : unsigned {
+    isShift = 1,
+    isCtrl = 2,
+    isAlt = 4,
+    isLeft = 8,
+    isRight = 16,
+    isMiddle = 32,
+};
+
+struct TBackendEvent {
+    enum class Kind {
+        MouseDown,
+        MouseUp,
+        MouseMove,
+        MouseWheel,
+        MouseLeaveWindow,
+        KeyDown,
+        KeyUp,
+        Char,
+        FocusIn,
+        FocusOut,
+        Close,
+        Resized,
+        Moved,
+        StateChanged,
+        Expose,
+    };
+    Kind kind{Kind::MouseMove};
+    TNativeWindowId window{0};
+    TPoint pos;                 // client coordinates (mouse), new origin (Moved)
+    TMouseButton button{TMouseButton::Left};
+    bool doubleClick{false};
+    int wheelDelta{0};          // multiples of 120, positive away from the user
+    unsigned key{0};            // virtual-key code (KeyDown, KeyUp)
+    unsigned charCode{0};       // the character (Char), a byte of the active encoding
+    unsigned shift{0};          // TInputShift flags
+    TSize size;                 // Resized
+    TNativeWindowState state{TNativeWindowState::Normal};
+};
+
+class TBackend {
+public:
+    virtual ~TBackend() = default;
+    virtual const char* Name() const = 0;
+
+    virtual TNativeWindowId CreateNativeWindow(const TNativeWindowParams& params) = 0;
+    virtual void DestroyNativeWindow(TNativeWindowId window) = 0;
+    virtual void SetWindowBounds(TNativeWindowId window, const TRect& bounds) = 0;
+    virtual void SetWindowVisible(TNativeWindowId window, bool visible) = 0;
+    virtual void SetWindowTitle(TNativeWindowId window, const std::string& title) = 0;
+    virtual void SetWindowState(TNativeWindowId window, TNativeWindowState state) = 0;
+    // Size limits of the client area; 0 means no limit.
+    virtual void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) = 0;
+    // Shows `damaged` (frame coordinates) of the window's frame buffer.
+    virtual void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) = 0;
+    virtual void SetCursorShape(TNativeWindowId window, int cursor) = 0;
+    virtual void SetFocus(TNativeWindowId window) = 0;
+
+    virtual TRect ScreenBounds() const = 0;
+    virtual TRect WorkArea() const = 0;
+    virtual TPoint CursorPos() const = 0;
+
+    // The next pending input event, without waiting.
+    virtual bool NextEvent(TBackendEvent& event) = 0;
+    // Waits until an event arrives, Wake is called, or `timeoutMs` passes (-1: no limit).
+    virtual void WaitForEvents(std::int64_t timeoutMs) = 0;
+    // Ends a wait; safe from any thread.
+    virtual void Wake() = 0;
+    // Milliseconds of the backend's monotonic clock (timers run on it).
+    virtual std::int64_t NowMs() const = 0;
+};
+
+// Picks the backend: headless when QV_BACKEND=headless or no X display answers, X11
+// otherwise (when built with X11 support).
+std::unique_ptr<TBackend> CreateDefaultBackend();
+
+} // namespace qv

@@ -1,0 +1,237 @@
+#include "HeadlessBackend.h"
+
+#include "platform/core/Exceptions.h"
+
+#include <chrono>
+#include <cstring>
+
+namespace qv {
+
+namespace {
+std::int64_t SteadyMs() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+} // namespace
+
+THeadlessBackend::THeadlessBackend(TClockMode mode) : m_mode(mode), m_realStart(SteadyMs()) {}
+
+THeadlessBackend::TWindowRecord& THeadlessBackend::Record(TNativeWindowId window) {
+    auto it = m_windows.find(window);
+    if (it == m_windows.end())
+        throw EInvalidOperation("Unknown native window " + std::to_string(window));
+    return it->second;
+}
+
+const THeadlessBackend::TWindowRecord& THeadlessBackend::Window(TNativeWindowId window) const {
+    std::lock_guard guard(m_lock);
+    auto it = m_windows.find(window);
+    if (it == m_windows.end())
+        throw EInvalidOperation("Unknown native window " + std::to_string(window));
+    return it->second;
+}
+
+bool THeadlessBackend::HasWindow(TNativeWindowId window) const {
+    std::lock_guard guard(m_lock);
+    return m_windows.count(window) != 0;
+}
+
+TNativeWindowId THeadlessBackend::CreateNativeWindow(const TNativeWindowParams& params) {
+    std::lock_guard guard(m_lock);
+    const TNativeWindowId id = m_nextId++;
+    TWindowRecord record;
+    record.params = params;
+    record.presented = TPixelBuffer(params.bounds.Width(), params.bounds.Height(), 0);
+    m_windows.emplace(id, std::move(record));
+    return id;
+}
+
+void THeadlessBackend::DestroyNativeWindow(TNativeWindowId window) {
+    std::lock_guard guard(m_lock);
+    m_windows.erase(window);
+    if (m_focused == window) m_focused = 0;
+}
+
+void THeadlessBackend::SetWindowBounds(TNativeWindowId window, const TRect& bounds) {
+    std::lock_guard guard(m_lock);
+    TWindowRecord& r = Record(window);
+    r.params.bounds = bounds;
+    r.presented.Resize(bounds.Width(), bounds.Height(), 0);
+}
+
+void THeadlessBackend::SetWindowVisible(TNativeWindowId window, bool visible) {
+    std::lock_guard guard(m_lock);
+    Record(window).visible = visible;
+}
+
+void THeadlessBackend::SetWindowTitle(TNativeWindowId window, const std::string& title) {
+    std::lock_guard guard(m_lock);
+    Record(window).params.title = title;
+}
+
+void THeadlessBackend::SetWindowState(TNativeWindowId window, TNativeWindowState state) {
+    std::lock_guard guard(m_lock);
+    Record(window).state = state;
+}
+
+void THeadlessBackend::SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) {
+    std::lock_guard guard(m_lock);
+    TWindowRecord& r = Record(window);
+    r.minSize = minimum;
+    r.maxSize = maximum;
+}
+
+void THeadlessBackend::Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) {
+    std::lock_guard guard(m_lock);
+    TWindowRecord& r = Record(window);
+    if (r.presented.Width() != frame.Width() || r.presented.Height() != frame.Height())
+        r.presented.Resize(frame.Width(), frame.Height(), 0);
+    const TRect area = Intersect(damaged, frame.Bounds());
+    for (int y = area.top; y < area.bottom; ++y)
+        std::memcpy(r.presented.Row(y) + area.left, frame.Row(y) + area.left,
+                    static_cast<std::size_t>(area.Width()) * sizeof(std::uint32_t));
+    ++r.presentCount;
+}
+
+void THeadlessBackend::SetCursorShape(TNativeWindowId window, int cursor) {
+    std::lock_guard guard(m_lock);
+    Record(window).cursor = cursor;
+}
+
+void THeadlessBackend::SetFocus(TNativeWindowId window) {
+    std::lock_guard guard(m_lock);
+    m_focused = window;
+}
+
+TPoint THeadlessBackend::CursorPos() const {
+    std::lock_guard guard(m_lock);
+    return m_cursor;
+}
+
+bool THeadlessBackend::NextEvent(TBackendEvent& event) {
+    std::lock_guard guard(m_lock);
+    if (m_events.empty()) return false;
+    event = m_events.front();
+    m_events.pop_front();
+    return true;
+}
+
+void THeadlessBackend::WaitForEvents(std::int64_t timeoutMs) {
+    std::unique_lock guard(m_lock);
+    const auto ready = [&] { return m_woken || !m_events.empty(); };
+    if (!ready()) {
+        if (m_mode == TClockMode::Fake && timeoutMs >= 0) {
+            m_fakeNow += timeoutMs; // nothing to wait for: time passes at once
+        } else if (timeoutMs < 0) {
+            m_wakeup.wait(guard, ready);
+        } else {
+            m_wakeup.wait_for(guard, std::chrono::milliseconds(timeoutMs), ready);
+        }
+    }
+    m_woken = false;
+}
+
+void THeadlessBackend::Wake() {
+    {
+        std::lock_guard guard(m_lock);
+        m_woken = true;
+    }
+    m_wakeup.notify_all();
+}
+
+std::int64_t THeadlessBackend::NowMs() const {
+    std::lock_guard guard(m_lock);
+    return m_mode == TClockMode::Fake ? m_fakeNow : SteadyMs() - m_realStart;
+}
+
+void THeadlessBackend::AdvanceClock(std::int64_t ms) {
+    std::lock_guard guard(m_lock);
+    m_fakeNow += ms;
+}
+
+void THeadlessBackend::SetScreen(const TRect& screen, const TRect& workArea) {
+    std::lock_guard guard(m_lock);
+    m_screen = screen;
+    m_workArea = workArea;
+}
+
+void THeadlessBackend::Inject(const TBackendEvent& event) {
+    {
+        std::lock_guard guard(m_lock);
+        if (event.kind == TBackendEvent::Kind::MouseMove || event.kind == TBackendEvent::Kind::MouseDown ||
+            event.kind == TBackendEvent::Kind::MouseUp) {
+            auto it = m_windows.find(event.window);
+            if (it != m_windows.end())
+                m_cursor = {it->second.params.bounds.left + event.pos.x, it->second.params.bounds.top + event.pos.y};
+        }
+        m_events.push_back(event);
+    }
+    m_wakeup.notify_all();
+}
+
+void THeadlessBackend::MouseMove(TNativeWindowId window, TPoint pos, unsigned shift) {
+    TBackendEvent e;
+    e.kind = TBackendEvent::Kind::MouseMove;
+    e.window = window;
+    e.pos = pos;
+    e.shift = shift;
+    Inject(e);
+}
+
+void THeadlessBackend::MouseDown(TNativeWindowId window, TPoint pos, TMouseButton button, unsigned shift,
+                                 bool doubleClick) {
+    TBackendEvent e;
+    e.kind = TBackendEvent::Kind::MouseDown;
+    e.window = window;
+    e.pos = pos;
+    e.button = button;
+    e.shift = shift;
+    e.doubleClick = doubleClick;
+    Inject(e);
+}
+
+void THeadlessBackend::MouseUp(TNativeWindowId window, TPoint pos, TMouseButton button, unsigned shift) {
+    TBackendEvent e;
+    e.kind = TBackendEvent::Kind::MouseUp;
+    e.window = window;
+    e.pos = pos;
+    e.button = button;
+    e.shift = shift;
+    Inject(e);
+}
+
+void THeadlessBackend::KeyDown(TNativeWindowId window, unsigned key, unsigned shift) {
+    TBackendEvent e;
+    e.kind = TBackendEvent::Kind::KeyDown;
+    e.window = window;
+    e.key = key;
+    e.shift = shift;
+    Inject(e);
+}
+
+void THeadlessBackend::KeyUp(TNativeWindowId window, unsigned key, unsigned shift) {
+    TBackendEvent e;
+    e.kind = TBackendEvent::Kind::KeyUp;
+    e.window = window;
+    e.key = key;
+    e.shift = shift;
+    Inject(e);
+}
+
+void THeadlessBackend::Char(TNativeWindowId window, unsigned charCode, unsigned shift) {
+    TBackendEvent e;
+    e.kind = TBackendEvent::Kind::Char;
+    e.window = window;
+    e.charCode = charCode;
+    e.shift = shift;
+    Inject(e);
+}
+
+void THeadlessBackend::TypeKey(TNativeWindowId window, unsigned key, unsigned charCode, unsigned shift) {
+    KeyDown(window, key, shift);
+    if (charCode) Char(window, charCode, shift);
+    KeyUp(window, key, shift);
+}
+
+} // namespace qv
