@@ -107,6 +107,13 @@ void TDeviceContext::ThinLine(TPoint from, TPoint to) {
     const int length = std::max(std::abs(to.x - from.x), std::abs(to.y - from.y));
     const TRect box{std::min(from.x, to.x), std::min(from.y, to.y), std::max(from.x, to.x) + 1,
                     std::max(from.y, to.y) + 1};
+    // Lines wholly outside the target only move the dash pattern on.
+    if (Intersect(box, m_target->Bounds()).IsEmpty()) {
+        if (m_dash.total)
+            m_dashPhase =
+                static_cast<int>((static_cast<std::int64_t>(m_dashPhase) + length) % m_dash.total);
+        return;
+    }
     const TRopMask ink = RopMaskFor(m_rop2, PixelOf(m_logPen.color));
     if (m_dash.total == 0) {
         for (const TRect& window : VisibleRects(box))

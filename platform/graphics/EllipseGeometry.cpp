@@ -7,13 +7,15 @@ namespace qv {
 
 namespace {
 
-// Error terms of the midpoint walk; a and b are the box extents minus one.
+// Error terms of the midpoint walk; a and b are the box extents minus one. The terms grow
+// with the cube of the box size, so they are kept in 128 bits to stay exact for any int box.
 struct TEllipseWalk {
-    std::int64_t asq, bsq, dx, dy, err;
+    using Wide = __int128;
+    Wide asq, bsq, dx, dy, err;
 
     TEllipseWalk(int width, int height) {
-        const std::int64_t a = width - 1;
-        const std::int64_t b = height - 1;
+        const Wide a = width - 1;
+        const Wide b = height - 1;
         asq = 8 * a * a;
         bsq = 8 * b * b;
         dx = 4 * b * b * (1 - a);
@@ -23,7 +25,7 @@ struct TEllipseWalk {
 
     // One step: reports whether x and/or y moved.
     void Step(bool& stepX, bool& stepY) {
-        const std::int64_t e2 = 2 * err;
+        const Wide e2 = 2 * err;
         stepX = e2 >= dx;
         if (stepX) {
             dx += bsq;
