@@ -1,6 +1,6 @@
+#include "utility/MathHelpers.h"
 #include "platform/core/Exceptions.h"
 #include "utility/DialogUnits.h"
-#include "utility/MathHelpers.h"
 
 #include <gtest/gtest.h>
 
@@ -70,8 +70,10 @@ TEST(MystdFactorial, MultipliesUpFromTwo) {
 }
 
 TEST(MystdIsPrime, TrialDivisionUpToTheSquareRoot) {
-    for (int n : {0, 1, 2, 3, 5, 97, 7919, 2147483647}) EXPECT_TRUE(IsPrime(n)) << n;
-    for (int n : {4, 9, 25, 49, 7917, 2147483646}) EXPECT_FALSE(IsPrime(n)) << n;
+    for (int n : {0, 1, 2, 3, 5, 97, 7919, 2147483647})
+        EXPECT_TRUE(IsPrime(n)) << n;
+    for (int n : {4, 9, 25, 49, 7917, 2147483646})
+        EXPECT_FALSE(IsPrime(n)) << n;
     EXPECT_THROW(IsPrime(-7), EInvalidOp);
 }
 

@@ -1,0 +1,404 @@
+#include "TqCalc.h"
+
+#include "MathHelpers.h"
+
+#include "platform/core/Exceptions.h"
+#include "platform/core/SysUtils.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+namespace qv {
+
+namespace {
+
+constexpr char kEndMark = '\r';
+
+// The identifiers FuncNr knows, in the order of FuncFunc (qUser has no entry).
+constexpr std::array<std::string_view, 28> kFunctionNames = {
+    "A",   "B",   "C",    "D",     "F",      "G",       "H",     "I",      "J",      "PI",
+    "E",   "EXP", "SIN",  "COS",   "ARCTAN", "ABS",     "FRAC",  "ARCSIN", "ARCCOS", "LN",
+    "LOG", "SQR", "SQRT", "ROUND", "TRUNC",  "CEILING", "FLOOR", "RANDOM"};
+
+// PI as the calculator knows it: the double nearest to pi.
+constexpr double kPi = 3.141592653589793;
+// Half-way between the largest double and 2^1024: extended values at or beyond it round to
+// infinity when stored as a double.
+constexpr long double kDoubleOverflow = 0x1.fffffffffffff8p+1023L;
+constexpr long double kInt64Limit = 0x1p+63L;
+
+// An arithmetic fault (overflow, invalid operation, division by zero not caught by the
+// explicit test) that ends the evaluation at once with TqxOverFlow. Thrown only on bad input.
+struct TArithmeticFault {};
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsLetter(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+char UpCase(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+long double Checked(long double value) {
+    if (!std::isfinite(value)) throw TArithmeticFault{};
+    return value;
+}
+
+long double Checked(const TFloatResult& result) {
+    if (result.Faulted()) throw TArithmeticFault{};
+    return result.value;
+}
+
+// A factor's value is stored in double precision; one outside the double range faults.
+double StoreAsDouble(long double value) {
+    if (!(std::fabs(value) < kDoubleOverflow)) throw TArithmeticFault{};
+    return static_cast<double>(value);
+}
+
+long double Frac(long double x) {
+    return x - std::trunc(x);
+}
+
+// TRUNC through a signed 64-bit integer; nothing when the value does not fit.
+std::optional<long double> TruncInt64(long double x) {
+    const long double t = std::trunc(x);
+    if (!(t >= -kInt64Limit && t < kInt64Limit)) return std::nullopt;
+    return static_cast<long double>(static_cast<std::int64_t>(t));
+}
+
+// ROUND through a signed 64-bit integer, halves to the even neighbour.
+std::optional<long double> RoundInt64(long double x) {
+    long double t = std::trunc(x);
+    const long double fraction = std::fabs(x - t); // exact for every value below 2^63
+    if (fraction > 0.5L || (fraction == 0.5L && std::fmod(t, 2.0L) != 0))
+        t += std::copysign(1.0L, x);
+    return TruncInt64(t);
+}
+
+std::optional<long double> Ceiling(long double x) {
+    std::optional<long double> t = TruncInt64(x);
+    if (!t) return std::nullopt;
+    if (Frac(x) > 0) *t += 1;
+    return TruncInt64(*t);
+}
+
+// The classic FLOOR steps down from the argument itself rather than from its integer part;
+// both give the same integer.
+std::optional<long double> Floor(long double x) {
+    std::optional<long double> t = TruncInt64(x);
+    if (!t) return std::nullopt;
+    if (Frac(x) < 0) t = x - 1;
+    return TruncInt64(*t);
+}
+
+std::optional<long double> IntegerValue(FuncFunc n, long double x) {
+    switch (n) {
+    case qRound:
+        return RoundInt64(x);
+    case qTrunc:
+        return TruncInt64(x);
+    case qCeiling:
+        return Ceiling(x);
+    default:
+        return Floor(x);
+    }
+}
+
+long double RandomValue(long double x) {
+    if (x == 0) return Random();
+    const std::optional<long double> m = RoundInt64(x);
+    if (!m) throw TArithmeticFault{};
+    // The rounded value is cut to its low 32 bits; a range of 0 or less gives 0.
+    return Random(static_cast<std::int32_t>(static_cast<std::int64_t>(*m)));
+}
+
+bool InOpenUnitInterval(long double x) {
+    return -1 < x && x < 1;
+}
+
+} // namespace
+
+const TClassInfo& TqCalc::StaticClassInfo() {
+    static const TClassInfo info = [] {
+        TClassBuilder<TqCalc> builder("TqCalc", &TComponent::StaticClassInfo());
+        builder.Event("OnFindUserFunc", &TqCalc::OnFindUserFunc)
+            .Event("OnUserFunc", &TqCalc::OnUserFunc)
+            .Property("PushResult", &TqCalc::PushResult, &TqCalc::SetPushResult)
+            .Default(true)
+            .Property("CalcResult", &TqCalc::CalcResult, DiscardWrites)
+            .Default(TqxOK)
+            .Property("WhereIsLastError", &TqCalc::WhereIsLastError, DiscardWrites)
+            .Default(std::uint8_t{1})
+            .Property("CalcLine", &TqCalc::CalcLine, &TqCalc::SetCalcLine)
+            .Property("FormatLine", &TqCalc::FormatLine, &TqCalc::SetFormatLine)
+            .Property("Number", &TqCalc::Number, DiscardWrites);
+        for (int i = 1; i <= RegisterCount; ++i)
+            builder.Property(
+                std::string("Register") + RegisterNames[RegisterSlot(i)],
+                [i](const TqCalc& c) { return c.RegisterText(i); }, DiscardWrites);
+        for (int i = 1; i <= RegisterCount; ++i)
+            builder.Property(
+                std::string("Register") + RegisterNames[RegisterSlot(i)] + "Num",
+                [i](const TqCalc& c) { return c.RegisterNum(i); },
+                [i](TqCalc& c, long double v) { c.SetRegisterNum(i, v); });
+        builder.Property("NumberNum", &TqCalc::NumberNum, DiscardWrites)
+            .Event("OnError", &TqCalc::OnError)
+            .Event("OnOK", &TqCalc::OnOK);
+        return builder.Build();
+    }();
+    return info;
+}
+
+TqCalc::TqCalc(TComponent* AOwner) : TComponent(AOwner) {
+    StoreLine("0");
+}
+
+std::string TqCalc::CalcLine() const {
+    return std::string(m_line.data(), m_lineLength);
+}
+
+void TqCalc::StoreLine(std::string_view text) {
+    m_lineLength = std::min(text.size(), MaxLineLength);
+    std::copy_n(text.data(), m_lineLength, m_line.begin());
+    m_line[m_lineLength] = kEndMark;
+    std::fill(m_line.begin() + static_cast<std::ptrdiff_t>(m_lineLength) + 1, m_line.end(), '\0');
+}
+
+void TqCalc::SetCalcLine(std::string_view S) {
+    StoreLine(S.empty() ? std::string_view("0") : S);
+    m_calcResult = TqxOK;
+    m_position = 1;
+    const long double value = Evaluate();
+    if (m_pushResult) PushRegisters(value);
+    m_number = value;
+    FireEvents();
+}
+
+long double TqCalc::Evaluate() {
+    try {
+        return Udtryk();
+    } catch (const TArithmeticFault&) {
+    } catch (const EMathError&) {
+        // raised by a user-function handler: the same arithmetic fault
+    }
+    m_calcResult = TqxOverFlow;
+    return 0;
+}
+
+void TqCalc::PushRegisters(long double value) {
+    std::copy_backward(m_registers.begin(), m_registers.end() - 1, m_registers.end());
+    m_registers[0] = value;
+}
+
+void TqCalc::FireEvents() {
+    if (m_calcResult != TqxOK) {
+        if (OnError) OnError(this, CalcLine(), WhereIsLastError());
+    } else if (OnOK) {
+        OnOK(this);
+    }
+}
+
+std::string TqCalc::FormatValue(long double value) const {
+    try {
+        return Format(m_formatLine.empty() ? std::string_view("%e") : m_formatLine, {value});
+    } catch (const Exception&) {
+        ReportFormatError();
+        return {};
+    }
+}
+
+void TqCalc::ReportFormatError() const {
+    // The code is put back even when the handler raises.
+    struct TRestore {
+        TqCalcResult& code;
+        TqCalcResult saved;
+        ~TRestore() { code = saved; }
+    } restore{m_calcResult, m_calcResult};
+    m_calcResult = TqxFormatError;
+    // Reading a display property is const, but the event's Sender is the component itself.
+    if (OnError) OnError(const_cast<TqCalc*>(this), m_formatLine, 0);
+}
+
+// The first error stays: later rules do not overwrite it.
+void TqCalc::SetError(TqCalcResult code) {
+    if (m_calcResult == TqxOK) m_calcResult = code;
+}
+
+char TqCalc::At(int position) const {
+    const auto index = static_cast<std::size_t>(position - 1);
+    return index < m_line.size() ? m_line[index] : '\0';
+}
+
+char TqCalc::NaesteTegn() {
+    while (At(m_position) == ' ')
+        ++m_position;
+    return At(m_position);
+}
+
+long double TqCalc::Tal() {
+    long double value = 0;
+    bool digitSeen = false;
+    for (char c = At(m_position); IsDigit(c); c = At(++m_position)) {
+        value = value * 10 + (c - '0');
+        digitSeen = true;
+    }
+    if (At(m_position) == '.' || At(m_position) == ',') {
+        ++m_position;
+        long double weight = 0.1L;
+        for (char c = At(m_position); IsDigit(c); c = At(++m_position)) {
+            value = (c - '0') * weight + value;
+            weight = weight / 10;
+            digitSeen = true;
+        }
+    }
+    if (!digitSeen) SetError(TqxNumberMissing);
+    return value;
+}
+
+FuncFunc TqCalc::FuncNr() {
+    m_funcName.length = 0;
+    for (char c = UpCase(At(m_position)); IsLetter(c) || c == '_'; c = UpCase(At(++m_position)))
+        if (m_funcName.length < m_funcName.chars.size()) m_funcName.chars[m_funcName.length++] = c;
+    const std::string_view name = m_funcName.View();
+    for (std::size_t i = 0; i < kFunctionNames.size(); ++i)
+        if (kFunctionNames[i] == name) return static_cast<FuncFunc>(i);
+    SetError(TqxFunctionMissing);
+    if (OnFindUserFunc && OnFindUserFunc(this, std::string(name))) {
+        m_calcResult = TqxOK;
+        return qUser;
+    }
+    return qA;
+}
+
+long double TqCalc::Parantes() {
+    if (NaesteTegn() != '(') SetError(TqxLeftPar);
+    ++m_position;
+    if (m_calcResult != TqxOK) return 0;
+    const long double value = Udtryk();
+    if (m_calcResult == TqxOK) {
+        if (NaesteTegn() != ')') SetError(TqxRightPar);
+        ++m_position;
+    }
+    return value;
+}
+
+double TqCalc::Faktor() {
+    const char c = UpCase(NaesteTegn());
+    long double value = 0;
+    if (c == '(')
+        value = Parantes();
+    else if (!IsLetter(c))
+        value = Tal();
+    else
+        value = Identifier();
+    return StoreAsDouble(value);
+}
+
+long double TqCalc::Identifier() {
+    const FuncFunc n = FuncNr();
+    if (m_calcResult != TqxOK) return 0;
+    // Saved before the argument is read: identifiers inside it overwrite m_funcName.
+    const TFuncName name = m_funcName;
+    const long double argument = n >= qExp ? Parantes() : 0;
+    return FunctionValue(n, name, argument);
+}
+
+long double TqCalc::FunctionValue(FuncFunc n, const TFuncName& name, long double x) {
+    switch (n) {
+    case qPI:
+        return kPi;
+    case qE:
+        return std::exp(1.0L);
+    case qExp:
+        return std::exp(x);
+    case qSin:
+        return std::sin(x);
+    case qCos:
+        return std::cos(x);
+    case qArcTan:
+        return std::atan(x);
+    case qAbs:
+        return std::fabs(x);
+    case qFrac:
+        return Frac(x);
+    case qArcSin:
+    case qArcCos:
+        if (!InOpenUnitInterval(x)) break;
+        return Checked(n == qArcSin ? TryArcSin(x) : TryArcCos(x));
+    case qLN:
+    case qLog:
+        if (x <= 0) break;
+        return n == qLN ? std::log(x) : Checked(TryLog10(x));
+    case qSQR:
+        return x * x;
+    case qSQRT:
+        if (x < 0) break;
+        return std::sqrt(x);
+    case qRound:
+    case qTrunc:
+    case qCeiling:
+    case qFloor:
+        return IntegerFunction(n, x);
+    case qRandom:
+        return RandomValue(x);
+    case qUser:
+        return UserFunction(name, x);
+    default:
+        return m_registers[static_cast<std::size_t>(n)]; // qA..qJ
+    }
+    SetError(TqxDivZero); // a domain error of ARCSIN, ARCCOS, LN, LOG or SQRT
+    return 0;
+}
+
+// ROUND, TRUNC, CEILING and FLOOR catch their own fault: a value that does not fit 64 bits
+// gives 0 and TqxOverFlow, and the evaluation winds down as after any other error.
+long double TqCalc::IntegerFunction(FuncFunc n, long double x) {
+    if (const std::optional<long double> value = IntegerValue(n, x)) return *value;
+    m_calcResult = TqxOverFlow;
+    return 0;
+}
+
+long double TqCalc::UserFunction(const TFuncName& name, long double argument) {
+    if (!OnUserFunc) return argument;
+    return OnUserFunc(this, std::string(name.View()), argument);
+}
+
+long double TqCalc::Led() {
+    long double value = Faktor();
+    for (char op = NaesteTegn(); (op == '*' || op == '/' || op == '^') && m_calcResult == TqxOK;
+         op = NaesteTegn()) {
+        ++m_position;
+        if (op == '*') {
+            value = Checked(Faktor() * value);
+        } else if (op == '/') {
+            const double divisor = Faktor();
+            if (divisor == 0)
+                SetError(TqxDivZero);
+            else
+                value = Checked(value / divisor);
+        } else {
+            const double exponent = Faktor();
+            value = Checked(TryPower(value, exponent));
+        }
+    }
+    return value;
+}
+
+long double TqCalc::Udtryk() {
+    // A leading "-" stays in place: the loop subtracts the first term from 0.
+    long double value = NaesteTegn() == '-' ? 0 : Led();
+    for (char op = NaesteTegn(); (op == '+' || op == '-') && m_calcResult == TqxOK;
+         op = NaesteTegn()) {
+        ++m_position;
+        if (op == '+')
+            value = Checked(Led() + value);
+        else
+            value = Checked(value - Led());
+    }
+    return value;
+}
+
+} // namespace qv
