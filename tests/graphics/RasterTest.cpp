@@ -1,0 +1,153 @@
+// Rasterizer rules the reference corpus does not pin down on its own: the ROP2 table, dash
+// gaps, stretching, transparent copies and the published properties of the drawing tools.
+
+#include "platform/graphics/Canvas.h"
+
+#include "platform/core/Filer.h"
+
+#include <gtest/gtest.h>
+
+using namespace qv;
+
+TEST(Raster, Rop2TableMatchesItsBooleanDefinition) {
+    // Each ROP2 is a function of pen bit P and destination bit D.
+    const auto reference = [](int rop2, bool p, bool d) {
+        switch (rop2) {
+        case R2_BLACK:
+            return false;
+        case R2_NOTMERGEPEN:
+            return !(p || d);
+        case R2_MASKNOTPEN:
+            return !p && d;
+        case R2_NOTCOPYPEN:
+            return !p;
+        case R2_MASKPENNOT:
+            return p && !d;
+        case R2_NOT:
+            return !d;
+        case R2_XORPEN:
+            return p != d;
+        case R2_NOTMASKPEN:
+            return !(p && d);
+        case R2_MASKPEN:
+            return p && d;
+        case R2_NOTXORPEN:
+            return p == d;
+        case R2_NOP:
+            return d;
+        case R2_MERGENOTPEN:
+            return !p || d;
+        case R2_COPYPEN:
+            return p;
+        case R2_MERGEPENNOT:
+            return p || !d;
+        case R2_MERGEPEN:
+            return p || d;
+        default:
+            return true;
+        }
+    };
+    for (int rop2 = R2_BLACK; rop2 <= R2_WHITE; ++rop2)
+        for (bool p : {false, true})
+            for (bool d : {false, true}) {
+                const TRopMask m = RopMaskFor(rop2, p ? 1u : 0u);
+                const std::uint32_t out = ((d ? 1u : 0u) & m.andMask) ^ m.xorMask;
+                EXPECT_EQ((out & 1) != 0, reference(rop2, p, d)) << "rop2 " << rop2;
+            }
+}
+
+TEST(Raster, DashGapsTakeTheBrushColourOnlyWhenOpaque) {
+    TBitmap b(40, 1);
+    TCanvas& c = b.Canvas();
+    c.Pen().SetStyle(psDash);
+    c.Brush().SetColor(clLime);
+    c.MoveTo(0, 0);
+    c.LineTo(40, 0);
+    // 18 pixels of dash, 6 of gap, then the next dash.
+    EXPECT_EQ(c.Pixel(17, 0), clBlack);
+    EXPECT_EQ(c.Pixel(18, 0), clLime);
+    EXPECT_EQ(c.Pixel(23, 0), clLime);
+    EXPECT_EQ(c.Pixel(24, 0), clBlack);
+    c.Brush().SetStyle(bsClear);
+    c.Pen().SetColor(clRed);
+    c.MoveTo(0, 0);
+    c.LineTo(40, 0);
+    EXPECT_EQ(c.Pixel(20, 0), clLime);
+    EXPECT_EQ(c.Pixel(10, 0), clRed);
+    // Wide dashed pens draw solid.
+    c.Pen().SetWidth(3);
+    c.MoveTo(0, 0);
+    c.LineTo(40, 0);
+    EXPECT_EQ(c.Pixel(20, 0), clRed);
+}
+
+TEST(Raster, LinesLeaveOutTheirEndAndXorTwiceRestores) {
+    TBitmap b(10, 10);
+    TCanvas& c = b.Canvas();
+    c.MoveTo(1, 1);
+    c.LineTo(8, 5);
+    EXPECT_EQ(c.Pixel(1, 1), clBlack);
+    EXPECT_EQ(c.Pixel(8, 5), clWhite);
+    EXPECT_EQ(c.PenPos(), Point(8, 5));
+    const TPixelBuffer before = b.Pixels();
+    c.Pen().SetMode(pmXor);
+    c.Pen().SetColor(clAqua);
+    for (int i = 0; i < 2; ++i) {
+        c.Rectangle(0, 0, 9, 9);
+        c.Ellipse(2, 2, 8, 7);
+    }
+    EXPECT_EQ(b.Pixels(), before);
+}
+
+TEST(Raster, StretchScalesByNearestPixelAndTransparentCopySkipsTheKey) {
+    TPixelBuffer src(2, 2, 0);
+    src.At(1, 0) = 0xFF0000;
+    src.At(0, 1) = 0x00FF00;
+    TPixelBuffer dst(4, 4, 0xFFFFFF);
+    TDeviceContext dc(&dst);
+    dc.StretchBlt(0, 0, 4, 4, &src, 0, 0, 2, 2, SRCCOPY);
+    EXPECT_EQ(dst.At(3, 1), 0xFF0000u);
+    EXPECT_EQ(dst.At(1, 3), 0x00FF00u);
+    EXPECT_EQ(dst.At(0, 0), 0u);
+    TPixelBuffer target(2, 2, 0x123456);
+    TDeviceContext dc2(&target);
+    dc2.TransparentBlt(0, 0, 2, 2, src, 0, 0, 2, 2, 0);
+    EXPECT_EQ(target.At(0, 0), 0x123456u);
+    EXPECT_EQ(target.At(1, 0), 0xFF0000u);
+}
+
+TEST(Raster, PublishedPropertiesInClassicOrderWithDefaults) {
+    std::vector<std::string> names;
+    for (const TPropInfo* p : TFont::StaticClassInfo().Properties())
+        names.push_back(p->name);
+    EXPECT_EQ(names, (std::vector<std::string>{"Charset", "Color", "Height", "Name", "Pitch",
+                                               "Size", "Style", "Quality"}));
+    TFont font;
+    const TPropInfo* color = TFont::StaticClassInfo().FindProperty("Color");
+    ASSERT_NE(color, nullptr);
+    EXPECT_TRUE(color->IsDefault(font));
+    EXPECT_EQ(color->type->intToIdent(color->getOrd(font)),
+              std::optional<std::string>("clWindowText"));
+    EXPECT_FALSE(TFont::StaticClassInfo().FindProperty("Size")->IsStored(font));
+    TPen pen;
+    pen.SetWidth(2);
+    EXPECT_FALSE(TPen::StaticClassInfo().FindProperty("Width")->IsDefault(pen));
+}
+
+TEST(Raster, BitmapDataPropertyIsWrittenOnlyWhenThereArePixels) {
+    TBitmap empty;
+    TFiler filer;
+    empty.DefineProperties(filer);
+    ASSERT_NE(filer.Find("Data"), nullptr);
+    EXPECT_FALSE(filer.Find("Data")->hasData);
+    TBitmap b(3, 2);
+    b.Canvas().SetPixel(2, 1, clMaroon);
+    TFiler written;
+    b.DefineProperties(written);
+    const auto bytes = written.Find("Data")->write().bytes;
+    TBitmap read;
+    TFiler reader;
+    read.DefineProperties(reader);
+    reader.Find("Data")->read(TFormValue::Data(bytes));
+    EXPECT_EQ(read.Pixels(), b.Pixels());
+}
