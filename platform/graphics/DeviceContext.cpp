@@ -28,19 +28,24 @@ int Rop2FromRop3(std::uint32_t rop) {
     return static_cast<int>((((rop >> 18) & 0x0c) | ((rop >> 16) & 0x03)) + 1);
 }
 
-// A one-pixel-thick rectangle, in either extent direction (negative extents mirror).
-TRect BlitRect(int x, int y, int width, int height) {
-    TRect r{x, y, x + width, y + height};
-    if (r.left > r.right) {
-        const int l = r.right + 1;
-        r.right = r.left + 1;
-        r.left = l;
-    }
-    if (r.top > r.bottom) {
-        const int t = r.bottom + 1;
-        r.bottom = r.top + 1;
-        r.top = t;
-    }
+// The rectangle of a blit at (x, y) with the given extents; a negative extent mirrors the
+// span around x or y (x .. x + width + 1). Coordinates are clamped so that extreme input
+// cannot overflow.
+TRect BlitRect(std::int64_t x, std::int64_t y, std::int64_t width, std::int64_t height) {
+    auto axis = [](std::int64_t pos, std::int64_t extent, int& lo, int& hi) {
+        std::int64_t a = pos, b = pos + extent;
+        if (a > b) {
+            const std::int64_t t = b + 1;
+            b = a + 1;
+            a = t;
+        }
+        constexpr std::int64_t limit = std::int64_t{1} << 30;
+        lo = static_cast<int>(std::clamp(a, -limit, limit));
+        hi = static_cast<int>(std::clamp(b, -limit, limit));
+    };
+    TRect r;
+    axis(x, width, r.left, r.right);
+    axis(y, height, r.top, r.bottom);
     return r;
 }
 
@@ -290,7 +295,9 @@ void TDeviceContext::PatBlt(int x, int y, int width, int height, std::uint32_t r
 }
 
 void TDeviceContext::FillRect(const TRect& r, const TLogBrush& brush) {
-    PaintRectWithBrush(BlitRect(r.left, r.top, r.Width(), r.Height()), brush, R2_COPYPEN);
+    PaintRectWithBrush(
+        BlitRect(r.left, r.top, std::int64_t{r.right} - r.left, std::int64_t{r.bottom} - r.top),
+        brush, R2_COPYPEN);
 }
 
 void TDeviceContext::FrameRect(const TRect& r, const TLogBrush& brush) {
@@ -303,7 +310,8 @@ void TDeviceContext::FrameRect(const TRect& r, const TLogBrush& brush) {
 }
 
 void TDeviceContext::InvertRect(const TRect& r) {
-    for (const TRect& piece : VisibleRects(BlitRect(r.left, r.top, r.Width(), r.Height())))
+    for (const TRect& piece : VisibleRects(BlitRect(r.left, r.top, std::int64_t{r.right} - r.left,
+                                                    std::int64_t{r.bottom} - r.top)))
         ApplyMaskToRect(piece, RopMaskFor(R2_NOT, 0));
 }
 
@@ -316,8 +324,8 @@ void TDeviceContext::DrawFocusRect(const TRect& r) {
     const TRopMask dot = RopMaskFor(R2_XORPEN, PixelOf(m_bkColor));
     const TRopMask gap = RopMaskFor(R2_XORPEN, PixelOf(m_textColor));
     masks.cells = {dot, gap, gap, dot};
-    const int w = r.Width();
-    const int h = r.Height();
+    const std::int64_t w = std::int64_t{r.right} - r.left;
+    const std::int64_t h = std::int64_t{r.bottom} - r.top;
     PaintRects(VisibleRects(BlitRect(r.left, r.top, w, 1)), masks);
     PaintRects(VisibleRects(BlitRect(r.left, r.bottom - 1, w, 1)), masks);
     if (h > 2) {

@@ -156,6 +156,20 @@ std::uint32_t Blend(std::uint32_t dst, std::uint32_t color, unsigned alpha) {
     return out;
 }
 
+// The fontconfig configuration this process uses, released at exit.
+FcConfig* FontConfig() {
+    struct TOwnedConfig {
+        FcConfig* config{FcInitLoadConfigAndFonts()};
+        ~TOwnedConfig() {
+            if (config) FcConfigDestroy(config);
+            FcFini();
+        }
+    };
+    static TOwnedConfig owned;
+    if (!owned.config) throw EInvalidGraphic("fontconfig is unavailable");
+    return owned.config;
+}
+
 } // namespace
 
 std::string FontFileFor(const std::string& family, bool bold, bool italic) {
@@ -163,16 +177,16 @@ std::string FontFileFor(const std::string& family, bool bold, bool italic) {
     static std::map<std::tuple<std::string, bool, bool>, std::string> files;
     const auto key = std::make_tuple(Lower(family), bold, italic);
     if (auto it = files.find(key); it != files.end()) return it->second;
-    FcInit();
+    FcConfig* config = FontConfig();
     FcPattern* pattern = FcPatternCreate();
     const std::string mapped = SystemFamily(family);
     FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(mapped.c_str()));
     FcPatternAddInteger(pattern, FC_WEIGHT, bold ? FC_WEIGHT_BOLD : FC_WEIGHT_REGULAR);
     FcPatternAddInteger(pattern, FC_SLANT, italic ? FC_SLANT_ITALIC : FC_SLANT_ROMAN);
-    FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
+    FcConfigSubstitute(config, pattern, FcMatchPattern);
     FcDefaultSubstitute(pattern);
     FcResult result = FcResultNoMatch;
-    FcPattern* match = FcFontMatch(nullptr, pattern, &result);
+    FcPattern* match = FcFontMatch(config, pattern, &result);
     std::string file;
     FcChar8* path = nullptr;
     if (match && FcPatternGetString(match, FC_FILE, 0, &path) == FcResultMatch)
