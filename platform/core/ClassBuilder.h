@@ -122,19 +122,20 @@ public:
         return *this;
     }
 
-    // An event: a std::function member named OnXxx.
-    template <class F> TClassBuilder& Event(std::string name, F C::*field) {
+    // An event: a std::function member named OnXxx (of this class or a base class).
+    template <class F, class B> TClassBuilder& Event(std::string name, F B::*field) {
+        static_assert(std::is_base_of_v<B, C>, "the event must be a member of the class or a base");
         auto p = NewProperty(std::move(name), TypeInfoOf<F>());
         p->getMethod = [field](const TObject& o) { return std::any(Self(o).*field); };
         p->hasMethod = [field](const TObject& o) { return static_cast<bool>(Self(o).*field); };
         p->setMethod = [field, name = p->name](TObject& o, const std::any& v) {
             if (!v.has_value()) {
-                const_cast<C&>(Self(o)).*field = nullptr;
+                Self(o).*field = nullptr;
                 return;
             }
             const F* handler = std::any_cast<F>(&v);
             if (!handler) throw EConvertError("Handler of the wrong type for event " + name);
-            const_cast<C&>(Self(o)).*field = *handler;
+            Self(o).*field = *handler;
         };
         return *this;
     }

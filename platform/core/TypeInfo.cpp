@@ -123,15 +123,12 @@ bool TClassInfo::InheritsFrom(const TClassInfo& other) const {
 std::vector<const TPropInfo*> TClassInfo::Properties() const {
     std::vector<const TPropInfo*> result = parent ? parent->Properties() : std::vector<const TPropInfo*>{};
     for (const auto& p : ownProperties) {
-        // A class may redeclare an inherited property (to change its default); the
-        // redeclaration takes the inherited one's place.
-        bool replaced = false;
-        for (auto& existing : result)
-            if (strcasecmp(existing->name.c_str(), p->name.c_str()) == 0) {
-                existing = p.get();
-                replaced = true;
-            }
-        if (!replaced) result.push_back(p.get());
+        // A class may publish an inherited property again (to change its default or to
+        // place it); the redeclaration replaces the inherited one at its own position.
+        std::erase_if(result, [&](const TPropInfo* existing) {
+            return strcasecmp(existing->name.c_str(), p->name.c_str()) == 0;
+        });
+        result.push_back(p.get());
     }
     return result;
 }

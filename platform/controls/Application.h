@@ -1,0 +1,127 @@
+#pragma once
+// TApplication: the message loop of the main thread. It delivers posted messages and calls
+// from other threads, turns backend input into control messages (hit testing, capture,
+// mouse enter and leave, focus and keyboard routing, dialog keys), runs TTimer ticks on the
+// backend's clock, paints what was invalidated, and nests for modal forms.
+//
+// Application() is the process-wide object; it starts with a headless backend until one is
+// chosen with SetBackend (CreateDefaultBackend picks X11 when a display answers).
+
+#include "Form.h"
+
+#include "platform/backend/Backend.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace qv {
+
+class TTimer;
+
+using TIdleEvent = std::function<void(TObject* Sender, bool& Done)>;
+
+class TApplication : public TComponent {
+    QV_OBJECT
+public:
+    TApplication();
+    ~TApplication() override;
+
+    TBackend& Backend();
+    void SetBackend(std::unique_ptr<TBackend> backend);
+
+    // Creates a form owned by the application; the first becomes the main form.
+    template <class F> F* CreateForm() {
+        auto* form = new F(this);
+        if (!m_mainForm) m_mainForm = form;
+        return form;
+    }
+    // Every form registers itself when it is created (whoever owns it).
+    void RegisterForm(TCustomForm* form);
+    bool IsForm(const TCustomForm* form) const;
+    TCustomForm* MainForm() const { return m_mainForm; }
+    void SetMainForm(TCustomForm* form) { m_mainForm = form; }
+
+    // Shows the main form and loops until Terminate (or the main form closes).
+    void Run();
+    // Handles one message or event, waiting for one when nothing is pending.
+    void HandleMessage();
+    // Handles everything that is pending, without waiting.
+    void ProcessMessages();
+    void Terminate();
+    bool Terminated() const { return m_terminated; }
+    // Lets the loop continue after Terminate (tests and modal loops reuse the object).
+    void ResetTerminated() { m_terminated = false; }
+
+    bool ShowHint() const { return m_showHint; }
+    void SetShowHint(bool v) { m_showHint = v; }
+    int HintPause() const { return m_hintPause; }
+    TNotifyEvent OnIdle;
+    TIdleEvent OnIdleDone;
+
+    // Forms in creation order (shown or not).
+    const std::vector<TCustomForm*>& Forms() const { return m_forms; }
+    TCustomForm* ActiveForm() const { return m_activeForm; }
+    void SetActiveForm(TCustomForm* form);
+    TCustomForm* FormOfNativeWindow(TNativeWindowId window) const;
+
+    // Mouse capture (messages go to this control wherever the pointer is).
+    TControl* CaptureControl() const { return m_capture; }
+    void SetCaptureControl(TControl* control);
+    // The control under the pointer as last seen.
+    TControl* MouseControl() const { return m_mouseControl; }
+    // The control under a screen point (disabled ones included when asked), or null.
+    TControl* FindControlAtScreen(TPoint screen, bool allowDisabled) const;
+    // Re-checks which control is under the pointer and sends mouse leave and enter.
+    void UpdateMouseControl();
+    TPoint CursorPos();
+    // The shift state of the last input event (GetKeyState).
+    bool KeyDown(unsigned virtualKey) const;
+
+    // Timers.
+    void AddTimer(TTimer* timer);
+    void RemoveTimer(TTimer* timer);
+    std::int64_t NowMs();
+
+    void Notification(TComponent* AComponent, TOperation Operation) override;
+    // A control is going away: forget it as capture or mouse control.
+    void ControlGone(TControl* control);
+
+private:
+    friend class TCustomForm;
+    void FormDestroyed(TCustomForm* form);
+    bool DispatchOneEvent();
+    void HandleInput(const TBackendEvent& event);
+    void HandleMouse(const TBackendEvent& event, TCustomForm& form);
+    void HandleKey(const TBackendEvent& event, TCustomForm& form);
+    bool FireDueTimers();
+    std::int64_t MsUntilNextTimer();
+    bool PaintForms();
+    void Idle();
+
+    std::unique_ptr<TBackend> m_backend;
+    std::vector<TCustomForm*> m_forms;
+    TCustomForm* m_mainForm{nullptr};
+    TCustomForm* m_activeForm{nullptr};
+    TControl* m_capture{nullptr};
+    TControl* m_mouseControl{nullptr};
+    std::vector<TTimer*> m_timers;
+    bool m_terminated{false};
+    bool m_showHint{true};
+    int m_hintPause{500};
+    unsigned m_shift{0};
+    TPoint m_cursor;          // where the last mouse event happened, on the screen
+    bool m_cursorKnown{false};
+    unsigned m_keysDown[256 / 32]{};
+};
+
+TApplication& Application();
+// The application object if it exists and is not being destroyed, else null.
+TApplication* ApplicationIfAlive();
+
+// The cursor position in screen coordinates, and whether a key is down (high bit set).
+TPoint GetCursorPos();
+short GetKeyState(unsigned virtualKey);
+
+} // namespace qv

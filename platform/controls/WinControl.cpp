@@ -1,0 +1,486 @@
+#include "WinControl.h"
+
+#include "Application.h"
+#include "Form.h"
+#include "WindowTable.h"
+
+#include "platform/core/ClassBuilder.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace qv {
+
+const TClassInfo& TWinControl::StaticClassInfo() {
+    static const TClassInfo info = TClassBuilder<TWinControl>("TWinControl", &TControl::StaticClassInfo()).Build();
+    return info;
+}
+
+TWinControl::TWinControl(TComponent* AOwner) : TControl(AOwner) {
+    m_brush.SetColor(Color());
+}
+
+TWinControl::~TWinControl() {
+    Destroying();
+    // Child controls go with their parent, also when another component owns them.
+    while (!m_controls.empty()) {
+        TControl* child = m_controls.back();
+        RemoveControl(child);
+        delete child;
+    }
+    if (m_handle) UnregisterWindowProc(m_handle);
+}
+
+HWND TWinControl::Handle() {
+    if (!m_handle) m_handle = RegisterWindowProc([this](TMessage& m) { WndProc(m); });
+    return m_handle;
+}
+
+void TWinControl::InsertControl(TControl* control) {
+    control->m_parent = this;
+    m_controls.push_back(control);
+    if (IsDesigning()) control->SetDesigning(true);
+    if (control->ParentColor()) control->ParentColorChanged();
+    if (control->ParentFont()) control->ParentFontChanged();
+    control->Perform(CM_PARENTSHOWHINTCHANGED);
+    if (control->Align() != alNone) Realign();
+    control->Invalidate();
+}
+
+void TWinControl::RemoveControl(TControl* control) {
+    auto it = std::find(m_controls.begin(), m_controls.end(), control);
+    if (it == m_controls.end()) return;
+    control->Invalidate();
+    if (auto* win = dynamic_cast<TWinControl*>(control)) {
+        if (TCustomForm* form = ParentForm(); form && form->ActiveControl() &&
+                                              (form->ActiveControl() == win ||
+                                               GetParentForm(form->ActiveControl()) == form)) {
+            for (TControl* c = form->ActiveControl(); c; c = c->Parent())
+                if (c == win) {
+                    form->SetFocusedControl(nullptr);
+                    break;
+                }
+        }
+    }
+    m_controls.erase(std::find(m_controls.begin(), m_controls.end(), control));
+    control->m_parent = nullptr;
+    if (control->Align() != alNone) Realign();
+}
+
+void TWinControl::MoveToBack(TControl* control) {
+    auto it = std::find(m_controls.begin(), m_controls.end(), control);
+    if (it == m_controls.end()) return;
+    m_controls.erase(it);
+    m_controls.insert(m_controls.begin(), control);
+    control->Invalidate();
+}
+
+TRect TWinControl::ClientRect() const { return {0, 0, Width(), Height()}; }
+
+TControl* TWinControl::ControlAtPos(TPoint pos, bool allowDisabled, bool allowWinControls) const {
+    for (auto it = m_controls.rbegin(); it != m_controls.rend(); ++it) {
+        TControl* c = *it;
+        const bool windowed = dynamic_cast<TWinControl*>(c) != nullptr;
+        if (windowed && !allowWinControls) continue;
+        if (!c->Visible() || (!c->Enabled() && !allowDisabled)) continue;
+        if (!c->BoundsRect().Contains(pos)) continue;
+        const LPARAM local = MAKELPARAM(pos.x - c->Left(), pos.y - c->Top());
+        // Windowed controls answer the window hit test; graphic ones the control hit test.
+        if (windowed ? c->Perform(WM_NCHITTEST, 0, local) == HTTRANSPARENT : c->Perform(CM_HITTEST, 0, local) == 0)
+            continue;
+        return c;
+    }
+    return nullptr;
+}
+
+void TWinControl::Broadcast(TMessage& Message) {
+    const std::vector<TControl*> controls = m_controls;
+    for (TControl* c : controls) {
+        c->WndProc(Message);
+        if (Message.Result != 0) return;
+    }
+}
+
+void TWinControl::GetChildren(const std::function<void(TComponent*)>& Proc, TComponent* Root) const {
+    TControl::GetChildren(Proc, Root);
+    for (TControl* c : m_controls)
+        if (c->Owner() == Root) Proc(c);
+}
+
+void TWinControl::SetBounds(int ALeft, int ATop, int AWidth, int AHeight) {
+    const bool resized = AWidth != Width() || AHeight != Height();
+    TControl::SetBounds(ALeft, ATop, AWidth, AHeight);
+    if (resized) Realign();
+}
+
+// Layout of aligned children: top and bottom bands first, then left and right, and the
+// client one takes what is left, each in z-order.
+void TWinControl::Realign() {
+    if (m_realigning) return;
+    m_realigning = true;
+    TRect rect = ClientRect();
+    AlignControls(rect);
+    m_realigning = false;
+}
+
+void TWinControl::AlignControls(TRect& rect) {
+    const auto place = [&](TAlign which) {
+        for (TControl* c : m_controls) {
+            if (c->Align() != which || !c->Visible()) continue;
+            switch (which) {
+            case alTop:
+                c->SetBounds(rect.left, rect.top, rect.Width(), c->Height());
+                rect.top += c->Height();
+                break;
+            case alBottom:
+                c->SetBounds(rect.left, rect.bottom - c->Height(), rect.Width(), c->Height());
+                rect.bottom -= c->Height();
+                break;
+            case alLeft:
+                c->SetBounds(rect.left, rect.top, c->Width(), rect.Height());
+                rect.left += c->Width();
+                break;
+            case alRight:
+                c->SetBounds(rect.right - c->Width(), rect.top, c->Width(), rect.Height());
+                rect.right -= c->Width();
+                break;
+            case alClient: c->SetBounds(rect.left, rect.top, rect.Width(), rect.Height()); break;
+            case alNone: break;
+            }
+        }
+    };
+    for (TAlign a : {alTop, alBottom, alLeft, alRight, alClient}) place(a);
+}
+
+// Focus.
+
+int TWinControl::TabOrder() const {
+    if (!Parent()) return 0;
+    int order = 0;
+    for (int i = 0; i < Parent()->ControlCount(); ++i) {
+        auto* w = dynamic_cast<TWinControl*>(Parent()->Controls(i));
+        if (!w) continue;
+        if (w == this) return order;
+        ++order;
+    }
+    return -1;
+}
+
+void TWinControl::SetTabOrder(int value) {
+    TWinControl* parent = Parent();
+    if (!parent) return;
+    // The tab order is the order of the windowed children in the parent's list.
+    std::vector<TControl*>& list = parent->m_controls;
+    list.erase(std::find(list.begin(), list.end(), this));
+    int order = 0;
+    auto it = list.begin();
+    for (; it != list.end(); ++it) {
+        if (!dynamic_cast<TWinControl*>(*it)) continue;
+        if (order == value) break;
+        ++order;
+    }
+    list.insert(it, this);
+}
+
+void TWinControl::GetTabOrderList(std::vector<TWinControl*>& list) const {
+    for (TControl* c : m_controls)
+        if (auto* w = dynamic_cast<TWinControl*>(c)) {
+            list.push_back(w);
+            w->GetTabOrderList(list);
+        }
+}
+
+bool TWinControl::CanFocus() const {
+    const TCustomForm* form = ParentForm();
+    if (!form) form = dynamic_cast<const TCustomForm*>(this);
+    if (!form || !form->Visible() || !form->Enabled()) return false;
+    for (const TControl* c = this; c && c != form; c = c->Parent())
+        if (!c->Visible() || !c->Enabled()) return false;
+    return true;
+}
+
+bool TWinControl::Focused() const {
+    const TCustomForm* form = ParentForm();
+    return form && form->ActiveControl() == this;
+}
+
+void TWinControl::SetFocus() {
+    TCustomForm* form = ParentForm();
+    if (!form) return;
+    if (!CanFocus()) throw EInvalidOperation("Cannot focus a disabled or invisible window");
+    form->SetFocusedControl(this);
+}
+
+TWinControl* TWinControl::FindNextControl(TWinControl* current, bool goForward, bool checkTabStop,
+                                          bool checkParent) const {
+    std::vector<TWinControl*> list;
+    GetTabOrderList(list);
+    if (list.empty()) return nullptr;
+    const int count = static_cast<int>(list.size());
+    int start = static_cast<int>(std::find(list.begin(), list.end(), current) - list.begin());
+    if (start == count) start = goForward ? count - 1 : 0;
+    int i = start;
+    for (int n = 0; n < count; ++n) {
+        i = goForward ? (i + 1) % count : (i + count - 1) % count;
+        TWinControl* c = list[static_cast<std::size_t>(i)];
+        if (c == current && n < count - 1) continue;
+        if ((!checkTabStop || c->TabStop()) && (!checkParent || c->Parent() == this) && c->CanFocus()) return c;
+    }
+    return nullptr;
+}
+
+void TWinControl::SelectNext(TWinControl* current, bool goForward, bool checkTabStop) {
+    if (TWinControl* next = FindNextControl(current, goForward, checkTabStop, !checkTabStop)) next->SetFocus();
+}
+
+// Keyboard.
+
+bool TWinControl::DoDialogKey(unsigned key, LPARAM keyData) {
+    LRESULT mask = 0;
+    switch (key) {
+    case VK_TAB: mask = DLGC_WANTTAB; break;
+    case VK_LEFT:
+    case VK_RIGHT:
+    case VK_UP:
+    case VK_DOWN: mask = DLGC_WANTARROWS; break;
+    case VK_RETURN:
+    case VK_ESCAPE:
+    case VK_CANCEL: mask = DLGC_WANTALLKEYS; break;
+    default: return false;
+    }
+    if (Perform(WM_GETDLGCODE) & mask) return false;
+    TCustomForm* form = ParentForm();
+    if (!form) form = dynamic_cast<TCustomForm*>(this);
+    return form && form->Perform(CM_DIALOGKEY, key, keyData) != 0;
+}
+
+void TWinControl::WMKeyDown(TMessage& Message) {
+    TCustomForm* form = ParentForm();
+    auto key = static_cast<unsigned>(Message.WParam);
+    const TShiftState shift = KeyboardShiftState();
+    if (form && form->KeyPreview() && form != this) {
+        form->KeyDown(key, shift);
+        if (key == 0) return;
+    }
+    if (DoDialogKey(key, Message.LParam)) return;
+    KeyDown(key, shift);
+    Message.WParam = key;
+}
+
+void TWinControl::WMKeyUp(TMessage& Message) {
+    TCustomForm* form = ParentForm();
+    auto key = static_cast<unsigned>(Message.WParam);
+    const TShiftState shift = KeyboardShiftState();
+    if (form && form->KeyPreview() && form != this) {
+        form->KeyUp(key, shift);
+        if (key == 0) return;
+    }
+    KeyUp(key, shift);
+}
+
+void TWinControl::WMChar(TMessage& Message) {
+    TCustomForm* form = ParentForm();
+    char ch = static_cast<char>(Message.WParam);
+    if (form && form->KeyPreview() && form != this) {
+        form->KeyPress(ch);
+        if (ch == 0) return;
+    }
+    // Controls that do not take characters let them act as accelerators.
+    if (!(Perform(WM_GETDLGCODE) & DLGC_WANTCHARS) && form &&
+        form->Perform(CM_DIALOGCHAR, static_cast<unsigned char>(ch), Message.LParam) != 0)
+        return;
+    KeyPress(ch);
+}
+
+void TWinControl::WMSysChar(TMessage& Message) {
+    TCustomForm* form = ParentForm();
+    if (!form) form = dynamic_cast<TCustomForm*>(this);
+    if (form && form->Perform(CM_DIALOGCHAR, Message.WParam, Message.LParam | KF_ALTDOWN_LPARAM) != 0)
+        Message.Result = 1;
+}
+
+void TWinControl::KeyDown(unsigned& Key, TShiftState Shift) {
+    if (OnKeyDown) OnKeyDown(this, Key, Shift);
+}
+
+void TWinControl::KeyPress(char& Key) {
+    if (OnKeyPress) OnKeyPress(this, Key);
+}
+
+void TWinControl::KeyUp(unsigned& Key, TShiftState Shift) {
+    if (OnKeyUp) OnKeyUp(this, Key, Shift);
+}
+
+void TWinControl::DoEnter() {
+    if (OnEnter) OnEnter(this);
+}
+
+void TWinControl::DoExit() {
+    if (OnExit) OnExit(this);
+}
+
+void TWinControl::WMSetFocus(TMessage& Message) { DefaultHandler(Message); }
+void TWinControl::WMKillFocus(TMessage& Message) { DefaultHandler(Message); }
+void TWinControl::WMGetDlgCode(TMessage& Message) { DefaultHandler(Message); }
+void TWinControl::CMEnter(TMessage&) { DoEnter(); }
+void TWinControl::CMExit(TMessage&) { DoExit(); }
+
+void TWinControl::CMDialogKey(TMessage& Message) { Broadcast(Message); }
+void TWinControl::CMDialogChar(TMessage& Message) { Broadcast(Message); }
+void TWinControl::CMFocusChanged(TMessage& Message) { Broadcast(Message); }
+
+void TWinControl::CMColorChanged(TMessage& Message) {
+    m_brush.SetColor(Color());
+    TControl::CMColorChanged(Message);
+    TMessage m{CM_PARENTCOLORCHANGED, 0, 0, 0};
+    for (TControl* c : std::vector<TControl*>(m_controls)) c->WndProc(m);
+}
+
+void TWinControl::CMFontChanged(TMessage& Message) {
+    TControl::CMFontChanged(Message);
+    TMessage m{CM_PARENTFONTCHANGED, 0, 0, 0};
+    for (TControl* c : std::vector<TControl*>(m_controls)) c->WndProc(m);
+}
+
+void TWinControl::CMEnabledChanged(TMessage& Message) {
+    if (!Enabled() && Focused()) {
+        if (TCustomForm* form = ParentForm()) form->SetFocusedControl(nullptr);
+    }
+    TControl::CMEnabledChanged(Message);
+}
+
+void TWinControl::CMVisibleChanged(TMessage& Message) {
+    if (!Visible() && Focused()) {
+        if (TCustomForm* form = ParentForm()) form->SetFocusedControl(nullptr);
+    }
+    TControl::CMVisibleChanged(Message);
+}
+
+void TWinControl::CMSysColorChange(TMessage& Message) {
+    TControl::CMSysColorChange(Message);
+    for (TControl* c : std::vector<TControl*>(m_controls)) c->Perform(CM_SYSCOLORCHANGE);
+    Invalidate();
+}
+
+void TWinControl::CMParentShowHintChanged(TMessage& Message) {
+    TControl::CMParentShowHintChanged(Message);
+    for (TControl* c : std::vector<TControl*>(m_controls)) c->Perform(CM_PARENTSHOWHINTCHANGED);
+}
+
+void TWinControl::WndProc(TMessage& Message) {
+    switch (Message.Msg) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN: WMKeyDown(Message); return;
+    case WM_KEYUP:
+    case WM_SYSKEYUP: WMKeyUp(Message); return;
+    case WM_CHAR: WMChar(Message); return;
+    case WM_SYSCHAR: WMSysChar(Message); return;
+    case WM_SETFOCUS: WMSetFocus(Message); return;
+    case WM_KILLFOCUS: WMKillFocus(Message); return;
+    case WM_GETDLGCODE: WMGetDlgCode(Message); return;
+    case CM_ENTER: CMEnter(Message); return;
+    case CM_EXIT: CMExit(Message); return;
+    default: TControl::WndProc(Message);
+    }
+}
+
+// Painting.
+
+// The background is the control's brush unless a handler answered the erase message.
+void TWinControl::WMEraseBkgnd(TMessage& Message) {
+    auto* canvas = reinterpret_cast<TCanvas*>(Message.WParam);
+    if (canvas) {
+        canvas->Brush().Assign(m_brush);
+        canvas->FillRect(ClientRect());
+    }
+    Message.Result = 1;
+}
+
+void TWinControl::PaintWindow(TCanvas& canvas) {
+    Perform(WM_ERASEBKGND, reinterpret_cast<WPARAM>(&canvas));
+    Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
+}
+
+namespace {
+
+// Copies `area` of `from` (at `fromOrigin` in a shared coordinate space) into `to`.
+void CopyArea(const TPixelBuffer& from, TPoint fromOrigin, TPixelBuffer& to, TPoint toOrigin, const TRect& area) {
+    for (int y = area.top; y < area.bottom; ++y) {
+        const std::uint32_t* src = from.Row(y - fromOrigin.y) + (area.left - fromOrigin.x);
+        std::uint32_t* dst = to.Row(y - toOrigin.y) + (area.left - toOrigin.x);
+        std::memcpy(dst, src, static_cast<std::size_t>(area.Width()) * sizeof(std::uint32_t));
+    }
+}
+
+} // namespace
+
+void TWinControl::PaintControls(TPixelBuffer& surface) {
+    const TRect bounds = surface.Bounds();
+    for (TControl* c : std::vector<TControl*>(m_controls)) {
+        if (dynamic_cast<TWinControl*>(c) || !c->Visible() || (!c->IsDesigning() && c->Width() == 0)) continue;
+        const TRect area = Intersect(c->BoundsRect(), bounds);
+        if (area.IsEmpty()) continue;
+        TPixelBuffer own(c->Width(), c->Height());
+        const TPoint at{c->Left(), c->Top()};
+        CopyArea(surface, {0, 0}, own, at, area); // what lies beneath
+        TCanvas& canvas = c->Canvas();
+        canvas.SetTarget(&own);
+        try {
+            c->PaintWindow(canvas);
+        } catch (...) {
+            canvas.SetTarget(nullptr);
+            throw;
+        }
+        canvas.SetTarget(nullptr);
+        CopyArea(own, at, surface, {0, 0}, area);
+    }
+}
+
+void TWinControl::PaintTree(TPixelBuffer& frame, TPoint origin, const TRect& clip) {
+    const TRect client = ClientRect();
+    const TRect visible = Intersect(Intersect(clip, Bounds(origin.x, origin.y, client.Width(), client.Height())),
+                                    frame.Bounds());
+    if (visible.IsEmpty()) return;
+    TPixelBuffer own(client.Width(), client.Height());
+    CopyArea(frame, {0, 0}, own, origin, visible);
+    TCanvas& canvas = Canvas();
+    canvas.SetTarget(&own);
+    try {
+        PaintWindow(canvas);
+    } catch (...) {
+        canvas.SetTarget(nullptr);
+        throw;
+    }
+    canvas.SetTarget(nullptr);
+    PaintControls(own);
+    CopyArea(own, origin, frame, {0, 0}, visible);
+    for (TControl* c : std::vector<TControl*>(m_controls)) {
+        auto* w = dynamic_cast<TWinControl*>(c);
+        if (!w || !w->Visible()) continue;
+        w->PaintTree(frame, {origin.x + w->Left(), origin.y + w->Top()}, visible);
+    }
+}
+
+// TGraphicControl and TCustomControl.
+
+const TClassInfo& TGraphicControl::StaticClassInfo() {
+    static const TClassInfo info =
+        TClassBuilder<TGraphicControl>("TGraphicControl", &TControl::StaticClassInfo()).Build();
+    return info;
+}
+
+TGraphicControl::TGraphicControl(TComponent* AOwner) : TControl(AOwner) {}
+
+void TGraphicControl::WMPaint(TMessage&) { Paint(); }
+
+const TClassInfo& TCustomControl::StaticClassInfo() {
+    static const TClassInfo info =
+        TClassBuilder<TCustomControl>("TCustomControl", &TWinControl::StaticClassInfo()).Build();
+    return info;
+}
+
+TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner) {}
+
+void TCustomControl::WMPaint(TMessage&) { Paint(); }
+
+} // namespace qv
