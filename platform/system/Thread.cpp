@@ -335,13 +335,20 @@ bool CheckSynchronize() {
         } catch (...) {
             error = std::current_exception();
         }
+        if (error && !request->waited) {
+            {
+                std::lock_guard guard(q.lock);
+                request->done = true;
+            }
+            std::rethrow_exception(error);
+        }
         {
+            // The worker takes over the only reference to the exception.
             std::lock_guard guard(q.lock);
-            request->error = request->waited ? error : nullptr;
+            request->error = std::move(error);
             request->done = true;
         }
         q.finished.notify_all();
-        if (error && !request->waited) std::rethrow_exception(error);
     }
 }
 
