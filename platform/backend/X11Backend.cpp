@@ -1,0 +1,529 @@
+#include "X11Backend.h"
+
+#include "X11Keys.h"
+
+#include <X11/XKBlib.h>
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/cursorfont.h>
+
+#include <algorithm>
+#include <chrono>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <poll.h>
+#include <unistd.h>
+
+namespace qv {
+
+namespace {
+
+std::int64_t SteadyMs() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+// The frame buffer's pixel layout is what a little-endian 24-bit true-colour visual with
+// the usual masks stores in 32-bit ZPixmaps.
+bool VisualMatchesFrames(const Visual* visual, int depth) {
+    return (depth == 24 || depth == 32) && visual->c_class == TrueColor &&
+           visual->red_mask == 0xFF0000 && visual->green_mask == 0xFF00 &&
+           visual->blue_mask == 0xFF;
+}
+
+// Classic cursor numbers (crArrow = -2 ... crHandPoint = -21) to X font cursors.
+unsigned FontCursorFor(int cursor) {
+    switch (cursor) {
+    case -3:
+        return XC_crosshair;
+    case -4:
+        return XC_xterm;
+    case -22:
+        return XC_fleur;
+    case -6:
+        return XC_bottom_left_corner;
+    case -7:
+        return XC_sb_v_double_arrow;
+    case -8:
+        return XC_bottom_right_corner;
+    case -9:
+        return XC_sb_h_double_arrow;
+    case -10:
+        return XC_center_ptr;
+    case -11:
+    case -17:
+    case -19:
+        return XC_watch;
+    case -12:
+    case -16:
+        return XC_dotbox;
+    case -13:
+    case -18:
+        return XC_X_cursor;
+    case -14:
+        return XC_sb_h_double_arrow;
+    case -15:
+        return XC_sb_v_double_arrow;
+    case -20:
+        return XC_question_arrow;
+    case -21:
+        return XC_hand2;
+    default:
+        return XC_left_ptr;
+    }
+}
+
+constexpr int crNoneCursor = -1;
+constexpr long windowEvents = ExposureMask | KeyPressMask | KeyReleaseMask | ButtonPressMask |
+                              ButtonReleaseMask | PointerMotionMask | EnterWindowMask |
+                              LeaveWindowMask | FocusChangeMask | StructureNotifyMask |
+                              PropertyChangeMask;
+
+unsigned Extent(int size) {
+    return static_cast<unsigned>(std::max(size, 1));
+}
+
+} // namespace
+
+std::unique_ptr<TBackend> CreateX11Backend() {
+    return TX11Backend::Open(nullptr);
+}
+
+std::unique_ptr<TX11Backend> TX11Backend::Open(const char* displayName) {
+    TDisplayPtr display = OpenDisplay(displayName);
+    if (!display) return nullptr;
+    const int screen = DefaultScreen(display.get());
+    if (!VisualMatchesFrames(DefaultVisual(display.get(), screen),
+                             DefaultDepth(display.get(), screen))) {
+        std::fprintf(stderr, "X11: the default visual is not 24-bit true colour; "
+                             "running without windows\n");
+        return nullptr;
+    }
+    auto backend = std::unique_ptr<TX11Backend>(new TX11Backend(std::move(display)));
+    if (!backend->m_wake.Valid()) return nullptr;
+    return backend;
+}
+
+TX11Backend::TX11Backend(TDisplayPtr display)
+    : m_display(std::move(display)), m_clockStart(SteadyMs()) {
+    Display* dpy = m_display.get();
+    m_screen = DefaultScreen(dpy);
+    m_root = RootWindow(dpy, m_screen);
+    m_visual = DefaultVisual(dpy, m_screen);
+    m_depth = DefaultDepth(dpy, m_screen);
+    XGCValues values{};
+    values.graphics_exposures = False;
+    m_gc = XCreateGC(dpy, m_root, GCGraphicsExposures, &values);
+    InternAtoms();
+    XkbSetDetectableAutoRepeat(dpy, True, nullptr); // held keys repeat presses only
+    m_shmAvailable = XShmQueryExtension(dpy) != 0;
+    if (m_shmAvailable) m_shmCompletionType = XShmGetEventBase(dpy) + ShmCompletion;
+}
+
+TX11Backend::~TX11Backend() {
+    Display* dpy = m_display.get();
+    for (auto& [id, w] : m_windows) {
+        for (auto& buffer : w.buffers)
+            buffer.reset();
+        XDestroyWindow(dpy, w.xid);
+    }
+    for (const auto& [shape, cursor] : m_cursors)
+        XFreeCursor(dpy, cursor);
+    XFreeGC(dpy, m_gc);
+    XSync(dpy, False);
+}
+
+void TX11Backend::InternAtoms() {
+    const char* names[] = {"WM_PROTOCOLS",
+                           "WM_DELETE_WINDOW",
+                           "WM_STATE",
+                           "_NET_WM_STATE",
+                           "_NET_WM_STATE_MAXIMIZED_VERT",
+                           "_NET_WM_STATE_MAXIMIZED_HORZ",
+                           "_NET_WM_STATE_HIDDEN",
+                           "_NET_WORKAREA",
+                           "_NET_CURRENT_DESKTOP",
+                           "_NET_WM_NAME",
+                           "UTF8_STRING",
+                           "_NET_WM_WINDOW_TYPE",
+                           "_NET_WM_WINDOW_TYPE_POPUP_MENU",
+                           "_NET_WM_PID"};
+    constexpr int count = sizeof names / sizeof names[0];
+    Atom atoms[count];
+    XInternAtoms(m_display.get(), const_cast<char**>(names), count, False, atoms);
+    m_atoms = {atoms[0], atoms[1], atoms[2], atoms[3],  atoms[4],  atoms[5],  atoms[6],
+               atoms[7], atoms[8], atoms[9], atoms[10], atoms[11], atoms[12], atoms[13]};
+}
+
+TX11Backend::TWindow* TX11Backend::Find(TNativeWindowId window) {
+    auto it = m_windows.find(window);
+    return it == m_windows.end() ? nullptr : &it->second;
+}
+
+const TX11Backend::TWindow* TX11Backend::Find(TNativeWindowId window) const {
+    auto it = m_windows.find(window);
+    return it == m_windows.end() ? nullptr : &it->second;
+}
+
+bool TX11Backend::IsMapped(TNativeWindowId window) const {
+    const TWindow* w = Find(window);
+    return w && w->mapped;
+}
+
+// Windows.
+
+TNativeWindowId TX11Backend::CreateNativeWindow(const TNativeWindowParams& params) {
+    Display* dpy = m_display.get();
+    XSetWindowAttributes attributes{};
+    attributes.background_pixmap = None; // the frame covers everything: no flash of grey
+    attributes.bit_gravity = NorthWestGravity;
+    attributes.event_mask = windowEvents;
+    attributes.override_redirect = params.popup ? True : False;
+    attributes.save_under = params.popup ? True : False;
+    const TRect& b = params.bounds;
+    const Window xid = XCreateWindow(
+        dpy, m_root, b.left, b.top, Extent(b.Width()), Extent(b.Height()), 0, m_depth, InputOutput,
+        m_visual, CWBackPixmap | CWBitGravity | CWEventMask | CWOverrideRedirect | CWSaveUnder,
+        &attributes);
+    const auto id = static_cast<TNativeWindowId>(xid);
+    TWindow& w = m_windows[id];
+    w.xid = xid;
+    w.popup = params.popup;
+    w.bounds = b;
+
+    XClassHint classHint{const_cast<char*>("quelvar"), const_cast<char*>("Quelvar")};
+    XSetClassHint(dpy, xid, &classHint);
+    Atom protocols[] = {m_atoms.wmDeleteWindow};
+    XSetWMProtocols(dpy, xid, protocols, 1);
+    const long pid = getpid();
+    XChangeProperty(dpy, xid, m_atoms.netWmPid, XA_CARDINAL, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(&pid), 1);
+    if (params.popup) PublishPopupType(w);
+    PublishNormalHints(w);
+    SetWindowTitle(id, params.title);
+    return id;
+}
+
+void TX11Backend::PublishPopupType(const TWindow& w) {
+    XChangeProperty(m_display.get(), w.xid, m_atoms.netWmWindowType, XA_ATOM, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(&m_atoms.netWmWindowTypePopupMenu), 1);
+}
+
+void TX11Backend::DestroyNativeWindow(TNativeWindowId window) {
+    auto it = m_windows.find(window);
+    if (it == m_windows.end()) return;
+    for (auto& buffer : it->second.buffers)
+        buffer.reset();
+    XDestroyWindow(m_display.get(), it->second.xid);
+    XFlush(m_display.get());
+    if (m_focused == window) m_focused = 0;
+    m_windows.erase(it);
+}
+
+// Position (client area, StaticGravity) and size limits, so that window managers place
+// the client where the form says and keep it within WM_GETMINMAXINFO's limits.
+void TX11Backend::PublishNormalHints(const TWindow& w) {
+    XSizeHints hints{};
+    hints.flags = USPosition | USSize | PWinGravity;
+    hints.x = w.bounds.left;
+    hints.y = w.bounds.top;
+    hints.width = static_cast<int>(Extent(w.bounds.Width()));
+    hints.height = static_cast<int>(Extent(w.bounds.Height()));
+    hints.win_gravity = StaticGravity;
+    if (w.minSize.cx > 0 || w.minSize.cy > 0) {
+        hints.flags |= PMinSize;
+        hints.min_width = std::max(w.minSize.cx, 1);
+        hints.min_height = std::max(w.minSize.cy, 1);
+    }
+    if (w.maxSize.cx > 0 || w.maxSize.cy > 0) {
+        hints.flags |= PMaxSize;
+        hints.max_width = w.maxSize.cx > 0 ? w.maxSize.cx : SHRT_MAX;
+        hints.max_height = w.maxSize.cy > 0 ? w.maxSize.cy : SHRT_MAX;
+    }
+    XSetWMNormalHints(m_display.get(), w.xid, &hints);
+}
+
+void TX11Backend::SetWindowBounds(TNativeWindowId window, const TRect& bounds) {
+    TWindow* w = Find(window);
+    if (!w || w->bounds == bounds) return;
+    w->bounds = bounds;
+    w->configureSerial = NextRequest(m_display.get());
+    PublishNormalHints(*w);
+    XMoveResizeWindow(m_display.get(), w->xid, bounds.left, bounds.top, Extent(bounds.Width()),
+                      Extent(bounds.Height()));
+    XFlush(m_display.get());
+}
+
+void TX11Backend::SetWindowVisible(TNativeWindowId window, bool visible) {
+    TWindow* w = Find(window);
+    if (!w) return;
+    Display* dpy = m_display.get();
+    w->visible = visible;
+    if (visible) {
+        if (w->state == TNativeWindowState::Minimized && !w->popup) {
+            XWMHints hints{};
+            hints.flags = StateHint;
+            hints.initial_state = IconicState;
+            XSetWMHints(dpy, w->xid, &hints);
+        }
+        XMapRaised(dpy, w->xid);
+    } else if (w->popup) {
+        XUnmapWindow(dpy, w->xid);
+    } else {
+        XWithdrawWindow(dpy, w->xid, m_screen); // the window manager forgets it too
+    }
+    if (!visible) w->mapped = false;
+    XFlush(dpy);
+}
+
+void TX11Backend::SetWindowTitle(TNativeWindowId window, const std::string& title) {
+    TWindow* w = Find(window);
+    if (!w) return;
+    XStoreName(m_display.get(), w->xid, title.c_str());
+    const std::string utf8 = Latin1ToUtf8(title);
+    XChangeProperty(m_display.get(), w->xid, m_atoms.netWmName, m_atoms.utf8String, 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(utf8.data()),
+                    static_cast<int>(utf8.size()));
+    XFlush(m_display.get());
+}
+
+// _NET_WM_STATE changes of a mapped window go to the window manager as a client message.
+void TX11Backend::SendNetWmState(const TWindow& w, bool add, Atom first, Atom second) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = w.xid;
+    event.xclient.message_type = m_atoms.netWmState;
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = add ? 1 : 0;
+    event.xclient.data.l[1] = static_cast<long>(first);
+    event.xclient.data.l[2] = static_cast<long>(second);
+    event.xclient.data.l[3] = 1; // from an application
+    XSendEvent(m_display.get(), m_root, False, SubstructureRedirectMask | SubstructureNotifyMask,
+               &event);
+}
+
+// Before mapping, the window manager reads _NET_WM_STATE from the property itself.
+void TX11Backend::SetInitialNetWmState(const TWindow& w, bool maximized) {
+    const Atom states[] = {m_atoms.netWmStateMaxVert, m_atoms.netWmStateMaxHorz};
+    XChangeProperty(m_display.get(), w.xid, m_atoms.netWmState, XA_ATOM, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(states), maximized ? 2 : 0);
+}
+
+void TX11Backend::SetWindowState(TNativeWindowId window, TNativeWindowState state) {
+    TWindow* w = Find(window);
+    if (!w || w->state == state) return;
+    Display* dpy = m_display.get();
+    const TNativeWindowState old = w->state;
+    w->state = state;
+    const bool maximize = state == TNativeWindowState::Maximized;
+    if (!w->mapped) {
+        SetInitialNetWmState(*w, maximize);
+    } else if (state == TNativeWindowState::Minimized) {
+        XIconifyWindow(dpy, w->xid, m_screen);
+    } else {
+        if (old == TNativeWindowState::Minimized) XMapRaised(dpy, w->xid);
+        SendNetWmState(*w, maximize, m_atoms.netWmStateMaxVert, m_atoms.netWmStateMaxHorz);
+    }
+    XFlush(dpy);
+}
+
+void TX11Backend::SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) {
+    TWindow* w = Find(window);
+    if (!w || (w->minSize == minimum && w->maxSize == maximum)) return;
+    w->minSize = minimum;
+    w->maxSize = maximum;
+    PublishNormalHints(*w);
+    XFlush(m_display.get());
+}
+
+Cursor TX11Backend::CursorFor(int cursor) {
+    auto it = m_cursors.find(cursor);
+    if (it != m_cursors.end()) return it->second;
+    Display* dpy = m_display.get();
+    Cursor made = None;
+    if (cursor == crNoneCursor) {
+        const char blank = 0;
+        const Pixmap empty = XCreateBitmapFromData(dpy, m_root, &blank, 1, 1);
+        XColor black{};
+        made = XCreatePixmapCursor(dpy, empty, empty, &black, &black, 0, 0);
+        XFreePixmap(dpy, empty);
+    } else {
+        made = XCreateFontCursor(dpy, FontCursorFor(cursor));
+    }
+    m_cursors.emplace(cursor, made);
+    return made;
+}
+
+void TX11Backend::SetCursorShape(TNativeWindowId window, int cursor) {
+    TWindow* w = Find(window);
+    if (!w) return;
+    XDefineCursor(m_display.get(), w->xid, CursorFor(cursor));
+    XFlush(m_display.get());
+}
+
+void TX11Backend::SetFocus(TNativeWindowId window) {
+    TWindow* w = Find(window);
+    if (!w || m_focused == window) return;
+    if (!w->mapped) {
+        w->focusWhenMapped = true; // focusing an unmapped window is an error
+        return;
+    }
+    XSetInputFocus(m_display.get(), w->xid, RevertToParent, CurrentTime);
+    XFlush(m_display.get());
+}
+
+// Screen.
+
+TRect TX11Backend::ScreenBounds() const {
+    Display* dpy = m_display.get();
+    return {0, 0, DisplayWidth(dpy, m_screen), DisplayHeight(dpy, m_screen)};
+}
+
+TRect TX11Backend::WorkArea() const {
+    Display* dpy = m_display.get();
+    long desktop = 0;
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0, after = 0;
+    unsigned char* data = nullptr;
+    if (XGetWindowProperty(dpy, m_root, m_atoms.netCurrentDesktop, 0, 1, False, XA_CARDINAL, &type,
+                           &format, &count, &after, &data) == Success &&
+        data) {
+        if (count == 1 && format == 32) desktop = *reinterpret_cast<long*>(data);
+        XFree(data);
+        data = nullptr;
+    }
+    TRect area = ScreenBounds();
+    if (XGetWindowProperty(dpy, m_root, m_atoms.netWorkArea, desktop * 4, 4, False, XA_CARDINAL,
+                           &type, &format, &count, &after, &data) == Success &&
+        data) {
+        if (count == 4 && format == 32) {
+            const long* v = reinterpret_cast<long*>(data);
+            const TRect published = Bounds(static_cast<int>(v[0]), static_cast<int>(v[1]),
+                                           static_cast<int>(v[2]), static_cast<int>(v[3]));
+            if (!published.IsEmpty()) area = published;
+        }
+        XFree(data);
+    }
+    return area;
+}
+
+TPoint TX11Backend::CursorPos() const {
+    Window root = 0, child = 0;
+    int rootX = 0, rootY = 0, winX = 0, winY = 0;
+    unsigned mask = 0;
+    XQueryPointer(m_display.get(), m_root, &root, &child, &rootX, &rootY, &winX, &winY, &mask);
+    return {rootX, rootY};
+}
+
+// Presenting.
+
+void TX11Backend::Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) {
+    TWindow* w = Find(window);
+    if (!w) return;
+    const TRect area = Intersect(damaged, frame.Bounds());
+    if (area.IsEmpty()) return;
+    if (m_shmAvailable)
+        PresentShared(*w, frame, area);
+    else
+        PresentPlain(*w, frame, area);
+}
+
+void TX11Backend::MarkCompleted(ShmSeg segment) {
+    for (auto& [id, w] : m_windows)
+        for (auto& buffer : w.buffers)
+            if (buffer && buffer->Segment() == segment) buffer->SetBusy(false);
+}
+
+// An image of the frame's size that the server has finished reading. Images of another
+// size are replaced; when both are in flight, events are read (and queued) until the
+// server reports one complete.
+TShmImage* TX11Backend::IdleBuffer(TWindow& w, int width, int height) {
+    for (auto& buffer : w.buffers)
+        if (buffer && (buffer->Width() != width || buffer->Height() != height)) buffer.reset();
+    for (;;) {
+        for (auto& buffer : w.buffers) {
+            if (!buffer)
+                buffer = TShmImage::Create(m_display.get(), m_visual, m_depth, width, height,
+                                           m_errorTrap);
+            if (buffer && !buffer->Busy()) return buffer.get();
+        }
+        if (!w.buffers[0] && !w.buffers[1]) return nullptr;
+        XEvent event;
+        XNextEvent(m_display.get(), &event);
+        Dispatch(event);
+    }
+}
+
+void TX11Backend::PresentShared(TWindow& w, const TPixelBuffer& frame, const TRect& area) {
+    TShmImage* buffer = IdleBuffer(w, frame.Width(), frame.Height());
+    if (!buffer) {
+        PresentPlain(w, frame, area); // no segment to be had: send the pixels instead
+        return;
+    }
+    const auto rowBytes = static_cast<std::size_t>(area.Width()) * sizeof(std::uint32_t);
+    for (int y = area.top; y < area.bottom; ++y)
+        std::memcpy(buffer->Row(y) + area.left, frame.Row(y) + area.left, rowBytes);
+    XShmPutImage(m_display.get(), w.xid, m_gc, buffer->Image(), area.left, area.top, area.left,
+                 area.top, static_cast<unsigned>(area.Width()),
+                 static_cast<unsigned>(area.Height()), True);
+    buffer->SetBusy(true);
+    XFlush(m_display.get());
+}
+
+// XPutImage reads the frame buffer in place: the image only describes its memory.
+void TX11Backend::PresentPlain(const TWindow& w, const TPixelBuffer& frame, const TRect& area) {
+    XImage image{};
+    image.width = frame.Width();
+    image.height = frame.Height();
+    image.format = ZPixmap;
+    image.data = reinterpret_cast<char*>(const_cast<std::uint32_t*>(frame.Row(0)));
+    image.byte_order = LSBFirst;
+    image.bitmap_unit = 32;
+    image.bitmap_bit_order = LSBFirst;
+    image.bitmap_pad = 32;
+    image.depth = m_depth;
+    image.bytes_per_line = frame.Width() * 4;
+    image.bits_per_pixel = 32;
+    image.red_mask = m_visual->red_mask;
+    image.green_mask = m_visual->green_mask;
+    image.blue_mask = m_visual->blue_mask;
+    if (!XInitImage(&image)) return;
+    XPutImage(m_display.get(), w.xid, m_gc, &image, area.left, area.top, area.left, area.top,
+              static_cast<unsigned>(area.Width()), static_cast<unsigned>(area.Height()));
+    XFlush(m_display.get());
+}
+
+void TX11Backend::Sync() {
+    XSync(m_display.get(), False);
+}
+
+// The loop.
+
+bool TX11Backend::NextEvent(TBackendEvent& event) {
+    if (m_pending.empty()) ReadPendingXEvents();
+    if (m_pending.empty()) return false;
+    event = m_pending.front();
+    m_pending.pop_front();
+    return true;
+}
+
+void TX11Backend::WaitForEvents(std::int64_t timeoutMs) {
+    if (!m_pending.empty() || XPending(m_display.get()) > 0) return;
+    pollfd fds[2] = {{ConnectionNumber(m_display.get()), POLLIN, 0}, {m_wake.Fd(), POLLIN, 0}};
+    const int timeout =
+        timeoutMs < 0 ? -1 : static_cast<int>(std::min<std::int64_t>(timeoutMs, INT_MAX));
+    if (poll(fds, 2, timeout) > 0 && (fds[1].revents & POLLIN)) m_wake.Drain();
+}
+
+void TX11Backend::Wake() {
+    m_wake.Signal();
+}
+
+std::int64_t TX11Backend::NowMs() const {
+    return SteadyMs() - m_clockStart;
+}
+
+} // namespace qv
