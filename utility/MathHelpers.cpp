@@ -1,5 +1,7 @@
 #include "MathHelpers.h"
 
+#include "ExtendedMath.h"
+
 #include "platform/core/Exceptions.h"
 
 #include <cmath>
@@ -34,7 +36,7 @@ TFloatResult TryPower(long double base, long double exponent) {
     if (base == 0 && exponent == 0) return {0, TFloatFault::None};
     if (exponent == 0) return {1, TFloatFault::None};
     if (base == 0) return {0, TFloatFault::None};
-    return FromFinite(std::exp(exponent * std::log(std::fabs(base))));
+    return FromFinite(ExtPowAbs(base, exponent));
 }
 
 TFloatResult TryArcSin(long double x) {
@@ -54,7 +56,7 @@ TFloatResult TryArcCos(long double x) {
 TFloatResult TryLog10(long double x) {
     if (std::isnan(x) || x < 0) return Fault(TFloatFault::InvalidOp);
     if (x == 0) return Fault(TFloatFault::ZeroDivide);
-    return {std::log(x) / std::log(10.0L), TFloatFault::None};
+    return {ExtLn(x) / ExtLn(10), TFloatFault::None};
 }
 
 long double RaiseFloatFault(const TFloatResult& result) {

@@ -1,5 +1,6 @@
 #include "TqCalc.h"
 
+#include "ExtendedMath.h"
 #include "MathHelpers.h"
 
 #include "platform/core/Exceptions.h"
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 namespace qv {
@@ -42,8 +44,45 @@ char UpCase(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+// The name table's entries grouped by first letter, in table order, so that a lookup compares
+// a handful of names instead of all 28 (this runs for every identifier of every evaluation).
+constexpr std::size_t kBucketSize = 6;
+using TNameBucket = std::array<std::int8_t, kBucketSize>; // indexes into kFunctionNames, -1 ends
+
+constexpr std::array<TNameBucket, 26> MakeNameBuckets() {
+    std::array<TNameBucket, 26> buckets{};
+    for (TNameBucket& bucket : buckets)
+        bucket.fill(-1);
+    for (std::size_t i = 0; i < kFunctionNames.size(); ++i) {
+        TNameBucket& bucket = buckets[static_cast<std::size_t>(kFunctionNames[i][0] - 'A')];
+        std::size_t used = 0;
+        while (bucket[used] >= 0)
+            ++used;
+        bucket[used] = static_cast<std::int8_t>(i);
+    }
+    return buckets;
+}
+constexpr std::array<TNameBucket, 26> kNameBuckets = MakeNameBuckets();
+
+// The table index of an upper-case name, or -1.
+int FindFunctionName(std::string_view name) {
+    if (name.empty() || !(name[0] >= 'A' && name[0] <= 'Z')) return -1;
+    for (const std::int8_t index : kNameBuckets[static_cast<std::size_t>(name[0] - 'A')]) {
+        if (index < 0) break;
+        const std::string_view candidate = kFunctionNames[static_cast<std::size_t>(index)];
+        if (candidate.size() != name.size()) continue;
+        std::size_t same = 1;
+        while (same < name.size() && candidate[same] == name[same])
+            ++same;
+        if (same == name.size()) return index;
+    }
+    return -1;
+}
+
+// A comparison rather than std::isfinite: it stays on the floating-point stack instead of
+// spilling the 80-bit value to memory to look at its bits. NaN fails the comparison too.
 long double Checked(long double value) {
-    if (!std::isfinite(value)) throw TArithmeticFault{};
+    if (!(std::fabs(value) <= std::numeric_limits<long double>::max())) throw TArithmeticFault{};
     return value;
 }
 
@@ -52,8 +91,10 @@ long double Checked(const TFloatResult& result) {
     return result.value;
 }
 
-// A factor's value is stored in double precision; one outside the double range faults.
-double StoreAsDouble(long double value) {
+// A factor's value is stored in double precision; one outside the double range faults. The
+// rounded value travels on as a long double: handing a double back and forth between the
+// floating-point stack and the SSE registers costs more than the rounding itself.
+long double StoreAsDouble(long double value) {
     if (!(std::fabs(value) < kDoubleOverflow)) throw TArithmeticFault{};
     return static_cast<double>(value);
 }
@@ -163,8 +204,10 @@ std::string TqCalc::CalcLine() const {
 void TqCalc::StoreLine(std::string_view text) {
     m_lineLength = std::min(text.size(), MaxLineLength);
     std::copy_n(text.data(), m_lineLength, m_line.begin());
+    // Reading goes at most one character past the end mark; At() guards the rest.
     m_line[m_lineLength] = kEndMark;
-    std::fill(m_line.begin() + static_cast<std::ptrdiff_t>(m_lineLength) + 1, m_line.end(), '\0');
+    m_line[m_lineLength + 1] = '\0';
+    m_line[m_lineLength + 2] = '\0';
 }
 
 void TqCalc::SetCalcLine(std::string_view S) {
@@ -259,12 +302,16 @@ long double TqCalc::Tal() {
 }
 
 FuncFunc TqCalc::FuncNr() {
-    m_funcName.length = 0;
-    for (char c = UpCase(At(m_position)); IsLetter(c) || c == '_'; c = UpCase(At(++m_position)))
-        if (m_funcName.length < m_funcName.chars.size()) m_funcName.chars[m_funcName.length++] = c;
+    // Locals while reading; the name is written character by character so that the lookup's
+    // byte reads come straight from those writes.
+    int position = m_position;
+    std::uint8_t length = 0;
+    for (char c = UpCase(At(position)); IsLetter(c) || c == '_'; c = UpCase(At(++position)))
+        if (length < m_funcName.chars.size()) m_funcName.chars[length++] = c;
+    m_position = position;
+    m_funcName.length = length;
     const std::string_view name = m_funcName.View();
-    for (std::size_t i = 0; i < kFunctionNames.size(); ++i)
-        if (kFunctionNames[i] == name) return static_cast<FuncFunc>(i);
+    if (const int index = FindFunctionName(name); index >= 0) return static_cast<FuncFunc>(index);
     SetError(TqxFunctionMissing);
     if (OnFindUserFunc && OnFindUserFunc(this, std::string(name))) {
         m_calcResult = TqxOK;
@@ -285,7 +332,7 @@ long double TqCalc::Parantes() {
     return value;
 }
 
-double TqCalc::Faktor() {
+long double TqCalc::Faktor() {
     const char c = UpCase(NaesteTegn());
     long double value = 0;
     if (c == '(')
@@ -300,13 +347,15 @@ double TqCalc::Faktor() {
 long double TqCalc::Identifier() {
     const FuncFunc n = FuncNr();
     if (m_calcResult != TqxOK) return 0;
-    // Saved before the argument is read: identifiers inside it overwrite m_funcName.
-    const TFuncName name = m_funcName;
-    const long double argument = n >= qExp ? Parantes() : 0;
-    return FunctionValue(n, name, argument);
+    if (n == qUser) {
+        // Saved before the argument is read: identifiers inside it overwrite m_funcName.
+        const TFuncName name = m_funcName;
+        return UserFunction(name, Parantes());
+    }
+    return FunctionValue(n, n >= qExp ? Parantes() : 0);
 }
 
-long double TqCalc::FunctionValue(FuncFunc n, const TFuncName& name, long double x) {
+long double TqCalc::FunctionValue(FuncFunc n, long double x) {
     switch (n) {
     case qPI:
         return kPi;
@@ -315,9 +364,9 @@ long double TqCalc::FunctionValue(FuncFunc n, const TFuncName& name, long double
     case qExp:
         return std::exp(x);
     case qSin:
-        return std::sin(x);
+        return ExtSin(x);
     case qCos:
-        return std::cos(x);
+        return ExtCos(x);
     case qArcTan:
         return std::atan(x);
     case qAbs:
@@ -331,7 +380,7 @@ long double TqCalc::FunctionValue(FuncFunc n, const TFuncName& name, long double
     case qLN:
     case qLog:
         if (x <= 0) break;
-        return n == qLN ? std::log(x) : Checked(TryLog10(x));
+        return n == qLN ? ExtLn(x) : Checked(TryLog10(x));
     case qSQR:
         return x * x;
     case qSQRT:
@@ -344,10 +393,8 @@ long double TqCalc::FunctionValue(FuncFunc n, const TFuncName& name, long double
         return IntegerFunction(n, x);
     case qRandom:
         return RandomValue(x);
-    case qUser:
-        return UserFunction(name, x);
     default:
-        return m_registers[static_cast<std::size_t>(n)]; // qA..qJ
+        return m_registers[static_cast<std::size_t>(n)]; // qA..qJ; qUser is handled by Identifier
     }
     SetError(TqxDivZero); // a domain error of ARCSIN, ARCCOS, LN, LOG or SQRT
     return 0;
@@ -374,13 +421,13 @@ long double TqCalc::Led() {
         if (op == '*') {
             value = Checked(Faktor() * value);
         } else if (op == '/') {
-            const double divisor = Faktor();
+            const long double divisor = Faktor();
             if (divisor == 0)
                 SetError(TqxDivZero);
             else
                 value = Checked(value / divisor);
         } else {
-            const double exponent = Faktor();
+            const long double exponent = Faktor();
             value = Checked(TryPower(value, exponent));
         }
     }

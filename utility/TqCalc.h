@@ -160,9 +160,10 @@ private:
     long double Tal();
     FuncFunc FuncNr();
     long double Parantes();
-    double Faktor();
+    // The factor's value, rounded to a double.
+    long double Faktor();
     long double Identifier();
-    long double FunctionValue(FuncFunc n, const TFuncName& name, long double x);
+    long double FunctionValue(FuncFunc n, long double x);
     long double IntegerFunction(FuncFunc n, long double x);
     long double UserFunction(const TFuncName& name, long double argument);
     long double Led();
