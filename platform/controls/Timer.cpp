@@ -6,34 +6,14 @@
 
 namespace qv {
 
-namespace {
-const TTypeInfo& OnTimerType() {
-    static const TTypeInfo info = TTypeInfo::Method("TNotifyEvent");
-    return info;
-}
-} // namespace
-
 const TClassInfo& TTimer::StaticClassInfo() {
-    static const TClassInfo info = [] {
-        TClassInfo i = TClassBuilder<TTimer>("TTimer", &TComponent::StaticClassInfo())
-                           .Property("Enabled", &TTimer::Enabled, &TTimer::SetEnabled)
-                           .Default(true)
-                           .Property("Interval", &TTimer::Interval, &TTimer::SetInterval)
-                           .Default(1000u)
-                           .Build();
-        // OnTimer goes through its setter, which starts or stops the timer.
-        auto p = std::make_shared<TPropInfo>();
-        p->name = "OnTimer";
-        p->type = &OnTimerType();
-        p->getMethod = [](const TObject& o) { return std::any(static_cast<const TTimer&>(o).GetOnTimer()); };
-        p->hasMethod = [](const TObject& o) { return static_cast<bool>(static_cast<const TTimer&>(o).GetOnTimer()); };
-        p->setMethod = [](TObject& o, const std::any& v) {
-            const auto* handler = std::any_cast<TNotifyEvent>(&v);
-            static_cast<TTimer&>(o).SetOnTimer(handler ? *handler : TNotifyEvent{});
-        };
-        i.ownProperties.push_back(p);
-        return i;
-    }();
+    static const TClassInfo info = TClassBuilder<TTimer>("TTimer", &TComponent::StaticClassInfo())
+                                       .Property("Enabled", &TTimer::Enabled, &TTimer::SetEnabled)
+                                       .Default(true)
+                                       .Property("Interval", &TTimer::Interval, &TTimer::SetInterval)
+                                       .Default(1000u)
+                                       .Event("OnTimer", &TTimer::GetOnTimer, &TTimer::SetOnTimer)
+                                       .Build();
     return info;
 }
 

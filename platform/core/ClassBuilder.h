@@ -140,6 +140,24 @@ public:
         return *this;
     }
 
+    // An event read and written through accessors (a setter that does more than store).
+    template <class G, class S> TClassBuilder& Event(std::string name, G get, S set) {
+        using F = std::decay_t<std::invoke_result_t<G, const C&>>;
+        auto p = NewProperty(std::move(name), TypeInfoOf<F>());
+        p->getMethod = [get](const TObject& o) { return std::any(std::invoke(get, Self(o))); };
+        p->hasMethod = [get](const TObject& o) { return static_cast<bool>(std::invoke(get, Self(o))); };
+        p->setMethod = [set, name = p->name](TObject& o, const std::any& v) {
+            if (!v.has_value()) {
+                std::invoke(set, Self(o), F{});
+                return;
+            }
+            const F* handler = std::any_cast<F>(&v);
+            if (!handler) throw EConvertError("Handler of the wrong type for event " + name);
+            std::invoke(set, Self(o), *handler);
+        };
+        return *this;
+    }
+
     // Modifiers of the property declared last.
     template <class V> TClassBuilder& Default(V value) {
         Last().defaultOrd = detail::ToOrd(value);

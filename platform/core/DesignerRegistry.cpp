@@ -32,7 +32,7 @@ TDesignerRegistry& Registry() {
 
 } // namespace
 
-void RegisterComponents(const std::string& page, std::initializer_list<const TClassInfo*> classes) {
+void RegisterComponents(const std::string& page, const std::vector<const TClassInfo*>& classes) {
     for (const TClassInfo* cls : classes) {
         if (GetClass(cls->name) != cls) {
             RegisterClass(*cls);

@@ -24,7 +24,10 @@ struct TComponentEditorEntry {
 };
 
 // Registration calls, in the order a package makes them.
-void RegisterComponents(const std::string& page, std::initializer_list<const TClassInfo*> classes);
+void RegisterComponents(const std::string& page, const std::vector<const TClassInfo*>& classes);
+inline void RegisterComponents(const std::string& page, std::initializer_list<const TClassInfo*> classes) {
+    RegisterComponents(page, std::vector<const TClassInfo*>(classes));
+}
 void RegisterPropertyEditor(const std::string& propertyType, const TClassInfo& componentClass,
                             const std::string& propertyName, const std::string& editor);
 void RegisterComponentEditor(const TClassInfo& componentClass, const std::string& editor);

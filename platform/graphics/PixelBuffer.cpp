@@ -25,7 +25,6 @@ TPixelBuffer::TPixelBuffer(int width, int height, std::uint32_t fill) {
 void TPixelBuffer::Resize(int width, int height, std::uint32_t fill) {
     width = std::max(width, 0);
     height = std::max(height, 0);
-    if (width == 0 || height == 0) width = height = 0;
     if (width == m_width && height == m_height) return;
     CheckSize(width, height);
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * height);

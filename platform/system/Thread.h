@@ -8,6 +8,7 @@
 // its message loop (CheckSynchronize); while it waits in WaitFor it runs them too.
 
 #include "platform/core/Object.h"
+#include "platform/core/TypeInfo.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -20,6 +21,7 @@
 namespace qv {
 
 enum class TThreadPriority { tpIdle, tpLowest, tpLower, tpNormal, tpHigher, tpHighest, tpTimeCritical };
+QV_ENUM_TYPE(TThreadPriority, "tpIdle", "tpLowest", "tpLower", "tpNormal", "tpHigher", "tpHighest", "tpTimeCritical")
 
 class TThread {
 public:

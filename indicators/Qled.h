@@ -1,0 +1,3 @@
+#pragma once
+// Unit Qled: the LED indicator.
+#include "indicators/TqLed.h"

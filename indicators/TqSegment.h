@@ -1,0 +1,75 @@
+#pragma once
+// TqSegment: one character cell of a 16-segment display, scaled by an integer Size. Lit
+// segments are drawn in LitColor, the others in UnLitColor; an upper dot and a point sit to
+// the right of the cell. The character-to-segments table is shared by every cell.
+
+#include "platform/controls/WinControl.h"
+
+#include <cstdint>
+
+namespace qv {
+
+enum qSegPunktur { spPunktum, spColon, spNone };
+QV_ENUM_TYPE(qSegPunktur, "spPunktum", "spColon", "spNone")
+
+// A set of segment numbers 1..16: bit n stands for segment n.
+using qSegSet = std::uint32_t;
+constexpr qSegSet Segments(std::initializer_list<int> numbers) {
+    qSegSet set = 0;
+    for (int n : numbers) set |= qSegSet{1} << n;
+    return set;
+}
+
+// The segments of a character code 32..255 in the shared table (codes below 32 read as 32).
+qSegSet CharLook(unsigned char code);
+// Replaces the table's entry for a character; cells showing it keep their old segments until
+// their Char is set again.
+void ChangeACharLook(unsigned char qChar, qSegSet segments);
+// The type of the published Char property: a character #32..#255.
+const TTypeInfo& QCharType();
+// qSegSize: 1..15.
+const TTypeInfo& QSegSizeType();
+
+class TqSegment : public TGraphicControl {
+    QV_OBJECT
+public:
+    explicit TqSegment(TComponent* AOwner);
+
+    unsigned char Char() const { return m_char; }
+    void SetChar(unsigned char value);
+    TColor LitColor() const { return m_litColor; }
+    void SetLitColor(TColor value);
+    TColor UnLitColor() const { return m_unLitColor; }
+    void SetUnLitColor(TColor value);
+    qSegPunktur Punktur() const { return m_punktur; }
+    void SetPunktur(qSegPunktur value);
+    bool Transparent() const { return m_transparent; }
+    void SetTransparent(bool value);
+    int Size() const { return m_size; }
+    void SetSize(int value);
+    // Width and height snap to whole cells: a height v gives Size v div 29 (at least 1).
+    void SetWidth(int value);
+    void SetHeight(int value);
+    qSegSet LitSegments() const { return m_segments; }
+
+    TNotifyEvent OnPaint;
+
+protected:
+    void Paint() override;
+    virtual void DoUpdate();
+    virtual void DoOnPaint();
+
+private:
+    int G(int i) const { return i * m_size; }
+    void DrawSegments(TCanvas& canvas) const;
+
+    unsigned char m_char{' '};
+    TColor m_litColor{TColor(0x00FF00)};
+    TColor m_unLitColor{TColor(0x002000)};
+    qSegPunktur m_punktur{spNone};
+    bool m_transparent{false};
+    int m_size{0};
+    qSegSet m_segments{0};
+};
+
+} // namespace qv
