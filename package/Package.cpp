@@ -8,6 +8,7 @@
 #include "timing/Std2.h"
 
 #include <array>
+#include <utility>
 
 namespace qv {
 
@@ -40,7 +41,8 @@ int g_loadCount = 0;
 std::array<int, 23> g_unitCounters{};
 TUnitTrace g_trace;
 
-constexpr std::array<TPackageUnit, 23> kUnits = {{
+// What each unit does at load and unload.
+constexpr std::array<TPackageUnit, 23> kUnitBodies = {{
     {"Qbitedit", &TQbitedit::Initialization, &TQbitedit::Finalization},
     {"Qbtnedit", &TCounterUnit<2>::Initialization, &TCounterUnit<2>::Finalization},
     {"Qhelper", &QhelperInitialization, &QhelperFinalization},
@@ -66,27 +68,37 @@ constexpr std::array<TPackageUnit, 23> kUnits = {{
     {"Quelvar", [] { g_packageUnit.Enter(); }, [] { g_packageUnit.Leave(); }},
 }};
 
+
+// The table as hosts see it: each entry counts the calls (and reports them to the trace)
+// before running the unit's own counter-guarded pair.
+template <std::size_t I> void InitializeUnit() {
+    if (g_trace) g_trace(kUnitBodies[I].name, true);
+    ++g_unitCounters[I];
+    kUnitBodies[I].initialization();
+}
+template <std::size_t I> void FinalizeUnit() {
+    if (g_trace) g_trace(kUnitBodies[I].name, false);
+    if (g_unitCounters[I] > 0) --g_unitCounters[I];
+    kUnitBodies[I].finalization();
+}
+template <std::size_t... I> constexpr std::array<TPackageUnit, sizeof...(I)> MakeUnits(std::index_sequence<I...>) {
+    return {{{kUnitBodies[I].name, &InitializeUnit<I>, &FinalizeUnit<I>}...}};
+}
+constexpr std::array<TPackageUnit, 23> kUnits = MakeUnits(std::make_index_sequence<23>{});
+
 } // namespace
 
 std::span<const TPackageUnit> PackageUnits() { return kUnits; }
 
 void InitializePackage() {
     ++g_loadCount;
-    for (std::size_t i = 0; i < kUnits.size(); ++i) {
-        if (g_trace) g_trace(kUnits[i].name, true);
-        kUnits[i].initialization();
-        ++g_unitCounters[i];
-    }
+    for (const TPackageUnit& unit : kUnits) unit.initialization();
 }
 
 void FinalizePackage() {
     if (g_loadCount == 0) return;
     --g_loadCount;
-    for (std::size_t i = kUnits.size(); i-- > 0;) {
-        if (g_trace) g_trace(kUnits[i].name, false);
-        kUnits[i].finalization();
-        --g_unitCounters[i];
-    }
+    for (auto it = kUnits.rbegin(); it != kUnits.rend(); ++it) it->finalization();
 }
 
 void RegisterPackage() { Register(); }

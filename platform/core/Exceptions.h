@@ -30,6 +30,7 @@ QV_EXCEPTION(EInvalidGraphic, Exception);
 QV_EXCEPTION(EOutOfResources, Exception);
 QV_EXCEPTION(EThread, Exception);
 QV_EXCEPTION(EStringListError, Exception);
+QV_EXCEPTION(EPackageError, Exception);
 QV_EXCEPTION(EMathError, Exception);
 QV_EXCEPTION(EInvalidOp, EMathError);
 QV_EXCEPTION(EZeroDivide, EMathError);

@@ -114,3 +114,23 @@ TEST(Registration, TableHas68ClassesOnFourPagesAndRegistersThoseThatExistInOrder
     EXPECT_TRUE(hintEditor);
     ClearDesignerRegistry();
 }
+
+#include "platform/system/PackageLoader.h"
+
+TEST(SharedPackage, LoadsWithDlopenInitializesOnceAndFinalizesWithTheLastLoad) {
+    const std::string path = QV_PACKAGE_MODULE;
+    {
+        TLoadedPackage first(path);
+        EXPECT_EQ(first.UnitCount(), 23);
+        EXPECT_EQ(first.UnitCounter("Std2"), 1);
+        {
+            TLoadedPackage second(path); // the same image: the units count a second load
+            EXPECT_EQ(second.UnitCounter("Std2"), 2);
+            second.Register();
+        }
+        EXPECT_EQ(first.UnitCounter("Std2"), 1);
+        EXPECT_EQ(first.UnitCounter("Nope"), -1);
+    }
+    EXPECT_EQ(UnitCounter("Std2"), 0); // the host's own, statically linked copy is untouched
+    EXPECT_THROW(TLoadedPackage("/nonexistent/libquelvar.so"), EPackageError);
+}
