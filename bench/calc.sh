@@ -10,4 +10,4 @@ if [ ! -x "$binary" ]; then
     echo "calc.sh: $binary not found: install libmuparser-dev, then build the bench_calc target" >&2
     exit 2
 fi
-"$binary" --ratio "$@" | grep -E '^[^ ].*: ours '
+"$binary" --ratio --benchmark_color=false "$@" 2>/dev/null | grep -E ': ours [0-9]+ ns, muparser '

@@ -84,4 +84,14 @@ inline long double ExtCos(long double x) {
 
 #endif
 
+// Power(base, exponent) as unit Mystd defines it, tested in this order: both zero gives 0;
+// exponent zero gives 1; base zero gives 0; otherwise e^(exponent * ln |base|). Overflow gives
+// infinity; the callers decide how to report it.
+inline long double PowerValue(long double base, long double exponent) {
+    if (base == 0 && exponent == 0) return 0;
+    if (exponent == 0) return 1;
+    if (base == 0) return 0;
+    return ExtPowAbs(base, exponent);
+}
+
 } // namespace qv

@@ -33,10 +33,7 @@ TFloatResult CoSquareRoot(long double x) {
 
 TFloatResult TryPower(long double base, long double exponent) {
     if (std::isnan(base) || std::isnan(exponent)) return Fault(TFloatFault::InvalidOp);
-    if (base == 0 && exponent == 0) return {0, TFloatFault::None};
-    if (exponent == 0) return {1, TFloatFault::None};
-    if (base == 0) return {0, TFloatFault::None};
-    return FromFinite(ExtPowAbs(base, exponent));
+    return FromFinite(PowerValue(base, exponent));
 }
 
 TFloatResult TryArcSin(long double x) {

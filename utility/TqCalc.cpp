@@ -201,7 +201,10 @@ std::string TqCalc::CalcLine() const {
     return std::string(m_line.data(), m_lineLength);
 }
 
-void TqCalc::StoreLine(std::string_view text) {
+// The evaluation routines below are private and used only in this file. They are defined
+// inline so that the position-independent build of the library can still inline and optimise
+// across them: with -fPIC, ordinary external functions count as interposable and are not.
+inline void TqCalc::StoreLine(std::string_view text) {
     m_lineLength = std::min(text.size(), MaxLineLength);
     std::copy_n(text.data(), m_lineLength, m_line.begin());
     // Reading goes at most one character past the end mark; At() guards the rest.
@@ -220,7 +223,7 @@ void TqCalc::SetCalcLine(std::string_view S) {
     FireEvents();
 }
 
-long double TqCalc::Evaluate() {
+inline long double TqCalc::Evaluate() {
     try {
         return Udtryk();
     } catch (const TArithmeticFault&) {
@@ -231,12 +234,12 @@ long double TqCalc::Evaluate() {
     return 0;
 }
 
-void TqCalc::PushRegisters(long double value) {
+inline void TqCalc::PushRegisters(long double value) {
     std::copy_backward(m_registers.begin(), m_registers.end() - 1, m_registers.end());
     m_registers[0] = value;
 }
 
-void TqCalc::FireEvents() {
+inline void TqCalc::FireEvents() {
     if (m_calcResult != TqxOK) {
         if (OnError) OnError(this, CalcLine(), WhereIsLastError());
     } else if (OnOK) {
@@ -266,22 +269,22 @@ void TqCalc::ReportFormatError() const {
 }
 
 // The first error stays: later rules do not overwrite it.
-void TqCalc::SetError(TqCalcResult code) {
+inline void TqCalc::SetError(TqCalcResult code) {
     if (m_calcResult == TqxOK) m_calcResult = code;
 }
 
-char TqCalc::At(int position) const {
+inline char TqCalc::At(int position) const {
     const auto index = static_cast<std::size_t>(position - 1);
     return index < m_line.size() ? m_line[index] : '\0';
 }
 
-char TqCalc::NaesteTegn() {
+inline char TqCalc::NaesteTegn() {
     while (At(m_position) == ' ')
         ++m_position;
     return At(m_position);
 }
 
-long double TqCalc::Tal() {
+inline long double TqCalc::Tal() {
     long double value = 0;
     bool digitSeen = false;
     for (char c = At(m_position); IsDigit(c); c = At(++m_position)) {
@@ -301,7 +304,7 @@ long double TqCalc::Tal() {
     return value;
 }
 
-FuncFunc TqCalc::FuncNr() {
+inline FuncFunc TqCalc::FuncNr() {
     // Locals while reading; the name is written character by character so that the lookup's
     // byte reads come straight from those writes.
     int position = m_position;
@@ -320,7 +323,7 @@ FuncFunc TqCalc::FuncNr() {
     return qA;
 }
 
-long double TqCalc::Parantes() {
+inline long double TqCalc::Parantes() {
     if (NaesteTegn() != '(') SetError(TqxLeftPar);
     ++m_position;
     if (m_calcResult != TqxOK) return 0;
@@ -332,7 +335,7 @@ long double TqCalc::Parantes() {
     return value;
 }
 
-long double TqCalc::Faktor() {
+inline long double TqCalc::Faktor() {
     const char c = UpCase(NaesteTegn());
     long double value = 0;
     if (c == '(')
@@ -344,7 +347,7 @@ long double TqCalc::Faktor() {
     return StoreAsDouble(value);
 }
 
-long double TqCalc::Identifier() {
+inline long double TqCalc::Identifier() {
     const FuncFunc n = FuncNr();
     if (m_calcResult != TqxOK) return 0;
     if (n == qUser) {
@@ -355,7 +358,7 @@ long double TqCalc::Identifier() {
     return FunctionValue(n, n >= qExp ? Parantes() : 0);
 }
 
-long double TqCalc::FunctionValue(FuncFunc n, long double x) {
+inline long double TqCalc::FunctionValue(FuncFunc n, long double x) {
     switch (n) {
     case qPI:
         return kPi;
@@ -402,18 +405,18 @@ long double TqCalc::FunctionValue(FuncFunc n, long double x) {
 
 // ROUND, TRUNC, CEILING and FLOOR catch their own fault: a value that does not fit 64 bits
 // gives 0 and TqxOverFlow, and the evaluation winds down as after any other error.
-long double TqCalc::IntegerFunction(FuncFunc n, long double x) {
+inline long double TqCalc::IntegerFunction(FuncFunc n, long double x) {
     if (const std::optional<long double> value = IntegerValue(n, x)) return *value;
     m_calcResult = TqxOverFlow;
     return 0;
 }
 
-long double TqCalc::UserFunction(const TFuncName& name, long double argument) {
+inline long double TqCalc::UserFunction(const TFuncName& name, long double argument) {
     if (!OnUserFunc) return argument;
     return OnUserFunc(this, std::string(name.View()), argument);
 }
 
-long double TqCalc::Led() {
+inline long double TqCalc::Led() {
     long double value = Faktor();
     for (char op = NaesteTegn(); (op == '*' || op == '/' || op == '^') && m_calcResult == TqxOK;
          op = NaesteTegn()) {
@@ -428,13 +431,13 @@ long double TqCalc::Led() {
                 value = Checked(value / divisor);
         } else {
             const long double exponent = Faktor();
-            value = Checked(TryPower(value, exponent));
+            value = Checked(PowerValue(value, exponent));
         }
     }
     return value;
 }
 
-long double TqCalc::Udtryk() {
+inline long double TqCalc::Udtryk() {
     // A leading "-" stays in place: the loop subtracts the first term from 0.
     long double value = NaesteTegn() == '-' ? 0 : Led();
     for (char op = NaesteTegn(); (op == '+' || op == '-') && m_calcResult == TqxOK;
