@@ -10,4 +10,5 @@ if [ ! -x "$binary" ]; then
     echo "calc.sh: $binary not found: install libmuparser-dev, then build the bench_calc target" >&2
     exit 2
 fi
-"$binary" --ratio --benchmark_color=false "$@" 2>/dev/null | grep -E ': ours [0-9]+ ns, muparser '
+"$binary" --ratio --benchmark_color=false "$@" 2>/dev/null | sed 's/\x1b\[[0-9;]*m//g' |
+    grep -E ': ours [0-9]+ ns, muparser '
