@@ -5,6 +5,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <algorithm>
+#include <cstdio>
 
 namespace qv {
 
@@ -133,7 +135,14 @@ std::string FormatString(const std::string& s, const std::string& indent) {
 
 std::string FormatFormValue(const TFormValue& value, const std::string& indent) {
     switch (value.kind) {
-    case TFormValue::Kind::Integer: return std::to_string(value.integer);
+    case TFormValue::Kind::Integer:
+        if (value.hexDigits > 0) {
+            char buf[32];
+            std::snprintf(buf, sizeof buf, "$%0*llX", std::min(value.hexDigits, 16),
+                          static_cast<unsigned long long>(static_cast<std::uint32_t>(value.integer)));
+            return buf;
+        }
+        return std::to_string(value.integer);
     case TFormValue::Kind::Float: return FormatFloat(value.real, value.doublePrecision);
     case TFormValue::Kind::String: return FormatString(value.text, indent);
     case TFormValue::Kind::Ident: return value.text;

@@ -17,6 +17,7 @@ struct TFormValue {
     std::int64_t integer{0};
     long double real{0};
     bool doublePrecision{false};    // Float: written with the shortest text of a double
+    int hexDigits{0};               // Integer: written as $ and this many hex digits
     std::string text;               // String and Ident
     std::vector<std::string> items; // Set
     std::vector<TFormValue> list;   // List

@@ -45,10 +45,13 @@ TFormValue OrdinalValue(const TObject& obj, const TPropInfo& prop) {
         return TFormValue::SetOf(std::move(items));
     }
     case TTypeKind::Char: return TFormValue::Str(std::string(1, static_cast<char>(v)));
-    default:
+    default: {
         if (t.intToIdent)
             if (auto ident = t.intToIdent(v)) return TFormValue::Identifier(*ident);
-        return TFormValue::Int(v);
+        TFormValue value = TFormValue::Int(v);
+        value.hexDigits = t.hexDigits;
+        return value;
+    }
     }
 }
 

@@ -40,6 +40,9 @@ struct TTypeInfo {
     // Integer types that have identifiers for some values (colours, cursors).
     std::function<std::optional<std::string>(std::int64_t)> intToIdent;
     std::function<std::optional<std::int64_t>(const std::string&)> identToInt;
+    // Integer types written in hexadecimal with this many digits when they have no
+    // identifier (colours: $00202020); 0 writes decimal.
+    int hexDigits{0};
 
     static TTypeInfo Integer(std::string name, std::int64_t min, std::int64_t max);
     static TTypeInfo Enumeration(std::string name, std::vector<std::string> names);

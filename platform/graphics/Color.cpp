@@ -202,6 +202,7 @@ const TTypeInfo& ColorType() {
             if (auto c = IdentToColor(s)) return *c;
             return std::nullopt;
         };
+        t.hexDigits = 8;
         return t;
     }();
     return info;

@@ -38,8 +38,9 @@ TEST(Bitmap, NewPixelsAreWhiteAndResizeKeepsTheCorner) {
     EXPECT_EQ(b.Canvas().Pixel(5, 5), clWhite);
     b.SetSize(-3, 7);
     EXPECT_TRUE(b.Empty());
+    EXPECT_EQ(b.Height(), 7); // an empty bitmap keeps the extent it was given
     EXPECT_THROW(b.SetSize(1 << 20, 1 << 20), EOutOfResources);
-    EXPECT_THROW(b.ScanLine(0), ERangeError);
+    EXPECT_THROW(b.ScanLine(7), ERangeError);
 }
 
 TEST(Bitmap, PixelsOutsideReadInvalidAndWritesAreIgnored) {
