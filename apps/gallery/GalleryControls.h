@@ -1,0 +1,90 @@
+#pragma once
+// The gallery's own controls, drawn with the framework: the list of palette pages, the cell
+// that shows one component with its name, the view of a non-visual component, and the list
+// of the selected component's published properties.
+
+#include "platform/controls/WinControl.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace qv::gallery {
+
+// A vertical list of page names; a click or the arrow keys select one.
+class TPageList : public TCustomControl {
+public:
+    explicit TPageList(TComponent* owner);
+
+    void SetPages(std::vector<std::string> pages);
+    int Selected() const { return m_selected; }
+    void SetSelected(int index);
+    std::function<void(int index)> OnSelect;
+
+    static constexpr int ItemHeight = 28;
+
+protected:
+    void Paint() override;
+    void MouseDown(TMouseButtonKind button, TShiftState shift, int x, int y) override;
+    void KeyDown(unsigned& key, TShiftState shift) override;
+    void WMGetDlgCode(TMessage& message) override;
+
+private:
+    std::vector<std::string> m_pages;
+    int m_selected{-1};
+};
+
+// One component on a page: the component sits at the top of the cell (or a view of it, for
+// non-visual components) and its class name is written underneath. A click on the cell or
+// on the component selects it.
+class TComponentCell : public TCustomControl {
+public:
+    TComponentCell(TComponent* owner, TComponent& shown);
+
+    TComponent& Shown() const { return m_shown; }
+    void SetHighlighted(bool on);
+    std::function<void(TComponentCell& cell)> OnSelect;
+
+protected:
+    void Paint() override;
+    void MouseDown(TMouseButtonKind button, TShiftState shift, int x, int y) override;
+
+private:
+    TComponent& m_shown;
+    bool m_highlighted{false};
+};
+
+// Stands in for a non-visual component: its class, its name and a few of its published
+// values, read again on every Refresh so that the values stay live.
+class TNonVisualView : public TCustomControl {
+public:
+    TNonVisualView(TComponent* owner, TComponent& shown);
+
+    static constexpr int ValueLines = 3;
+    static constexpr TSize DefaultSize{150, 80};
+
+protected:
+    void Paint() override;
+
+private:
+    TComponent& m_shown;
+};
+
+// "Name = value" for every published property of the selected component.
+class TPropertyView : public TCustomControl {
+public:
+    explicit TPropertyView(TComponent* owner);
+
+    // Shows `object`'s properties (null: nothing); call again to read the values anew.
+    void Show(const TComponent* object);
+    const std::vector<std::string>& Lines() const { return m_lines; }
+
+protected:
+    void Paint() override;
+
+private:
+    std::string m_title;
+    std::vector<std::string> m_lines;
+};
+
+} // namespace qv::gallery

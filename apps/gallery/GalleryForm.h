@@ -1,0 +1,71 @@
+#pragma once
+// The gallery's main form: the palette pages of the designer registry on the left, the
+// current page's components live in a grid in the middle (each with its class name under
+// it), and the published properties of the selected component on the right.
+
+#include "GalleryControls.h"
+#include "GalleryLayout.h"
+
+#include "platform/controls/Form.h"
+
+#include <string>
+#include <vector>
+
+namespace qv {
+class TTimer;
+}
+
+namespace qv::gallery {
+
+class TGalleryForm : public TForm {
+public:
+    explicit TGalleryForm(TComponent* owner);
+
+    // Creates every registered component, page by page, from the designer registry.
+    void Build();
+
+    const std::vector<std::string>& Pages() const { return m_pageNames; }
+    int CurrentPage() const { return m_current; }
+    void SelectPage(int index);
+    // The components of a page, in palette order (those whose creation failed are left out).
+    std::vector<TComponent*> PageComponents(int index) const;
+    std::vector<TComponentCell*> PageCells(int index) const;
+
+    void Select(TComponentCell* cell);
+    TComponent* SelectedComponent() const;
+    TPropertyView& Properties() const { return *m_properties; }
+    TPageList& PageList() const { return *m_pageList; }
+
+    // Starts the animation (ten steps a second); PNG rendering leaves it off.
+    void StartAnimation();
+    // One animation step of the current page, and fresh values in the property list.
+    void Step();
+
+    static constexpr int PageListWidth = 150;
+    static constexpr int PageWidth = 640;
+    static constexpr int PropertyWidth = 270;
+    static constexpr int MinHeight = 560;
+
+private:
+    struct TPage {
+        TCustomControl* surface{nullptr};
+        std::vector<TComponentCell*> cells;
+    };
+
+    TPage BuildPage(const std::vector<const TClassInfo*>& classes);
+    TComponentCell* BuildCell(TCustomControl& surface, const TClassInfo& cls);
+    TControl& Present(TComponentCell& cell, TComponent& component);
+    std::string UniqueName(const std::string& className) const;
+    void ArrangeSurfaces(int height);
+
+    TPageList* m_pageList;
+    TPropertyView* m_properties;
+    TTimer* m_timer{nullptr};
+    std::vector<std::string> m_pageNames;
+    std::vector<TPage> m_pages;
+    int m_current{-1};
+    TComponentCell* m_selected{nullptr};
+    int m_tick{0};
+};
+
+} // namespace qv::gallery

@@ -1,0 +1,115 @@
+// gallery [--png DIR] [--list]: every component of the designer registry, palette page by
+// palette page, live in a window. --png DIR renders each page headless to DIR/<page>.png
+// and prints the paths; --list prints "<page>: <class> <class> ..." per page. Without a
+// display the pages are rendered to gallery-pages/.
+
+#include "GalleryForm.h"
+#include "GalleryLayout.h"
+
+#include "apps/common/PackageScope.h"
+#include "platform/backend/Backend.h"
+#include "platform/controls/Application.h"
+#include "platform/core/DesignerRegistry.h"
+#include "platform/core/Exceptions.h"
+#include "platform/graphics/Bitmap.h"
+#include "platform/graphics/ImageIO.h"
+
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+
+using namespace qv;
+using namespace qv::gallery;
+
+namespace {
+
+struct TOptions {
+    std::string pngDir; // empty: a window
+    bool list{false};
+};
+
+const char* const headlessFolder = "gallery-pages";
+
+bool ParseArguments(int argc, char** argv, TOptions& options) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        if (arg == "--list")
+            options.list = true;
+        else if (arg == "--png" && i + 1 < argc)
+            options.pngDir = argv[++i];
+        else
+            return false;
+    }
+    return true;
+}
+
+void ListPages() {
+    for (const std::string& page : PalettePages()) {
+        std::vector<std::string> names;
+        for (const TClassInfo* cls : PaletteClasses(page))
+            names.push_back(cls->name);
+        std::cout << PageListing(page, names) << '\n';
+    }
+}
+
+void RenderPages(TGalleryForm& form, const std::string& dir) {
+    std::filesystem::create_directories(dir);
+    form.Show();
+    if (form.Pages().empty()) std::cerr << "gallery: no palette pages are registered\n";
+    for (int i = 0; i < static_cast<int>(form.Pages().size()); ++i) {
+        form.SelectPage(i);
+        Application().ProcessMessages();
+        TBitmap shot;
+        form.Screenshot(shot);
+        const std::string path =
+            (std::filesystem::path(dir) /
+             (PageFileName(form.Pages()[static_cast<std::size_t>(i)]) + ".png"))
+                .string();
+        WriteFileBytes(path, EncodePng(shot.Pixels(), false));
+        std::cout << path << '\n';
+    }
+}
+
+void RunWindow(TGalleryForm& form) {
+    form.SetPosition(poScreenCenter);
+    form.StartAnimation();
+    Application().SetMainForm(&form);
+    Application().Run();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    TOptions options;
+    if (!ParseArguments(argc, argv, options)) {
+        std::cerr << "usage: gallery [--png DIR] [--list]\n";
+        return 1;
+    }
+    TPackageScope package;
+    if (options.list) {
+        ListPages();
+        return 0;
+    }
+    try {
+        if (options.pngDir.empty()) {
+            Application().SetBackend(CreateDefaultBackend());
+            if (std::strcmp(Application().Backend().Name(), "headless") == 0) {
+                std::cerr << "gallery: no display; rendering the pages to " << headlessFolder
+                          << "/\n";
+                options.pngDir = headlessFolder;
+            }
+        }
+        auto form = std::make_unique<TGalleryForm>(nullptr);
+        form->Build();
+        if (options.pngDir.empty())
+            RunWindow(*form);
+        else
+            RenderPages(*form, options.pngDir);
+    } catch (const Exception& e) {
+        std::cerr << "gallery: " << e.Message() << '\n';
+        return 1;
+    }
+    return 0;
+}

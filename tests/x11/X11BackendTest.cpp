@@ -1,0 +1,355 @@
+// The X11 backend on a private Xvfb server: windows appear with their title, bounds and
+// hints; XTest input reaches controls; what the server shows equals the headless rendering
+// of the same form, pixel for pixel. Skipped when no X server can be started.
+
+// GoogleTest comes before Xlib, whose macros (None, Bool) clash with its names.
+#include <gtest/gtest.h>
+
+#include "XvfbServer.h"
+
+#include "platform/backend/HeadlessBackend.h"
+#include "platform/controls/Application.h"
+#include "platform/graphics/Bitmap.h"
+#include "platform/graphics/Canvas.h"
+#include "platform/graphics/ImageIO.h"
+
+#include "platform/backend/X11Backend.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+
+// Xlib names an event type KeyPress; here it is the control's method.
+#undef KeyPress
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace qv;
+using qv::test::TXvfbServer;
+
+namespace {
+
+// A control that paints its colour with a line of text and records the input it gets.
+class TInputProbe : public TCustomControl {
+public:
+    explicit TInputProbe(TComponent* owner) : TCustomControl(owner) {
+        SetTabStop(true);
+        SetParentColor(false);
+    }
+    int clicks{0};
+    int doubleClicks{0};
+    std::vector<unsigned> keys;
+    std::string typed;
+    std::vector<int> wheel;
+
+protected:
+    void Paint() override {
+        Canvas().Brush().SetColor(Color());
+        Canvas().FillRect(ClientRect());
+        Canvas().Font().SetColor(clBlack);
+        Canvas().TextOut(4, 4, Name());
+    }
+    void Click() override { ++clicks; }
+    void DblClick() override { ++doubleClicks; }
+    void KeyDown(unsigned& key, TShiftState shift) override {
+        keys.push_back(key);
+        TCustomControl::KeyDown(key, shift);
+    }
+    void KeyPress(char& key) override { typed += key; }
+    void WndProc(TMessage& message) override {
+        if (message.Msg == WM_MOUSEWHEEL)
+            wheel.push_back(static_cast<std::int16_t>((message.WParam >> 16) & 0xFFFF));
+        TCustomControl::WndProc(message);
+    }
+};
+
+// A form whose WM_GETMINMAXINFO answer the test chooses.
+class TLimitedForm : public TForm {
+public:
+    using TForm::TForm;
+    TPoint minTrack{0, 0};
+    TPoint maxTrack{0, 0};
+
+protected:
+    void WMGetMinMaxInfo(TMessage& message) override {
+        auto* info = reinterpret_cast<TMinMaxInfo*>(message.LParam);
+        info->ptMinTrackSize = minTrack;
+        info->ptMaxTrackSize = maxTrack;
+    }
+};
+
+std::unique_ptr<TForm> MakeProbeForm(TRect bounds) {
+    auto form = std::make_unique<TForm>(nullptr);
+    form->SetBounds(bounds.left, bounds.top, bounds.Width(), bounds.Height());
+    form->SetCaption("Probe form");
+    form->SetColor(clTeal);
+    const TColor colors[] = {clYellow, clFuchsia};
+    for (int i = 0; i < 2; ++i) {
+        auto* probe = new TInputProbe(form.get());
+        probe->SetName("Probe" + std::to_string(i + 1));
+        probe->SetColor(colors[i]);
+        probe->SetBounds(10 + i * 110, 10, 100, 60);
+        probe->SetParent(form.get());
+    }
+    return form;
+}
+
+TInputProbe& Probe(TForm& form, int index) {
+    return *static_cast<TInputProbe*>(form.FindComponent("Probe" + std::to_string(index)));
+}
+
+class X11BackendTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { s_server = TXvfbServer::Start(); }
+    static void TearDownTestSuite() { s_server.reset(); }
+
+    void SetUp() override {
+        if (!s_server) GTEST_SKIP() << "no X server could be started (is Xvfb installed?)";
+        auto backend = TX11Backend::Open(s_server->DisplayName().c_str());
+        m_probe = OpenDisplay(s_server->DisplayName().c_str());
+        if (!backend || !m_probe) GTEST_SKIP() << "the X server does not answer";
+        m_x11 = backend.get();
+        Application().SetBackend(std::move(backend));
+    }
+    void TearDown() override {
+        if (m_x11) Application().SetBackend(std::make_unique<THeadlessBackend>());
+    }
+
+    // Runs the application's loop until `done` holds or five seconds pass.
+    bool PumpUntil(const std::function<bool()>& done) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (!done()) {
+            if (std::chrono::steady_clock::now() > deadline) return false;
+            m_x11->WaitForEvents(20);
+            Application().ProcessMessages();
+        }
+        return true;
+    }
+    // Shows the form and waits until its window is mapped and painted on the server.
+    void ShowAndSettle(TForm& form) {
+        form.Show();
+        ASSERT_TRUE(PumpUntil([&] { return m_x11->IsMapped(form.NativeWindow()); }));
+        PumpUntil([&] { return false; }, 100);
+        m_x11->Sync();
+    }
+    bool PumpUntil(const std::function<bool()>& done, int ms) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+        while (!done() && std::chrono::steady_clock::now() < deadline) {
+            m_x11->WaitForEvents(10);
+            Application().ProcessMessages();
+        }
+        return done();
+    }
+
+    void FakeClick(TPoint screen, unsigned button = 1) {
+        Display* d = m_probe.get();
+        XTestFakeMotionEvent(d, 0, screen.x, screen.y, CurrentTime);
+        XTestFakeButtonEvent(d, button, True, CurrentTime);
+        XTestFakeButtonEvent(d, button, False, CurrentTime);
+        XSync(d, False);
+    }
+    void FakeKey(KeySym keysym) {
+        Display* d = m_probe.get();
+        const KeyCode code = XKeysymToKeycode(d, keysym);
+        XTestFakeKeyEvent(d, code, True, CurrentTime);
+        XTestFakeKeyEvent(d, code, False, CurrentTime);
+        XSync(d, False);
+    }
+    // The window's pixels as the server holds them.
+    TPixelBuffer Capture(const TForm& form) {
+        XImage* image =
+            XGetImage(m_probe.get(), form.NativeWindow(), 0, 0, static_cast<unsigned>(form.Width()),
+                      static_cast<unsigned>(form.Height()), AllPlanes, ZPixmap);
+        TPixelBuffer pixels(form.Width(), form.Height(), 0);
+        if (!image) return pixels;
+        for (int y = 0; y < form.Height(); ++y)
+            for (int x = 0; x < form.Width(); ++x)
+                pixels.At(x, y) = static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFF;
+        XDestroyImage(image);
+        return pixels;
+    }
+
+    static inline std::unique_ptr<TXvfbServer> s_server;
+    TX11Backend* m_x11{nullptr};
+    TDisplayPtr m_probe;
+};
+
+TEST_F(X11BackendTest, FormBecomesAMappedWindowWithItsTitleAndBounds) {
+    auto form = MakeProbeForm(Bounds(40, 30, 240, 90));
+    ShowAndSettle(*form);
+    XWindowAttributes attributes{};
+    ASSERT_TRUE(XGetWindowAttributes(m_probe.get(), form->NativeWindow(), &attributes));
+    EXPECT_EQ(attributes.map_state, IsViewable);
+    EXPECT_EQ(attributes.x, 40);
+    EXPECT_EQ(attributes.y, 30);
+    EXPECT_EQ(attributes.width, 240);
+    EXPECT_EQ(attributes.height, 90);
+    char* name = nullptr;
+    ASSERT_TRUE(XFetchName(m_probe.get(), form->NativeWindow(), &name));
+    EXPECT_STREQ(name, "Probe form");
+    XFree(name);
+
+    form->SetCaption("Renamed");
+    form->SetBounds(60, 50, 200, 100);
+    m_x11->Sync();
+    ASSERT_TRUE(XFetchName(m_probe.get(), form->NativeWindow(), &name));
+    EXPECT_STREQ(name, "Renamed");
+    XFree(name);
+    ASSERT_TRUE(XGetWindowAttributes(m_probe.get(), form->NativeWindow(), &attributes));
+    EXPECT_EQ(attributes.x, 60);
+    EXPECT_EQ(attributes.width, 200);
+    EXPECT_EQ(attributes.height, 100);
+
+    form->Hide();
+    m_x11->Sync();
+    ASSERT_TRUE(XGetWindowAttributes(m_probe.get(), form->NativeWindow(), &attributes));
+    EXPECT_EQ(attributes.map_state, IsUnmapped);
+}
+
+TEST_F(X11BackendTest, ClickKeyAndWheelFromXTestReachTheControls) {
+    auto form = MakeProbeForm(Bounds(100, 80, 240, 90));
+    ShowAndSettle(*form);
+    TInputProbe& second = Probe(*form, 2);
+
+    FakeClick({100 + 120 + 50, 80 + 10 + 30});
+    ASSERT_TRUE(PumpUntil([&] { return second.clicks == 1; }));
+    EXPECT_EQ(Probe(*form, 1).clicks, 0);
+
+    second.SetFocus();
+
+    FakeKey(XK_a);
+    ASSERT_TRUE(PumpUntil([&] { return second.typed == "a"; }));
+    EXPECT_EQ(second.keys, std::vector<unsigned>{'A'});
+
+    FakeClick({100 + 120 + 50, 80 + 10 + 30}, Button4);
+    FakeClick({100 + 120 + 50, 80 + 10 + 30}, Button5);
+    ASSERT_TRUE(PumpUntil([&] { return second.wheel.size() == 2; }));
+    EXPECT_EQ(second.wheel, (std::vector<int>{120, -120}));
+}
+
+TEST_F(X11BackendTest, TwoQuickClicksMakeADoubleClick) {
+    auto form = MakeProbeForm(Bounds(100, 80, 240, 90));
+    ShowAndSettle(*form);
+    TInputProbe& first = Probe(*form, 1);
+    FakeClick({100 + 40, 80 + 40});
+    FakeClick({100 + 42, 80 + 41});
+    ASSERT_TRUE(PumpUntil([&] { return first.doubleClicks == 1; }));
+    FakeClick({100 + 42, 80 + 41}); // the third press starts over
+    PumpUntil([] { return false; }, 100);
+    EXPECT_EQ(first.doubleClicks, 1);
+}
+
+TEST_F(X11BackendTest, ScreenShowsExactlyTheHeadlessRendering) {
+    const TRect bounds = Bounds(20, 20, 240, 90);
+    TPixelBuffer shown;
+    {
+        auto form = MakeProbeForm(bounds);
+        ShowAndSettle(*form);
+        shown = Capture(*form);
+    }
+    Application().SetBackend(std::make_unique<THeadlessBackend>());
+    m_x11 = nullptr;
+    auto form = MakeProbeForm(bounds);
+    form->Show();
+    Application().ProcessMessages();
+    const auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+    const TPixelBuffer& expected = headless.Window(form->NativeWindow()).presented;
+    ASSERT_EQ(expected.Width(), shown.Width());
+    int differing = 0;
+    for (int y = 0; y < expected.Height(); ++y)
+        for (int x = 0; x < expected.Width(); ++x)
+            differing += expected.At(x, y) != shown.At(x, y);
+    if (differing != 0) {
+        const std::filesystem::path out = QV_TEST_OUT;
+        std::filesystem::create_directories(out);
+        WriteFileBytes((out / "x11-shown.png").string(), EncodePng(shown, false));
+        WriteFileBytes((out / "x11-expected.png").string(), EncodePng(expected, false));
+    }
+    EXPECT_EQ(differing, 0) << "see x11-shown.png and x11-expected.png in " << QV_TEST_OUT;
+}
+
+TEST_F(X11BackendTest, SizeLimitsArePublishedAndRepublished) {
+    TLimitedForm form(nullptr);
+    form.SetBounds(10, 10, 300, 200);
+    form.minTrack = {200, 150};
+    form.maxTrack = {640, 480};
+    ShowAndSettle(form);
+    XSizeHints hints{};
+    long supplied = 0;
+    ASSERT_TRUE(XGetWMNormalHints(m_probe.get(), form.NativeWindow(), &hints, &supplied));
+    ASSERT_TRUE(hints.flags & PMinSize);
+    ASSERT_TRUE(hints.flags & PMaxSize);
+    EXPECT_EQ(hints.min_width, 200);
+    EXPECT_EQ(hints.min_height, 150);
+    EXPECT_EQ(hints.max_width, 640);
+    EXPECT_EQ(hints.max_height, 480);
+
+    form.minTrack = {0, 0};
+    form.maxTrack = {800, 600};
+    form.UpdateSizeLimits();
+    m_x11->Sync();
+    ASSERT_TRUE(XGetWMNormalHints(m_probe.get(), form.NativeWindow(), &hints, &supplied));
+    EXPECT_FALSE(hints.flags & PMinSize);
+    EXPECT_EQ(hints.max_width, 800);
+    EXPECT_EQ(hints.max_height, 600);
+}
+
+TEST_F(X11BackendTest, CloseRequestFromTheWindowManagerClosesTheForm) {
+    auto form = MakeProbeForm(Bounds(10, 10, 240, 90));
+    bool closeAsked = false;
+    form->OnClose = [&](TObject*, TCloseAction&) { closeAsked = true; };
+    ShowAndSettle(*form);
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = form->NativeWindow();
+    event.xclient.message_type = XInternAtom(m_probe.get(), "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] =
+        static_cast<long>(XInternAtom(m_probe.get(), "WM_DELETE_WINDOW", False));
+    XSendEvent(m_probe.get(), form->NativeWindow(), False, NoEventMask, &event);
+    XSync(m_probe.get(), False);
+    ASSERT_TRUE(PumpUntil([&] { return closeAsked; }));
+    EXPECT_FALSE(form->Visible());
+}
+
+TEST_F(X11BackendTest, WorkAreaFollowsNetWorkAreaAndFallsBackToTheScreen) {
+    EXPECT_EQ(m_x11->ScreenBounds(), Rect(0, 0, 1024, 768));
+    Display* d = m_probe.get();
+    const Atom workArea = XInternAtom(d, "_NET_WORKAREA", False);
+    XDeleteProperty(d, DefaultRootWindow(d), workArea);
+    XSync(d, False);
+    EXPECT_EQ(m_x11->WorkArea(), Rect(0, 0, 1024, 768));
+    const long area[4] = {0, 24, 1024, 720};
+    XChangeProperty(d, DefaultRootWindow(d), workArea, XA_CARDINAL, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(area), 4);
+    XSync(d, False);
+    EXPECT_EQ(m_x11->WorkArea(), Rect(0, 24, 1024, 744));
+    XDeleteProperty(d, DefaultRootWindow(d), workArea);
+    XSync(d, False);
+}
+
+TEST_F(X11BackendTest, WakeFromAnotherThreadEndsAWait) {
+    Application().ProcessMessages(); // nothing left that would end the wait at once
+    std::atomic<bool> woke{false};
+    std::thread waker([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        woke = true;
+        m_x11->Wake();
+    });
+    const auto start = std::chrono::steady_clock::now();
+    m_x11->WaitForEvents(10000);
+    const auto waited = std::chrono::steady_clock::now() - start;
+    waker.join();
+    EXPECT_TRUE(woke);
+    EXPECT_GE(waited, std::chrono::milliseconds(40));
+    EXPECT_LT(waited, std::chrono::seconds(5));
+}
+
+} // namespace
