@@ -3,6 +3,8 @@
 #include "platform/controls/ControlProperties.h"
 
 #include <array>
+#include <algorithm>
+#include <span>
 #include <vector>
 
 namespace qv {
@@ -195,34 +197,44 @@ void TqSegment::SetWidth(int value) {
 void TqSegment::DrawSegments(TCanvas& c) const {
     const int d = m_size >= 2 ? 1 : 0;
     const auto g = [this](int i) { return G(i); };
-    const std::vector<std::vector<TPoint>> polygons = {
-        {{g(2), g(2)}, {g(16), g(2)}, {g(14), g(4)}, {g(4), g(4)}},
-        {{g(2), g(2) + 2}, {g(4), g(4) + 2}, {g(4), g(13) - 1}, {g(2), g(15) - 1}},
-        {{g(8), g(4) + 2}, {g(10), g(4) + 2}, {g(10), g(14) - 2}, {g(8), g(14) - 2}},
-        {{g(16), g(2) + 2}, {g(14), g(4) + 2}, {g(14), g(13) - 1}, {g(16), g(15) - 1}},
-        {{g(2) + 1, g(15)}, {g(3) + 1, g(14)}, {g(9) - 1, g(14)}, {g(9) - 1, g(16)}, {g(3) + 1, g(16)}},
-        {{g(9) + 1, g(14)}, {g(15) - 1, g(14)}, {g(16) - 1, g(15)}, {g(15) - 1, g(16)}, {g(9) + 1, g(16)}},
-        {{g(2), g(15) + 1}, {g(4), g(17) + 1}, {g(4), g(26) - 2}, {g(2), g(28) - 2}},
-        {{g(8), g(16) + 2}, {g(10), g(16) + 2}, {g(10), g(26) - 2}, {g(8), g(26) - 2}},
-        {{g(16), g(15) + 1}, {g(14), g(17) + 1}, {g(14), g(26) - 2}, {g(16), g(28) - 2}},
-        {{g(2), g(28)}, {g(4), g(26)}, {g(14), g(26)}, {g(16), g(28)}},
-        {{g(4) + 2, g(5 + d)}, {g(4) + 2, g(4) + 2}, {g(5 + d), g(4) + 2}, {g(8) - 2, g(12 - d)},
-         {g(8) - 2, g(14) - 2}, {g(7 - d), g(14) - 2}},
-        {{g(14) - 2, g(5 + d)}, {g(14) - 2, g(4) + 2}, {g(13 - d), g(4) + 2}, {g(10) + 2, g(12 - d)},
-         {g(10) + 2, g(14) - 2}, {g(11 + d), g(14) - 2}},
-        {{g(4) + 2, g(25 - d)}, {g(4) + 2, g(26) - 2}, {g(5 + d), g(26) - 2}, {g(8) - 2, g(18 + d)},
-         {g(8) - 2, g(16) + 2}, {g(7 - d), g(16) + 2}},
-        {{g(14) - 2, g(25 - d)}, {g(14) - 2, g(26) - 2}, {g(13 - d), g(26) - 2}, {g(10) + 2, g(18 + d)},
-         {g(10) + 2, g(16) + 2}, {g(11 + d), g(16) + 2}},
-        {{g(16) + 2 + d, g(14)}, {g(18), g(14)}, {g(18), g(16)}, {g(16) + 2 + d, g(16)}},
-        {{g(16) + 2 + d, g(26)}, {g(18), g(26)}, {g(18), g(28)}, {g(16) + 2 + d, g(28)}},
+    struct TPolygon {
+        std::array<TPoint, 6> points;
+        std::size_t count;
+    };
+    const auto poly = [](std::initializer_list<TPoint> pts) {
+        TPolygon p{};
+        p.count = pts.size();
+        std::copy(pts.begin(), pts.end(), p.points.begin());
+        return p;
+    };
+    const std::array<TPolygon, 16> polygons = {
+        poly({{g(2), g(2)}, {g(16), g(2)}, {g(14), g(4)}, {g(4), g(4)}}),
+        poly({{g(2), g(2) + 2}, {g(4), g(4) + 2}, {g(4), g(13) - 1}, {g(2), g(15) - 1}}),
+        poly({{g(8), g(4) + 2}, {g(10), g(4) + 2}, {g(10), g(14) - 2}, {g(8), g(14) - 2}}),
+        poly({{g(16), g(2) + 2}, {g(14), g(4) + 2}, {g(14), g(13) - 1}, {g(16), g(15) - 1}}),
+        poly({{g(2) + 1, g(15)}, {g(3) + 1, g(14)}, {g(9) - 1, g(14)}, {g(9) - 1, g(16)}, {g(3) + 1, g(16)}}),
+        poly({{g(9) + 1, g(14)}, {g(15) - 1, g(14)}, {g(16) - 1, g(15)}, {g(15) - 1, g(16)}, {g(9) + 1, g(16)}}),
+        poly({{g(2), g(15) + 1}, {g(4), g(17) + 1}, {g(4), g(26) - 2}, {g(2), g(28) - 2}}),
+        poly({{g(8), g(16) + 2}, {g(10), g(16) + 2}, {g(10), g(26) - 2}, {g(8), g(26) - 2}}),
+        poly({{g(16), g(15) + 1}, {g(14), g(17) + 1}, {g(14), g(26) - 2}, {g(16), g(28) - 2}}),
+        poly({{g(2), g(28)}, {g(4), g(26)}, {g(14), g(26)}, {g(16), g(28)}}),
+        poly({{g(4) + 2, g(5 + d)}, {g(4) + 2, g(4) + 2}, {g(5 + d), g(4) + 2}, {g(8) - 2, g(12 - d)},
+         {g(8) - 2, g(14) - 2}, {g(7 - d), g(14) - 2}}),
+        poly({{g(14) - 2, g(5 + d)}, {g(14) - 2, g(4) + 2}, {g(13 - d), g(4) + 2}, {g(10) + 2, g(12 - d)},
+         {g(10) + 2, g(14) - 2}, {g(11 + d), g(14) - 2}}),
+        poly({{g(4) + 2, g(25 - d)}, {g(4) + 2, g(26) - 2}, {g(5 + d), g(26) - 2}, {g(8) - 2, g(18 + d)},
+         {g(8) - 2, g(16) + 2}, {g(7 - d), g(16) + 2}}),
+        poly({{g(14) - 2, g(25 - d)}, {g(14) - 2, g(26) - 2}, {g(13 - d), g(26) - 2}, {g(10) + 2, g(18 + d)},
+         {g(10) + 2, g(16) + 2}, {g(11 + d), g(16) + 2}}),
+        poly({{g(16) + 2 + d, g(14)}, {g(18), g(14)}, {g(18), g(16)}, {g(16) + 2 + d, g(16)}}),
+        poly({{g(16) + 2 + d, g(26)}, {g(18), g(26)}, {g(18), g(28)}, {g(16) + 2 + d, g(28)}}),
     };
     for (std::size_t i = 0; i < polygons.size(); ++i) {
         const bool lit = (m_segments >> (i + 1)) & 1u;
         const TColor color = lit ? m_litColor : m_unLitColor;
         c.Pen().SetColor(color);
         c.Brush().SetColor(color);
-        c.Polygon(polygons[i]);
+        c.Polygon(std::span<const TPoint>(polygons[i].points.data(), polygons[i].count));
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include "platform/core/ClassBuilder.h"
 
+#include <sys/prctl.h>
+
 namespace qv {
 
 TqxTimerThread::TqxTimerThread(TqxTimer& owner) : TThread(true), m_owner(owner) {}
@@ -9,6 +11,8 @@ TqxTimerThread::TqxTimerThread(TqxTimer& owner) : TThread(true), m_owner(owner) 
 TqxTimerThread::~TqxTimerThread() { StopAndJoin(); }
 
 void TqxTimerThread::Execute() {
+    // Wake-ups as close to the interval as the system allows (the default slack adds ~50 us).
+    ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
     SetPriority(m_owner.Priority());
     while (!Terminated()) {
         const bool sleptToTheEnd = Sleep(m_owner.Interval());

@@ -439,6 +439,12 @@ void TControl::ParentFontChanged() { Perform(CM_PARENTFONTCHANGED); }
 
 void TControl::PaintWindow(TCanvas& canvas) { Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas)); }
 
+TPixelBuffer& TControl::PaintBuffer() {
+    const TRect client = ClientRect();
+    m_paintBuffer.Resize(client.Width(), client.Height());
+    return m_paintBuffer;
+}
+
 void TControl::InvalidateRect(const TRect& r) {
     TCustomForm* form = ParentForm();
     if (!form || !Showing()) return;

@@ -301,6 +301,9 @@ protected:
     // Runs the control's paint (WM_ERASEBKGND then WM_PAINT) into `canvas`, which shows the
     // control's client area with what lies beneath already in it.
     virtual void PaintWindow(TCanvas& canvas);
+    // The control's off-screen surface while it paints, kept between paints so that
+    // repainting allocates nothing; always the control's size.
+    TPixelBuffer& PaintBuffer();
 
 private:
     void DoMouseDown(TMessage& Message, TMouseButtonKind Button, TShiftState Shift);
@@ -329,6 +332,7 @@ private:
     TDragMode m_dragMode{dmManual};
     TCursor m_dragCursor{crDrag};
     std::unique_ptr<TCanvas> m_canvas;
+    TPixelBuffer m_paintBuffer;
 };
 
 // True when `ch` is the accelerator of `caption` (the character after a single '&').

@@ -414,25 +414,38 @@ void CopyArea(const TPixelBuffer& from, TPoint fromOrigin, TPixelBuffer& to, TPo
 
 } // namespace
 
-void TWinControl::PaintControls(TPixelBuffer& surface) {
-    const TRect bounds = surface.Bounds();
-    for (TControl* c : std::vector<TControl*>(m_controls)) {
-        if (dynamic_cast<TWinControl*>(c) || !c->Visible() || (!c->IsDesigning() && c->Width() == 0)) continue;
-        const TRect area = Intersect(c->BoundsRect(), bounds);
-        if (area.IsEmpty()) continue;
-        TPixelBuffer own(c->Width(), c->Height());
-        const TPoint at{c->Left(), c->Top()};
-        CopyArea(surface, {0, 0}, own, at, area); // what lies beneath
-        TCanvas& canvas = c->Canvas();
-        canvas.SetTarget(&own);
-        try {
-            c->PaintWindow(canvas);
-        } catch (...) {
+// Runs a control's paint into `surface` (the control's client area), drawing only inside
+// `area` (control coordinates): the canvas is clipped to it, so a small damaged part of a
+// large control costs little.
+void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TRect& area) {
+    TCanvas& canvas = control.Canvas();
+    canvas.SetTarget(&surface);
+    HDC dc = canvas.Handle();
+    dc->SelectClipRgn(nullptr);
+    dc->IntersectClipRect(area);
+    struct TDetach {
+        TCanvas& canvas;
+        HDC dc;
+        ~TDetach() {
+            dc->SelectClipRgn(nullptr);
             canvas.SetTarget(nullptr);
-            throw;
         }
-        canvas.SetTarget(nullptr);
-        CopyArea(own, at, surface, {0, 0}, area);
+    } detach{canvas, dc};
+    control.PaintWindow(canvas);
+}
+
+void TWinControl::PaintControls(TPixelBuffer& surface, const TRect& area) {
+    for (TControl* c : std::vector<TControl*>(m_controls)) {
+        if (dynamic_cast<TWinControl*>(c) || !c->Visible()) continue;
+        const TRect part = Intersect(c->BoundsRect(), area);
+        if (part.IsEmpty()) continue;
+        const TPoint at{c->Left(), c->Top()};
+        TPixelBuffer& own = c->PaintBuffer();
+        CopyArea(surface, {0, 0}, own, at, part); // what lies beneath
+        TRect local = part;
+        OffsetRect(local, -at.x, -at.y);
+        PaintInto(*c, own, local);
+        CopyArea(own, at, surface, {0, 0}, part);
     }
 }
 
@@ -441,18 +454,12 @@ void TWinControl::PaintTree(TPixelBuffer& frame, TPoint origin, const TRect& cli
     const TRect visible = Intersect(Intersect(clip, Bounds(origin.x, origin.y, client.Width(), client.Height())),
                                     frame.Bounds());
     if (visible.IsEmpty()) return;
-    TPixelBuffer own(client.Width(), client.Height());
+    TPixelBuffer& own = PaintBuffer();
     CopyArea(frame, {0, 0}, own, origin, visible);
-    TCanvas& canvas = Canvas();
-    canvas.SetTarget(&own);
-    try {
-        PaintWindow(canvas);
-    } catch (...) {
-        canvas.SetTarget(nullptr);
-        throw;
-    }
-    canvas.SetTarget(nullptr);
-    PaintControls(own);
+    TRect local = visible;
+    OffsetRect(local, -origin.x, -origin.y);
+    PaintInto(*this, own, local);
+    PaintControls(own, local);
     CopyArea(own, origin, frame, {0, 0}, visible);
     for (TControl* c : std::vector<TControl*>(m_controls)) {
         auto* w = dynamic_cast<TWinControl*>(c);

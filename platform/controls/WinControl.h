@@ -101,8 +101,9 @@ protected:
 
     void WndProc(TMessage& Message) override;
     void PaintWindow(TCanvas& canvas) override;
-    // Paints the graphic children onto this control's surface.
-    void PaintControls(TPixelBuffer& surface);
+    // Paints the graphic children onto this control's surface, within `area`.
+    void PaintControls(TPixelBuffer& surface, const TRect& area);
+    static void PaintInto(TControl& control, TPixelBuffer& surface, const TRect& area);
 
 private:
     std::vector<TControl*> m_controls; // not owned: the owner frees them

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Prints the components' speed as "<name>: <value>" lines: the paint cost of each component
+# at its default size and at four times its size, the multimedia timer's lateness at 1 ms
+# beside a bare timerfd loop, and the thread timer's hand-over beside an eventfd hand-off.
+# Build the bench_components target first.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+binary=${BUILD_DIR:-build/default}/bench/bench_components
+[ -x "$binary" ] || { echo "components.sh: build the bench_components target first" >&2; exit 2; }
+"$binary" --timers --benchmark_format=csv "$@" 2>/dev/null | awk -F, '
+    /^"BM_/ { name = $1; gsub(/"/, "", name); printf "paint %s (%s): %.2f us\n", name, $10, $3; next }
+    /: / { print }'

@@ -1,0 +1,215 @@
+// Component speed: the paint cost of each component at its default size and at four times
+// its size (Google Benchmark), then, with --timers, the lateness of the multimedia timer at
+// 1 ms beside a bare timerfd loop, and the hand-over of a thread-timer tick to the main
+// thread beside a raw eventfd hand-off. bench/components.sh prints the figures.
+#include "indicators/Qled.h"
+#include "indicators/Qseg.h"
+#include "package/Package.h"
+#include "platform/backend/HeadlessBackend.h"
+#include "platform/controls/Application.h"
+#include "timing/Std2.h"
+
+#include <benchmark/benchmark.h>
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/prctl.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <thread>
+#include <vector>
+
+using namespace qv;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+// A form with one component; each iteration repaints the component's area.
+template <class C> void PaintCost(benchmark::State& state, std::function<void(C&)> setup) {
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 1200, 600);
+    form.Show();
+    auto* c = new C(&form);
+    c->SetParent(&form);
+    setup(*c);
+    const int scale = static_cast<int>(state.range(0));
+    if (scale > 1) c->SetBounds(0, 0, c->Width() * scale, c->Height() * scale);
+    form.PaintPending();
+    for (auto _ : state) {
+        c->Invalidate();
+        form.PaintPending();
+    }
+    state.SetLabel(std::to_string(c->Width()) + "x" + std::to_string(c->Height()));
+}
+
+void BM_LedRound(benchmark::State& s) { PaintCost<TqLed>(s, [](TqLed& c) { c.writeLedOn(true); }); }
+void BM_LedSquare(benchmark::State& s) {
+    PaintCost<TqLed>(s, [](TqLed& c) { c.SetLedStyle(lstSquare), c.SetSteelLook(true); });
+}
+void BM_Segment(benchmark::State& s) { PaintCost<TqSegment>(s, [](TqSegment& c) { c.SetChar('8'); }); }
+void BM_SegmentScaled(benchmark::State& s) {
+    // A segment cell grows through Size, not through its bounds.
+    PaintCost<TqSegment>(s, [&](TqSegment& c) { c.SetChar('8'), c.SetSize(static_cast<int>(s.range(0))); });
+}
+void BM_SegmentLabel(benchmark::State& s) {
+    PaintCost<TqSegmentLabel>(s, [&](TqSegmentLabel& c) { c.SetCaption("12.5 VOLT"), c.SetSize(static_cast<int>(s.range(0))); });
+}
+
+BENCHMARK(BM_LedRound)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_LedSquare)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Segment)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SegmentScaled)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SegmentLabel)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+
+struct TLateness {
+    double p50, p99, max;
+};
+
+TLateness Summarize(std::vector<double> us) {
+    std::sort(us.begin(), us.end());
+    const auto at = [&](double q) { return us[static_cast<std::size_t>(q * static_cast<double>(us.size() - 1))]; };
+    return {at(0.5), at(0.99), us.back()};
+}
+
+double MicrosSince(Clock::time_point deadline) {
+    return std::chrono::duration<double, std::micro>(Clock::now() - deadline).count();
+}
+
+// Lateness of each 1 ms tick of the multimedia timer past its absolute deadline.
+TLateness MultimediaTimerLateness(std::chrono::seconds span) {
+    std::vector<double> late;
+    late.reserve(10000);
+    std::atomic<bool> done{false};
+    Clock::time_point start;
+    std::atomic<long> tick{0};
+    TqxMMTimer timer(nullptr);
+    timer.SetEnabled(false);
+    timer.SetOnTimer([&](TObject*) {
+        if (done) return;
+        const long k = ++tick;
+        late.push_back(MicrosSince(start + std::chrono::milliseconds(k)));
+        if (Clock::now() - start > span) done = true;
+    });
+    start = Clock::now();
+    timer.SetInterval(1); // restarts the service timer: its first deadline is one period on
+    start = Clock::now();
+    timer.SetEnabled(true);
+    while (!done) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    timer.SetEnabled(false);
+    return Summarize(late);
+}
+
+// The same measured on a bare absolute timerfd loop with 1 ns timer slack.
+TLateness BareTimerfdLateness(std::chrono::seconds span) {
+    std::vector<double> late;
+    std::thread worker([&] {
+        ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+        const int fd = ::timerfd_create(CLOCK_MONOTONIC, 0);
+        timespec now{};
+        ::clock_gettime(CLOCK_MONOTONIC, &now);
+        itimerspec spec{};
+        spec.it_interval = {0, 1000000};
+        spec.it_value = now;
+        spec.it_value.tv_nsec += 1000000;
+        if (spec.it_value.tv_nsec >= 1000000000) spec.it_value.tv_nsec -= 1000000000, ++spec.it_value.tv_sec;
+        const auto start = Clock::now();
+        ::timerfd_settime(fd, TFD_TIMER_ABSTIME, &spec, nullptr);
+        for (long k = 1; Clock::now() - start < span; ++k) {
+            std::uint64_t n;
+            if (::read(fd, &n, sizeof n) != sizeof n) break;
+            late.push_back(MicrosSince(start + std::chrono::milliseconds(k)));
+            if (n > 1) k += static_cast<long>(n - 1);
+        }
+        ::close(fd);
+    });
+    worker.join();
+    return Summarize(late);
+}
+
+// From the worker waking for a tick to the handler running on the main thread.
+double ThreadTimerHandOverP50(int ticks) {
+    Application().SetBackend(std::make_unique<THeadlessBackend>(THeadlessBackend::TClockMode::Real));
+    std::vector<double> latency;
+    TqxTimer timer(nullptr);
+    Clock::time_point woke;
+    // The worker wakes after each interval; its wake time is one interval after the last
+    // tick's end, which the handler records.
+    Clock::time_point lastEnd = Clock::now();
+    timer.SetInterval(2);
+    timer.SetOnTimer([&](TObject*) {
+        latency.push_back(MicrosSince(lastEnd + std::chrono::milliseconds(2)));
+        lastEnd = Clock::now();
+    });
+    lastEnd = Clock::now();
+    while (static_cast<int>(latency.size()) < ticks) Application().HandleMessage();
+    timer.SetEnabled(false);
+    return Summarize(latency).p50;
+}
+
+double RawEventfdHandOverP50(int ticks) {
+    const int fd = ::eventfd(0, 0);
+    std::vector<double> latency;
+    std::atomic<bool> stop{false};
+    std::atomic<long long> sentAt{0};
+    std::thread worker([&] {
+        ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+        for (int i = 0; i < ticks && !stop; ++i) {
+            // Measured like the timer: from the moment the sleep should end.
+            const auto due = Clock::now() + std::chrono::milliseconds(2);
+            std::this_thread::sleep_until(due);
+            sentAt = due.time_since_epoch().count();
+            const std::uint64_t one = 1;
+            [[maybe_unused]] auto w = ::write(fd, &one, sizeof one);
+        }
+    });
+    for (int i = 0; i < ticks; ++i) {
+        pollfd p{fd, POLLIN, 0};
+        ::poll(&p, 1, -1);
+        std::uint64_t n;
+        [[maybe_unused]] auto r = ::read(fd, &n, sizeof n);
+        latency.push_back(MicrosSince(Clock::time_point(Clock::duration(sentAt.load()))));
+    }
+    stop = true;
+    worker.join();
+    ::close(fd);
+    return Summarize(latency).p50;
+}
+
+void ReportTimers() {
+    const auto ours = MultimediaTimerLateness(std::chrono::seconds(5));
+    const auto bare = BareTimerfdLateness(std::chrono::seconds(5));
+    std::printf("mmtimer lateness p50: ours %.1f us, timerfd %.1f us, ratio %.2f\n", ours.p50, bare.p50,
+                ours.p50 / std::max(bare.p50, 0.1));
+    std::printf("mmtimer lateness p99: ours %.1f us, timerfd %.1f us, ratio %.2f\n", ours.p99, bare.p99,
+                ours.p99 / std::max(bare.p99, 0.1));
+    std::printf("mmtimer lateness max: ours %.1f us, timerfd %.1f us\n", ours.max, bare.max);
+    const double handOver = ThreadTimerHandOverP50(500);
+    const double raw = RawEventfdHandOverP50(500);
+    std::printf("thread timer hand-over p50: ours %.1f us, eventfd %.1f us, ratio %.2f\n", handOver, raw,
+                handOver / std::max(raw, 0.1));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    bool timers = false;
+    std::vector<char*> args;
+    for (int i = 0; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--timers") == 0) timers = true;
+        else args.push_back(argv[i]);
+    }
+    int count = static_cast<int>(args.size());
+    InitializePackage();
+    benchmark::Initialize(&count, args.data());
+    benchmark::RunSpecifiedBenchmarks();
+    if (timers) ReportTimers();
+    FinalizePackage();
+    return 0;
+}
