@@ -145,29 +145,30 @@ private:
 
     static std::size_t RegisterSlot(int index) { return static_cast<std::size_t>(index - 1); }
 
-    void StoreLine(std::string_view text);
-    long double Evaluate();
-    void PushRegisters(long double value);
-    void FireEvents();
+    // Defined inline in TqCalc.cpp, the only file that calls them (see there).
+    inline void StoreLine(std::string_view text);
+    inline long double Evaluate();
+    inline void PushRegisters(long double value);
+    inline void FireEvents();
     std::string FormatValue(long double value) const;
     void ReportFormatError() const;
-    void SetError(TqCalcResult code);
+    inline void SetError(TqCalcResult code);
     // The character at a 1-based position; zero beyond the buffer.
-    char At(int position) const;
+    inline char At(int position) const;
 
     // The recursive-descent evaluator.
-    char NaesteTegn();
-    long double Tal();
-    FuncFunc FuncNr();
-    long double Parantes();
+    inline char NaesteTegn();
+    inline long double Tal();
+    inline FuncFunc FuncNr();
+    inline long double Parantes();
     // The factor's value, rounded to a double.
-    long double Faktor();
-    long double Identifier();
-    long double FunctionValue(FuncFunc n, long double x);
-    long double IntegerFunction(FuncFunc n, long double x);
-    long double UserFunction(const TFuncName& name, long double argument);
-    long double Led();
-    long double Udtryk();
+    inline long double Faktor();
+    inline long double Identifier();
+    inline long double FunctionValue(FuncFunc n, long double x);
+    inline long double IntegerFunction(FuncFunc n, long double x);
+    inline long double UserFunction(const TFuncName& name, long double argument);
+    inline long double Led();
+    inline long double Udtryk();
 
     // Mutable only so that a failed format can show TqxFormatError to OnError during a read.
     mutable TqCalcResult m_calcResult{TqxOK};

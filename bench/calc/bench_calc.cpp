@@ -1,8 +1,8 @@
 // The calculator against muparser, in the same run, on the same fresh strings: every
-// iteration copies the next text of a pool into a new std::string and has it parsed and
-// evaluated, so neither side can reuse the previous parse. The texts differ only in the
-// spelling of names (SIN/sin, PI/_pi); muparser gives "^" a higher precedence, which does
-// not change what is timed.
+// iteration hands the next text of a pool of distinct texts to be parsed and evaluated, so
+// neither side can reuse the previous parse. The two pools differ only in the spelling of
+// names (SIN/sin, PI/_pi); muparser gives "^" a higher precedence, which does not change
+// what is timed.
 //
 //   bench_calc              the usual Google Benchmark table
 //   bench_calc --ratio      the table, then one line per expression:
@@ -55,9 +55,8 @@ void Ours(benchmark::State& state, const std::vector<std::string>& texts) {
     qv::TqCalc calc(nullptr);
     std::size_t next = 0;
     for (auto _ : state) {
-        const std::string fresh = texts[next];
+        calc.SetCalcLine(texts[next]);
         next = (next + 1) % texts.size();
-        calc.SetCalcLine(fresh);
         benchmark::DoNotOptimize(calc.NumberNum());
     }
     if (calc.CalcResult() != qv::TqxOK)
@@ -68,9 +67,8 @@ void Muparser(benchmark::State& state, const std::vector<std::string>& texts) {
     mu::Parser parser;
     std::size_t next = 0;
     for (auto _ : state) {
-        const std::string fresh = texts[next];
+        parser.SetExpr(texts[next]);
         next = (next + 1) % texts.size();
-        parser.SetExpr(fresh);
         benchmark::DoNotOptimize(parser.Eval());
     }
 }
