@@ -1,0 +1,403 @@
+#include "CustomComboBox.h"
+
+#include "ComboListWindow.h"
+
+#include "platform/core/ClassBuilder.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace qv {
+
+namespace {
+constexpr unsigned VkF4 = VK_F1 + 3;
+} // namespace
+
+const TClassInfo& TCustomComboBox::StaticClassInfo() {
+    static const TClassInfo info =
+        TClassBuilder<TCustomComboBox>("TCustomComboBox", &TWinControl::StaticClassInfo()).Build();
+    return info;
+}
+
+TCustomComboBox::TCustomComboBox(TComponent* AOwner)
+    : TWinControl(AOwner), m_items(std::make_unique<TStringList>()) {
+    SetControlStyle({csCaptureMouse, csSetCaption, csDoubleClicks, csFixedHeight});
+    SetTabStop(true);
+    SetColor(clWindow);
+    SetBounds(Left(), Top(), 145, 0);
+    m_items->OnChange = [this](TObject*) { ItemsChanged(); };
+}
+
+TCustomComboBox::~TCustomComboBox() {
+    m_items->OnChange = nullptr;
+    CloseList(false);
+}
+
+// Properties.
+
+int TCustomComboBox::ItemHeight() const {
+    return OwnerDrawn() ? m_itemHeight : TextLineHeight(*Font());
+}
+
+void TCustomComboBox::SetItemHeight(int v) {
+    if (v <= 0 || v == m_itemHeight) return;
+    m_itemHeight = v;
+    SetHeight(0);
+    Invalidate();
+}
+
+void TCustomComboBox::SetStyle(TComboBoxStyle v) {
+    if (v == m_style) return;
+    m_style = v;
+    SetHeight(0);
+    Invalidate();
+}
+
+void TCustomComboBox::SetDropDownCount(int v) {
+    m_dropDownCount = std::max(v, 1);
+}
+
+// The field shows one row and a line above and below it; the height follows from that.
+int TCustomComboBox::FieldHeight() const {
+    return OwnerDrawn() ? ItemHeight() : ItemHeight() + 2;
+}
+
+void TCustomComboBox::SetBounds(int ALeft, int ATop, int AWidth, int) {
+    TWinControl::SetBounds(ALeft, ATop, AWidth, FieldHeight() + 2 * ClientEdgeWidth + 2);
+}
+
+void TCustomComboBox::SetItemIndex(int v) {
+    if (v < -1 || v >= m_items->Count()) v = -1;
+    if (v == m_itemIndex) return;
+    m_itemIndex = v;
+    SyncText();
+    Invalidate();
+}
+
+void TCustomComboBox::SyncText() {
+    m_syncingText = true;
+    SetText(m_itemIndex >= 0 ? m_items->Get(m_itemIndex) : std::string());
+    m_syncingText = false;
+}
+
+// Setting Text selects the item with that text.
+void TCustomComboBox::CMTextChanged(TMessage& Message) {
+    TWinControl::CMTextChanged(Message);
+    if (m_syncingText) return;
+    const int index = m_items->IndexOf(Text());
+    if (index != m_itemIndex) m_itemIndex = index;
+    SyncText();
+    Invalidate();
+}
+
+void TCustomComboBox::ItemsChanged() {
+    if (m_itemIndex >= m_items->Count()) m_itemIndex = -1;
+    SyncText();
+    Invalidate();
+    if (m_list) CloseList(false);
+}
+
+void TCustomComboBox::CMFontChanged(TMessage& Message) {
+    TWinControl::CMFontChanged(Message);
+    SetHeight(0);
+}
+
+void TCustomComboBox::Change() {
+    if (OnChange) OnChange(this);
+}
+
+void TCustomComboBox::DropDown() {
+    if (OnDropDown) OnDropDown(this);
+}
+
+void TCustomComboBox::SelectByUser(int index) {
+    if (m_items->Count() == 0) return;
+    index = std::clamp(index, 0, m_items->Count() - 1);
+    if (index == m_itemIndex) return;
+    SetItemIndex(index);
+    Click();
+    Change();
+}
+
+// The list.
+
+void TCustomComboBox::SetDroppedDown(bool v) {
+    if (v == DroppedDown()) return;
+    if (v)
+        OpenList();
+    else
+        CloseList(false);
+}
+
+TCustomForm* TCustomComboBox::ListWindow() const {
+    return m_list;
+}
+
+void TCustomComboBox::OpenList() {
+    if (m_list) return;
+    DropDown();
+    const int rows = std::min(std::max(m_items->Count(), 1), m_dropDownCount);
+    m_list = new TComboListWindow(*this, ItemHeight(), rows);
+    m_list->SetHotIndex(m_itemIndex);
+    m_list->Show();
+    Invalidate();
+}
+
+void TCustomComboBox::CloseList(bool choose) {
+    if (!m_list) return;
+    TComboListWindow* list = m_list;
+    m_list = nullptr;
+    const int chosen = list->HotIndex();
+    list->Release();
+    m_buttonDown = false;
+    Invalidate();
+    if (choose && chosen >= 0) SelectByUser(chosen);
+}
+
+void TCustomComboBox::ListCancelled(bool pressOnSelf) {
+    m_ignoreNextPress = pressOnSelf;
+    CloseList(false);
+}
+
+int TCustomComboBox::ListRowAt(int x, int y) const {
+    if (!m_list) return -1;
+    return m_list->RowAt(m_list->ScreenToClient(ClientToScreen({x, y})));
+}
+
+// Keyboard.
+
+void TCustomComboBox::WMGetDlgCode(TMessage& Message) {
+    Message.Result = DLGC_WANTARROWS | DLGC_WANTCHARS | (m_list ? DLGC_WANTALLKEYS : 0);
+}
+
+void TCustomComboBox::KeyDown(unsigned& Key, TShiftState Shift) {
+    TWinControl::KeyDown(Key, Shift);
+    if (Key == 0) return;
+    if (m_list ? HandleListKey(Key, Shift) : HandleClosedKey(Key, Shift)) Key = 0;
+}
+
+bool TCustomComboBox::HandleListKey(unsigned key, TShiftState shift) {
+    const int hot = m_list->HotIndex();
+    const int page = std::max(m_list->VisibleRows() - 1, 1);
+    switch (key) {
+    case VK_ESCAPE:
+        CloseList(false);
+        return true;
+    case VK_RETURN:
+    case VkF4:
+        CloseList(true);
+        return true;
+    case VK_UP:
+    case VK_DOWN:
+        if (shift.Contains(ssAlt))
+            CloseList(true);
+        else
+            m_list->SetHotIndex(hot < 0 ? 0 : hot + (key == VK_DOWN ? 1 : -1));
+        return true;
+    case VK_PRIOR:
+        m_list->SetHotIndex(hot - page);
+        return true;
+    case VK_NEXT:
+        m_list->SetHotIndex(hot + page);
+        return true;
+    case VK_HOME:
+        m_list->SetHotIndex(0);
+        return true;
+    case VK_END:
+        m_list->SetHotIndex(m_items->Count() - 1);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool TCustomComboBox::HandleClosedKey(unsigned key, TShiftState shift) {
+    if (key == VkF4 || (key == VK_DOWN && shift.Contains(ssAlt))) {
+        OpenList();
+        return true;
+    }
+    switch (key) {
+    case VK_UP:
+    case VK_LEFT:
+        SelectByUser(m_itemIndex < 0 ? 0 : m_itemIndex - 1);
+        return true;
+    case VK_DOWN:
+    case VK_RIGHT:
+        SelectByUser(m_itemIndex + 1);
+        return true;
+    case VK_PRIOR:
+        SelectByUser(m_itemIndex - (m_dropDownCount - 1));
+        return true;
+    case VK_NEXT:
+        SelectByUser(m_itemIndex + (m_dropDownCount - 1));
+        return true;
+    case VK_HOME:
+        SelectByUser(0);
+        return true;
+    case VK_END:
+        SelectByUser(m_items->Count() - 1);
+        return true;
+    default:
+        return false;
+    }
+}
+
+int TCustomComboBox::IndexStartingWith(char ch, int after) const {
+    const int count = m_items->Count();
+    for (int step = 1; step <= count; ++step) {
+        const int index = (std::max(after, -1) + step) % count;
+        const std::string item = m_items->Get(index);
+        if (!item.empty() && std::toupper(static_cast<unsigned char>(item[0])) ==
+                                 std::toupper(static_cast<unsigned char>(ch)))
+            return index;
+    }
+    return -1;
+}
+
+void TCustomComboBox::KeyPress(char& Key) {
+    TWinControl::KeyPress(Key);
+    if (static_cast<unsigned char>(Key) < 0x20 || m_items->Count() == 0) return;
+    if (m_list) {
+        const int index = IndexStartingWith(Key, m_list->HotIndex());
+        if (index >= 0) m_list->SetHotIndex(index);
+    } else if (const int index = IndexStartingWith(Key, m_itemIndex); index >= 0) {
+        SelectByUser(index);
+    }
+}
+
+// Mouse: a press toggles the list; dragging into the open list and releasing chooses.
+
+void TCustomComboBox::MouseDown(TMouseButtonKind Button, TShiftState Shift, int X, int Y) {
+    if (Button == mbLeft) {
+        if (!Focused() && CanFocus()) SetFocus();
+        if (m_ignoreNextPress)
+            m_ignoreNextPress = false;
+        else if (m_list)
+            CloseList(false);
+        else {
+            m_buttonDown = true;
+            OpenList();
+        }
+    }
+    TWinControl::MouseDown(Button, Shift, X, Y);
+}
+
+void TCustomComboBox::MouseMove(TShiftState Shift, int X, int Y) {
+    if (MouseCapture() && m_list) {
+        if (const int row = ListRowAt(X, Y); row >= 0) m_list->SetHotIndex(row);
+    }
+    TWinControl::MouseMove(Shift, X, Y);
+}
+
+void TCustomComboBox::MouseUp(TMouseButtonKind Button, TShiftState Shift, int X, int Y) {
+    if (Button == mbLeft) {
+        if (m_buttonDown) {
+            m_buttonDown = false;
+            Invalidate();
+        }
+        if (const int row = ListRowAt(X, Y); row >= 0) {
+            m_list->SetHotIndex(row);
+            CloseList(true);
+        }
+    }
+    TWinControl::MouseUp(Button, Shift, X, Y);
+}
+
+// Focus.
+
+void TCustomComboBox::WMSetFocus(TMessage& Message) {
+    TWinControl::WMSetFocus(Message);
+    Invalidate();
+}
+
+void TCustomComboBox::WMKillFocus(TMessage& Message) {
+    TWinControl::WMKillFocus(Message);
+    CloseList(false);
+    Invalidate();
+}
+
+// Painting.
+
+TRect TCustomComboBox::ButtonRect() const {
+    TRect inner = ClientRect();
+    InflateRect(inner, -ClientEdgeWidth, -ClientEdgeWidth);
+    return {std::max(inner.right - ButtonWidth, inner.left), inner.top, inner.right, inner.bottom};
+}
+
+// The field lies left of the button, a pixel inside the edge.
+TRect TCustomComboBox::FieldRect() const {
+    TRect field = ClientRect();
+    InflateRect(field, -ClientEdgeWidth - 1, -ClientEdgeWidth - 1);
+    field.right = ButtonRect().left - 1;
+    return field;
+}
+
+void TCustomComboBox::DrawItem(int Index, TRect Rect, TOwnerDrawState State) {
+    if (OnDrawItem)
+        OnDrawItem(this, Index, Rect, State);
+    else
+        DrawItemText(Canvas(), Rect,
+                     Index < m_items->Count() ? m_items->Get(Index) : std::string());
+}
+
+void TCustomComboBox::PaintItem(TCanvas& canvas, int index, const TRect& rect,
+                                TOwnerDrawState state) {
+    if (!Enabled()) state.Include(odDisabled);
+    PaintListItem(canvas, *Font(), Color(), index, rect, state, [&] {
+        if (OwnerDrawn()) {
+            DrawItem(index, rect, state);
+            return;
+        }
+        if (!Enabled()) canvas.Font().SetColor(clGrayText);
+        DrawItemText(canvas, rect, m_items->Get(index));
+    });
+}
+
+void TCustomComboBox::PaintField(TCanvas& canvas) {
+    TOwnerDrawState state{odComboBoxEdit};
+    if (Focused() && !m_list) state = state + TOwnerDrawState{odSelected, odFocused};
+    const TRect field = FieldRect();
+    if (m_itemIndex < 0 && state.Contains(odFocused)) {
+        canvas.Brush().SetColor(clHighlight);
+        canvas.FillRect(field);
+        canvas.DrawFocusRect(field);
+        return;
+    }
+    PaintItem(canvas, m_itemIndex, field, state);
+}
+
+// A raised push button with a down arrow; pushed in while pressed.
+void TCustomComboBox::PaintButton(TCanvas& canvas, TRect rect) const {
+    const bool pushed = m_buttonDown;
+    if (pushed) {
+        canvas.Brush().SetColor(clBtnShadow);
+        canvas.FrameRect(rect);
+        InflateRect(rect, -1, -1);
+    } else {
+        Frame3D(canvas, rect, cl3DLight, cl3DDkShadow, 1);
+        Frame3D(canvas, rect, clBtnHighlight, clBtnShadow, 1);
+    }
+    canvas.Brush().SetColor(clBtnFace);
+    canvas.FillRect(rect);
+    const int shift = pushed ? 1 : 0;
+    const int x = (rect.left + rect.right) / 2 - 3 + shift;
+    const int y = (rect.top + rect.bottom) / 2 - 2 + shift;
+    canvas.Pen().SetColor(Enabled() ? clBtnText : clGrayText);
+    for (int row = 0; row < 4; ++row) {
+        canvas.MoveTo(x + row, y + row);
+        canvas.LineTo(x + 7 - row, y + row);
+    }
+}
+
+void TCustomComboBox::WMPaint(TMessage&) {
+    TCanvas& canvas = Canvas();
+    TRect rect = ClientRect();
+    canvas.Brush().SetStyle(bsSolid);
+    canvas.Brush().SetColor(Color());
+    canvas.FillRect(rect);
+    DrawClientEdge(canvas, rect);
+    PaintButton(canvas, ButtonRect());
+    PaintField(canvas);
+}
+
+} // namespace qv
