@@ -54,7 +54,7 @@ template <class C> void PublishControlProperty(TClassBuilder<C>& b, std::string_
     else if (name == "OnResize") b.Event("OnResize", &C::OnResize);
     else if constexpr (std::is_base_of_v<TWinControl, C>) {
         if (name == "TabStop") b.Property("TabStop", &C::TabStop, &C::SetTabStop);
-        else if (name == "TabOrder") b.Property("TabOrder", &C::TabOrder, &C::SetTabOrder).NotStored();
+        else if (name == "TabOrder") b.Property("TabOrder", &C::TabOrder, &C::SetTabOrder).Default(-1);
         else if (name == "OnEnter") b.Event("OnEnter", &C::OnEnter);
         else if (name == "OnExit") b.Event("OnExit", &C::OnExit);
         else if (name == "OnKeyDown") b.Event("OnKeyDown", &C::OnKeyDown);

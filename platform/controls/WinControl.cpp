@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace qv {
 
@@ -39,6 +40,7 @@ HWND TWinControl::Handle() {
 void TWinControl::InsertControl(TControl* control) {
     control->m_parent = this;
     m_controls.push_back(control);
+    if (auto* win = dynamic_cast<TWinControl*>(control)) m_tabList.push_back(win);
     if (IsDesigning()) control->SetDesigning(true);
     if (control->ParentColor()) control->ParentColorChanged();
     if (control->ParentFont()) control->ParentFontChanged();
@@ -63,6 +65,7 @@ void TWinControl::RemoveControl(TControl* control) {
         }
     }
     m_controls.erase(std::find(m_controls.begin(), m_controls.end(), control));
+    if (auto* win = dynamic_cast<TWinControl*>(control)) std::erase(m_tabList, win);
     control->m_parent = nullptr;
     if (control->Align() != alNone) Realign();
 }
@@ -156,38 +159,45 @@ void TWinControl::AlignControls(TRect& rect) {
 
 int TWinControl::TabOrder() const {
     if (!Parent()) return 0;
-    int order = 0;
-    for (int i = 0; i < Parent()->ControlCount(); ++i) {
-        auto* w = dynamic_cast<TWinControl*>(Parent()->Controls(i));
-        if (!w) continue;
-        if (w == this) return order;
-        ++order;
-    }
-    return -1;
+    const auto& list = Parent()->m_tabList;
+    const auto it = std::find(list.begin(), list.end(), this);
+    return it == list.end() ? -1 : static_cast<int>(it - list.begin());
 }
 
+// The tab order is a list of its own: changing it leaves the z-order alone. While a form
+// file is read, the value waits until the siblings exist (Loaded).
 void TWinControl::SetTabOrder(int value) {
+    if (IsLoading()) {
+        m_pendingTabOrder = value;
+        return;
+    }
     TWinControl* parent = Parent();
     if (!parent) return;
-    // The tab order is the order of the windowed children in the parent's list.
-    std::vector<TControl*>& list = parent->m_controls;
-    list.erase(std::find(list.begin(), list.end(), this));
-    int order = 0;
-    auto it = list.begin();
-    for (; it != list.end(); ++it) {
-        if (!dynamic_cast<TWinControl*>(*it)) continue;
-        if (order == value) break;
-        ++order;
+    auto& list = parent->m_tabList;
+    std::erase(list, this);
+    const auto index = static_cast<std::size_t>(std::clamp(value, 0, static_cast<int>(list.size())));
+    list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), this);
+}
+
+void TWinControl::Loaded() {
+    TControl::Loaded();
+    // Children read with a tab order take their places, lowest first.
+    std::vector<TWinControl*> ordered;
+    for (TWinControl* w : m_tabList)
+        if (w->m_pendingTabOrder >= 0) ordered.push_back(w);
+    std::stable_sort(ordered.begin(), ordered.end(),
+                     [](const TWinControl* a, const TWinControl* b) { return a->m_pendingTabOrder < b->m_pendingTabOrder; });
+    for (TWinControl* w : ordered) {
+        const int order = std::exchange(w->m_pendingTabOrder, -1);
+        w->SetTabOrder(order);
     }
-    list.insert(it, this);
 }
 
 void TWinControl::GetTabOrderList(std::vector<TWinControl*>& list) const {
-    for (TControl* c : m_controls)
-        if (auto* w = dynamic_cast<TWinControl*>(c)) {
-            list.push_back(w);
-            w->GetTabOrderList(list);
-        }
+    for (TWinControl* w : m_tabList) {
+        list.push_back(w);
+        w->GetTabOrderList(list);
+    }
 }
 
 bool TWinControl::CanFocus() const {

@@ -60,6 +60,7 @@ public:
 
     void GetChildren(const std::function<void(TComponent*)>& Proc, TComponent* Root) const override;
     void SetBounds(int ALeft, int ATop, int AWidth, int AHeight) override;
+    void Loaded() override;
 
     // Paints this control and its children into `frame` (the form's frame buffer), within
     // `clip`; `origin` is where this control's client area lies in the frame.
@@ -106,7 +107,9 @@ protected:
     static void PaintInto(TControl& control, TPixelBuffer& surface, const TRect& area);
 
 private:
-    std::vector<TControl*> m_controls; // not owned: the owner frees them
+    std::vector<TControl*> m_controls; // z-order, bottom first; not owned: the owner frees them
+    std::vector<TWinControl*> m_tabList; // the windowed children in tab order
+    int m_pendingTabOrder{-1};         // a tab order read from a form file, applied in Loaded
     HWND m_handle{0};
     bool m_tabStop{false};
     TBrush m_brush;

@@ -457,3 +457,32 @@ TEST_F(Framework, PopupMenuOpensOnRightClickAndRunsTheChosenItem) {
     delete menu;
     EXPECT_EQ(p->PopupMenu(), nullptr);
 }
+
+TEST_F(Framework, TabOrderIsIndependentOfTheZOrderAndIsRestoredFromFormFiles) {
+    TProbe* a = AddProbe("A", {0, 0, 20, 20});
+    TProbe* b = AddProbe("B", {10, 10, 30, 30});
+    b->SetTabOrder(0);
+    EXPECT_EQ(b->TabOrder(), 0);
+    EXPECT_EQ(a->TabOrder(), 1);
+    EXPECT_EQ(form->Controls(1), b); // still painted on top
+    b->SetTabOrder(99); // clamped to the end
+    EXPECT_EQ(b->TabOrder(), 1);
+
+    // Read in an order that differs from the tab order.
+    TForm loaded(nullptr);
+    loaded.BeginLoading();
+    auto* x = new TProbe(&loaded);
+    x->SetParent(&loaded);
+    x->BeginLoading();
+    x->SetTabOrder(1);
+    auto* y = new TProbe(&loaded);
+    y->SetParent(&loaded);
+    y->BeginLoading();
+    y->SetTabOrder(0);
+    x->Loaded();
+    y->Loaded();
+    loaded.Loaded();
+    EXPECT_EQ(y->TabOrder(), 0);
+    EXPECT_EQ(x->TabOrder(), 1);
+    EXPECT_EQ(loaded.Controls(0), x);
+}
