@@ -1,4 +1,4 @@
-// The calculator as a component: registers, formatting, events, user functions, published
+// The calculator as a component: registers, events, formatting, user functions, published
 // properties and form files.
 
 #include "CalcTestSupport.h"
@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -19,108 +18,75 @@ using namespace qv;
 
 namespace {
 
-std::vector<long double> Registers(const TqCalc& calc) {
-    std::vector<long double> values;
+using TValues = std::vector<long double>;
+
+TValues Registers(const TqCalc& calc) {
+    TValues values;
     for (int i = 1; i <= TqCalc::RegisterCount; ++i)
         values.push_back(calc.RegisterNum(i));
     return values;
 }
 
+void EvaluateAll(TqCalc& calc, std::initializer_list<const char*> lines) {
+    for (const char* line : lines)
+        calc.SetCalcLine(line);
+}
+
 } // namespace
 
-TEST(CalcRegisters, EachEvaluationPushesItsResult) {
+TEST(CalcRegisters, EveryEvaluationPushesItsResultUnlessSwitchedOff) {
     TqCalc calc(nullptr);
-    for (const char* line : {"1", "2", "3", "4", "5"})
-        calc.SetCalcLine(line);
-    EXPECT_EQ(Registers(calc), (std::vector<long double>{5, 4, 3, 2, 1, 0, 0, 0, 0}));
-    for (const char* line : {"6", "7", "8", "9", "10"})
-        calc.SetCalcLine(line);
-    EXPECT_EQ(Registers(calc), (std::vector<long double>{10, 9, 8, 7, 6, 5, 4, 3, 2}));
-}
-
-TEST(CalcRegisters, FailedEvaluationsPushToo) {
-    TqCalc calc(nullptr);
-    calc.SetCalcLine("7/0"); // the division leaves 7
-    calc.SetCalcLine("X");
-    calc.SetCalcLine("EXP(99999)");
-    EXPECT_EQ(Registers(calc), (std::vector<long double>{0, 0, 7, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(calc.NumberNum(), 0.0L);
-}
-
-TEST(CalcRegisters, NoPushWhenSwitchedOff) {
-    TqCalc calc(nullptr);
-    calc.SetCalcLine("3");
+    EvaluateAll(calc, {"1", "2", "3", "4", "5"});
+    EXPECT_EQ(Registers(calc), (TValues{5, 4, 3, 2, 1, 0, 0, 0, 0}));
+    EvaluateAll(calc, {"6", "7", "8", "9", "10"});
+    EXPECT_EQ(Registers(calc), (TValues{10, 9, 8, 7, 6, 5, 4, 3, 2}));
+    EvaluateAll(calc, {"7/0", "X", "EXP(99999)"}); // failures push too; 7/0 leaves 7
+    EXPECT_EQ(Registers(calc), (TValues{0, 0, 7, 10, 9, 8, 7, 6, 5}));
     calc.SetPushResult(false);
     calc.SetCalcLine("4");
-    EXPECT_EQ(calc.RegisterNum(1), 3.0L);
+    EXPECT_EQ(calc.RegisterNum(4), 10.0L);
     EXPECT_EQ(calc.NumberNum(), 4.0L);
 }
 
-TEST(CalcRegisters, ExpressionsReadRegistersAsDoubles) {
-    TqCalc calc(nullptr);
-    calc.SetCalcLine("21");
-    calc.SetCalcLine("a*2+b");
-    EXPECT_EQ(calc.NumberNum(), 42.0L + 0);
-    calc.SetRegisterNum(9, 1.0L / 3.0L);
-    calc.SetCalcLine("J");
-    EXPECT_EQ(calc.NumberNum(), static_cast<long double>(1.0 / 3.0));
-    calc.SetRegisterNum(2, 1e400L);
-    EXPECT_EQ(Evaluate(calc, "B").code, TqxOverFlow);
-}
-
-TEST(CalcRegisters, WritingARegisterNeitherEvaluatesNorFires) {
+TEST(CalcRegisters, ExpressionsReadThemAsDoublesAndWritesDoNotEvaluate) {
     TqCalc calc(nullptr);
     int events = 0;
     calc.OnOK = [&](TObject*) { ++events; };
-    calc.OnError = [&](TObject*, const std::string&, std::uint8_t) { ++events; };
-    calc.SetRegisterNum(4, 2.5L);
-    calc.SetFormatLine("%.1f");
-    EXPECT_EQ(events, 0);
-    EXPECT_EQ(calc.RegisterText(4), "2.5");
-    EXPECT_EQ(calc.NumberNum(), 0.0L);
+    EvaluateAll(calc, {"21", "a*2+b"});
+    EXPECT_EQ(calc.NumberNum(), 42.0L);
+    calc.SetRegisterNum(9, 1.0L / 3);
+    calc.SetRegisterNum(2, 1e400L);
+    EXPECT_EQ(events, 2);
+    EXPECT_EQ(calc.NumberNum(), 42.0L);
+    calc.SetCalcLine("J");
+    EXPECT_EQ(calc.NumberNum(), static_cast<long double>(1.0 / 3));
+    EXPECT_EQ(Evaluate(calc, "C").code, TqxOverFlow); // the push moved B to C
 }
 
 TEST(CalcEvents, OnlyOneEventFiresWithTheLineAndPosition) {
     TqCalc calc(nullptr);
     std::vector<std::string> seen;
-    calc.OnOK = [&](TObject* sender) {
-        EXPECT_EQ(sender, &calc);
-        seen.push_back("ok");
-    };
+    calc.OnOK = [&](TObject* sender) { seen.push_back(sender == &calc ? "ok" : "?"); };
     calc.OnError = [&](TObject* sender, const std::string& line, std::uint8_t where) {
         EXPECT_EQ(sender, &calc);
         seen.push_back(line + "@" + std::to_string(where) + "=" +
                        std::to_string(static_cast<int>(calc.CalcResult())));
     };
-    calc.SetCalcLine("");
-    calc.SetCalcLine("2*X1");
-    calc.SetCalcLine("(2");
-    calc.SetCalcLine("(" + std::string(253, '1'));
-    EXPECT_EQ(seen, (std::vector<std::string>{"ok", "2*X1@4=2", "(2@4=4",
-                                              "(" + std::string(253, '1') + "@0=4"}));
-    EXPECT_EQ(calc.RegisterNum(4), 0.0L); // the empty line pushed 0
+    const std::string full = "(" + std::string(253, '1');
+    for (const std::string& line : {std::string(), std::string("2*X1"), full})
+        calc.SetCalcLine(line);
+    EXPECT_EQ(seen, (std::vector<std::string>{"ok", "2*X1@4=2", full + "@0=4"}));
 }
 
-TEST(CalcFormatting, NumberAndRegistersUseExponentFormByDefault) {
+TEST(CalcFormatting, NumberAndRegistersGoThroughTheFormatLine) {
     TqCalc calc(nullptr);
     EXPECT_EQ(calc.Number(), "0.00000000000000E+000");
-    calc.SetCalcLine("1");
-    EXPECT_EQ(calc.Number(), "1.00000000000000E+000");
-    calc.SetCalcLine("0-2.5");
+    EvaluateAll(calc, {"PI", "0-2.5"});
     EXPECT_EQ(calc.Number(), "-2.50000000000000E+000");
-    EXPECT_EQ(calc.RegisterText(1), "-2.50000000000000E+000");
-    EXPECT_EQ(calc.RegisterText(2), "1.00000000000000E+000");
+    EXPECT_EQ(calc.RegisterText(2), "3.14159265358979E+000");
     EXPECT_EQ(calc.RegisterText(9), "0.00000000000000E+000");
-}
-
-TEST(CalcFormatting, AFormatLineAppliesOnTheNextRead) {
-    TqCalc calc(nullptr);
-    calc.SetCalcLine("PI");
     calc.SetFormatLine("%.3f rad");
-    EXPECT_EQ(calc.Number(), "3.142 rad");
-    EXPECT_EQ(calc.RegisterText(1), "3.142 rad");
-    calc.SetFormatLine("");
-    EXPECT_EQ(calc.Number(), "3.14159265358979E+000");
+    EXPECT_EQ(calc.RegisterText(2), "3.142 rad");
 }
 
 TEST(CalcFormatting, AnUnusableFormatIsReportedThroughOnError) {
@@ -137,21 +103,14 @@ TEST(CalcFormatting, AnUnusableFormatIsReportedThroughOnError) {
     EXPECT_EQ(calc.RegisterText(3), "");
     EXPECT_EQ(seen, (std::vector<std::string>{"%d@0", "%d@0"}));
     EXPECT_EQ(calc.CalcResult(), TqxDivZero); // put back after the event
-}
-
-TEST(CalcFormatting, TheCodeIsPutBackWhenTheHandlerRaises) {
-    TqCalc calc(nullptr);
-    calc.SetFormatLine("%s");
     calc.OnError = [](TObject*, const std::string&, std::uint8_t) { throw EConvertError("no"); };
     EXPECT_THROW(calc.Number(), EConvertError);
-    EXPECT_EQ(calc.CalcResult(), TqxOK);
-    calc.OnError = nullptr;
-    EXPECT_EQ(calc.Number(), "");
+    EXPECT_EQ(calc.CalcResult(), TqxDivZero); // put back when the handler raises too
 }
 
 namespace {
 
-// A calculator that knows DOUBLE, HALF and TWICE and records what the events were given.
+// A calculator that knows DOUBLE, HALF, TWICE and ABCDEFGHIJ and records the events' names.
 class CalcUserFunctions : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -174,38 +133,26 @@ protected:
 } // namespace
 
 TEST_F(CalcUserFunctions, AnAcceptedNameIsCalledWithItsArgument) {
-    EXPECT_EQ(Evaluate(calc, "double(21)").value, 42.0L);
-    EXPECT_EQ(found, std::vector<std::string>{"DOUBLE"});
+    EXPECT_EQ(Evaluate(calc, "double(21)+SQRT(4)+A").value, 44.0L); // A holds 0
+    EXPECT_EQ(found, std::vector<std::string>{"DOUBLE"}); // built-in names are not offered
     EXPECT_EQ(called, std::vector<std::string>{"DOUBLE"});
     calc.OnUserFunc = nullptr;
     EXPECT_EQ(Evaluate(calc, "DOUBLE(21)").value, 21.0L);
 }
 
-TEST_F(CalcUserFunctions, BuiltInNamesAreNotOffered) {
-    calc.SetCalcLine("SQRT(4)+A");
-    EXPECT_TRUE(found.empty());
-}
-
-TEST_F(CalcUserFunctions, ARejectedNameIsMissing) {
+TEST_F(CalcUserFunctions, RejectedNamesAreMissingAndAcceptedOnesNeedParentheses) {
     EXPECT_EQ(Evaluate(calc, "TRIPLE(2)").code, TqxFunctionMissing);
     EXPECT_EQ(calc.WhereIsLastError(), 7);
-    EXPECT_TRUE(called.empty());
-}
-
-TEST_F(CalcUserFunctions, LongNamesAreOfferedAsTheirFirstTenLetters) {
-    EXPECT_EQ(Evaluate(calc, "ABCDEFGHIJKL(3)").value, 6.0L);
-    EXPECT_EQ(found, std::vector<std::string>{"ABCDEFGHIJ"});
-    EXPECT_EQ(called, std::vector<std::string>{"ABCDEFGHIJ"});
-    EXPECT_EQ(calc.WhereIsLastError(), 16);
-}
-
-TEST_F(CalcUserFunctions, TheNameSurvivesIdentifiersInsideTheArgument) {
-    EXPECT_EQ(Evaluate(calc, "TWICE(HALF(8)+PI*0)").value, 8.0L);
-    EXPECT_EQ(called, (std::vector<std::string>{"HALF", "TWICE"}));
-}
-
-TEST_F(CalcUserFunctions, AUserFunctionNeedsItsParentheses) {
     EXPECT_EQ(Evaluate(calc, "DOUBLE 3").code, TqxLeftPar);
+    // The function is still computed, on the argument 0, as every function after Parantes.
+    EXPECT_EQ(called, std::vector<std::string>{"DOUBLE"});
+}
+
+TEST_F(CalcUserFunctions, NamesAreCutToTenLettersAndSurviveTheArgument) {
+    EXPECT_EQ(Evaluate(calc, "ABCDEFGHIJKL(3)").value, 6.0L);
+    EXPECT_EQ(calc.WhereIsLastError(), 16);
+    EXPECT_EQ(Evaluate(calc, "TWICE(HALF(8)+PI*0)").value, 8.0L);
+    EXPECT_EQ(called, (std::vector<std::string>{"ABCDEFGHIJ", "HALF", "TWICE"}));
 }
 
 TEST_F(CalcUserFunctions, HandlerFaultsAreArithmeticFaults) {
@@ -213,12 +160,11 @@ TEST_F(CalcUserFunctions, HandlerFaultsAreArithmeticFaults) {
         throw EZeroDivide("Floating point division by zero");
     };
     EXPECT_EQ(Evaluate(calc, "1+DOUBLE(1)").code, TqxOverFlow);
-    calc.OnUserFunc = [](TObject*, const std::string&, long double) {
-        return std::numeric_limits<long double>::infinity();
-    };
-    EXPECT_EQ(Evaluate(calc, "DOUBLE(1)").code, TqxOverFlow);
-    calc.OnUserFunc = [](TObject*, const std::string&, long double) { return std::nanl(""); };
-    EXPECT_EQ(Evaluate(calc, "DOUBLE(1)").code, TqxOverFlow);
+    for (const long double bad : {std::numeric_limits<long double>::infinity(),
+                                  std::numeric_limits<long double>::quiet_NaN()}) {
+        calc.OnUserFunc = [bad](TObject*, const std::string&, long double) { return bad; };
+        EXPECT_EQ(Evaluate(calc, "DOUBLE(1)").code, TqxOverFlow);
+    }
 }
 
 TEST(CalcProperties, PublishedInTheClassicOrder) {
@@ -226,67 +172,33 @@ TEST(CalcProperties, PublishedInTheClassicOrder) {
     std::vector<std::string> names;
     for (const TPropInfo* p : GetPropList(calc))
         names.push_back(p->name);
-    const std::vector<std::string> expected = {"Name",
-                                               "Tag",
-                                               "OnFindUserFunc",
-                                               "OnUserFunc",
-                                               "PushResult",
-                                               "CalcResult",
-                                               "WhereIsLastError",
-                                               "CalcLine",
-                                               "FormatLine",
-                                               "Number",
-                                               "RegisterA",
-                                               "RegisterB",
-                                               "RegisterC",
-                                               "RegisterD",
-                                               "RegisterF",
-                                               "RegisterG",
-                                               "RegisterH",
-                                               "RegisterI",
-                                               "RegisterJ",
-                                               "RegisterANum",
-                                               "RegisterBNum",
-                                               "RegisterCNum",
-                                               "RegisterDNum",
-                                               "RegisterFNum",
-                                               "RegisterGNum",
-                                               "RegisterHNum",
-                                               "RegisterINum",
-                                               "RegisterJNum",
-                                               "NumberNum",
-                                               "OnError",
-                                               "OnOK"};
+    std::vector<std::string> expected = {
+        "Name",       "Tag",        "OnFindUserFunc",   "OnUserFunc",
+        "PushResult", "CalcResult", "WhereIsLastError", "CalcLine",
+        "FormatLine", "Number"};
+    for (const char* suffix : {"", "Num"})
+        for (const char r : TqCalc::RegisterNames)
+            expected.push_back(std::string("Register") + r + suffix);
+    expected.insert(expected.end(), {"NumberNum", "OnError", "OnOK"});
     EXPECT_EQ(names, expected);
 }
 
-TEST(CalcProperties, DisplayOnlyPropertiesDiscardWrites) {
+TEST(CalcProperties, DisplayOnlyPropertiesDiscardWritesAndCalcLineEvaluates) {
     TqCalc calc(nullptr);
-    calc.SetCalcLine("1/0");
-    for (const char* name : {"CalcResult", "WhereIsLastError", "Number", "RegisterA", "NumberNum"})
+    SetPropText(calc, "CalcLine", "'1/0'");
+    for (const char* name : {"CalcResult", "WhereIsLastError", "Number", "RegisterJ", "NumberNum"})
         EXPECT_TRUE(GetPropInfo(calc, name).displayOnly) << name;
-    EXPECT_FALSE(GetPropInfo(calc, "RegisterANum").displayOnly);
     EXPECT_EQ(GetPropInfo(calc, "CalcResult").type->name, "TqCalcResult");
     EXPECT_EQ(GetPropInfo(calc, "WhereIsLastError").type->name, "Byte");
     EXPECT_EQ(GetPropInfo(calc, "NumberNum").type->name, "Extended");
-
     SetPropText(calc, "CalcResult", "TqxOK");
     SetPropText(calc, "WhereIsLastError", "9");
     SetPropText(calc, "NumberNum", "5");
-    SetPropText(calc, "Number", "'5'");
-    EXPECT_EQ(calc.CalcResult(), TqxDivZero);
-    EXPECT_EQ(calc.WhereIsLastError(), 4);
-    EXPECT_EQ(calc.NumberNum(), 1.0L);
     EXPECT_EQ(GetPropText(calc, "CalcResult"), "TqxDivZero");
-}
-
-TEST(CalcProperties, WritingCalcLineByNameEvaluates) {
-    TqCalc calc(nullptr);
-    SetPropText(calc, "CalcLine", "'6*7'");
-    EXPECT_EQ(calc.NumberNum(), 42.0L);
+    EXPECT_EQ(calc.WhereIsLastError(), 4);
+    EXPECT_EQ(GetPropText(calc, "Number"), "'1.00000000000000E+000'");
     SetPropText(calc, "RegisterCNum", "2.5");
     EXPECT_EQ(calc.RegisterNum(3), 2.5L);
-    EXPECT_EQ(GetPropText(calc, "Number"), "'4.20000000000000E+001'");
 }
 
 namespace {
@@ -294,52 +206,41 @@ namespace {
 class CalcFormFile : public ::testing::Test {
 protected:
     void SetUp() override { RegisterClass(TqCalc::StaticClassInfo()); }
+
+    static std::unique_ptr<TqCalc> Read(const std::string& text) {
+        std::unique_ptr<TComponent> root = ReadComponentText(text);
+        auto* calc = dynamic_cast<TqCalc*>(root.get());
+        if (calc) root.release();
+        return std::unique_ptr<TqCalc>(calc);
+    }
 };
 
 } // namespace
 
 TEST_F(CalcFormFile, CalcLineIsEvaluatedWhileLoadingAndStoredRegistersFollow) {
-    const auto root = ReadComponentText(R"(object Calc1: TqCalc
-  CalcLine = '6*7'
-  FormatLine = '%.1f'
-  RegisterBNum = 5
-end
-)");
-    const auto* calc = dynamic_cast<TqCalc*>(root.get());
+    const auto calc = Read("object Calc1: TqCalc\n  CalcLine = '6*7'\n  FormatLine = '%.1f'\n"
+                           "  RegisterBNum = 5\nend\n");
     ASSERT_NE(calc, nullptr);
-    EXPECT_EQ(calc->CalcLine(), "6*7");
     EXPECT_EQ(calc->Number(), "42.0");
-    EXPECT_EQ(calc->RegisterNum(1), 42.0L); // pushed during loading
-    EXPECT_EQ(calc->RegisterNum(2), 5.0L);  // the stored value, written after the push
-}
-
-TEST_F(CalcFormFile, StoredRegistersOverwriteThePushAndPushResultComesFirst) {
-    const auto root = ReadComponentText(R"(object Calc1: TqCalc
-  PushResult = False
-  CalcLine = '2+2'
-  RegisterCNum = 1.5
-end
-)");
-    const auto* calc = dynamic_cast<TqCalc*>(root.get());
-    ASSERT_NE(calc, nullptr);
-    EXPECT_EQ(calc->NumberNum(), 4.0L);
-    EXPECT_EQ(Registers(*calc), (std::vector<long double>{0, 0, 1.5, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Registers(*calc), (TValues{42, 5, 0, 0, 0, 0, 0, 0, 0})); // pushed, then stored
+    const auto quiet = Read("object Calc1: TqCalc\n  PushResult = False\n  CalcLine = '2+2'\n"
+                            "  RegisterCNum = 1.5\nend\n");
+    ASSERT_NE(quiet, nullptr);
+    EXPECT_EQ(quiet->NumberNum(), 4.0L);
+    EXPECT_EQ(Registers(*quiet), (TValues{0, 0, 1.5, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST_F(CalcFormFile, WritesStoredValuesOnlyAndReadsThemBack) {
     TqCalc calc(nullptr);
     calc.SetName("Calc1");
-    calc.SetCalcLine("1/3");
-    calc.SetCalcLine("2^10");
+    EvaluateAll(calc, {"1/3", "2^10"});
     calc.SetFormatLine("%g");
     const std::string text = WriteComponentText(calc);
     EXPECT_NE(text.find("CalcLine = '2^10'"), std::string::npos) << text;
     for (const char* hidden : {"CalcResult", "WhereIsLastError", "Number ", "RegisterA ",
                                "NumberNum", "RegisterCNum", "PushResult"})
         EXPECT_EQ(text.find(hidden), std::string::npos) << hidden << " in\n" << text;
-
-    const auto root = ReadComponentText(text);
-    const auto* copy = dynamic_cast<TqCalc*>(root.get());
+    const auto copy = Read(text);
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(Registers(*copy), Registers(calc));
     EXPECT_EQ(copy->NumberNum(), calc.NumberNum());

@@ -37,11 +37,6 @@ TEST(Mystd, CpuIdReportsAFamilyOnceTheUnitHasStarted) {
     MystdFinalization();
 }
 
-TEST(Mystd, IsPreviusNeverFindsAnotherInstance) {
-    EXPECT_FALSE(IsPrevius(true));
-    EXPECT_FALSE(IsPrevius(false));
-}
-
 TEST(Mystd, HostInfoNamesThisMachineAndADottedAddress) {
     std::string name, address;
     GetHostInfo(name, address);
