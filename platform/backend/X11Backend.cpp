@@ -451,10 +451,36 @@ TShmImage* TX11Backend::IdleBuffer(TWindow& w, int width, int height) {
             if (buffer && !buffer->Busy()) return buffer.get();
         }
         if (!w.buffers[0] && !w.buffers[1]) return nullptr;
+        if (!AwaitCompletion()) ReleaseLostBuffers(w);
+    }
+}
+
+// Reads one event, waiting for it for at most a while; false when none came.
+bool TX11Backend::AwaitCompletion() {
+    constexpr int completionWaitMs = 250;
+    Display* dpy = m_display.get();
+    if (XPending(dpy) == 0) {
+        pollfd fd{ConnectionNumber(dpy), POLLIN, 0};
+        if (poll(&fd, 1, completionWaitMs) <= 0 || XPending(dpy) == 0) return false;
+    }
+    XEvent event;
+    XNextEvent(dpy, &event);
+    Dispatch(event);
+    return true;
+}
+
+// A put the server refused (an X error) never completes. After a round trip every
+// completion that is coming has arrived; what is still busy then is free again.
+void TX11Backend::ReleaseLostBuffers(TWindow& w) {
+    Display* dpy = m_display.get();
+    XSync(dpy, False);
+    while (XEventsQueued(dpy, QueuedAlready) > 0) {
         XEvent event;
-        XNextEvent(m_display.get(), &event);
+        XNextEvent(dpy, &event);
         Dispatch(event);
     }
+    for (auto& buffer : w.buffers)
+        if (buffer) buffer->SetBusy(false);
 }
 
 void TX11Backend::PresentShared(TWindow& w, const TPixelBuffer& frame, const TRect& area) {

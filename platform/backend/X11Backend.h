@@ -88,6 +88,8 @@ private:
     void PresentShared(TWindow& w, const TPixelBuffer& frame, const TRect& area);
     void PresentPlain(const TWindow& w, const TPixelBuffer& frame, const TRect& area);
     TShmImage* IdleBuffer(TWindow& w, int width, int height);
+    bool AwaitCompletion();
+    void ReleaseLostBuffers(TWindow& w);
     void MarkCompleted(ShmSeg segment);
 
     // Events (X11Events.cpp).

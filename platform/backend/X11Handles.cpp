@@ -86,8 +86,12 @@ std::unique_ptr<TShmImage> TShmImage::Create(Display* display, Visual* visual, i
     return std::unique_ptr<TShmImage>(new TShmImage(display, image, info));
 }
 
+// XShmPutImage finds the segment through the image's obdata, which XShmCreateImage pointed at
+// the caller's record: point it at the record this object keeps.
 TShmImage::TShmImage(Display* display, XImage* image, const XShmSegmentInfo& info)
-    : m_display(display), m_image(image), m_info(info) {}
+    : m_display(display), m_image(image), m_info(info) {
+    m_image->obdata = reinterpret_cast<char*>(&m_info);
+}
 
 TShmImage::~TShmImage() {
     XShmDetach(m_display, &m_info);
