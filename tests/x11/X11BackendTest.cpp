@@ -1,6 +1,7 @@
 // The X11 backend on a private Xvfb server: windows appear with their title, bounds and
 // hints; XTest input reaches controls; what the server shows equals the headless rendering
-// of the same form, pixel for pixel. Skipped when no X server can be started.
+// of the same form, pixel for pixel. Skipped when no X server can be started, unless
+// QV_REQUIRE_X11 is set (CI), which turns the skip into a failure.
 
 // GoogleTest comes before Xlib, whose macros (None, Bool) clash with its names.
 #include <gtest/gtest.h>
@@ -25,6 +26,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -111,6 +113,8 @@ protected:
     static void TearDownTestSuite() { s_server.reset(); }
 
     void SetUp() override {
+        if (!s_server && std::getenv("QV_REQUIRE_X11"))
+            FAIL() << "QV_REQUIRE_X11 is set but no Xvfb server could be started";
         if (!s_server) GTEST_SKIP() << "no X server could be started (is Xvfb installed?)";
         auto backend = TX11Backend::Open(s_server->DisplayName().c_str());
         m_probe = OpenDisplay(s_server->DisplayName().c_str());
