@@ -165,6 +165,7 @@ void TControl::SetEnabled(bool v) {
     Perform(CM_ENABLEDCHANGED);
 }
 
+// Assigning a colour, even the current one, stops following the parent's.
 void TControl::SetColor(TColor v) {
     if (v == m_color) {
         m_parentColor = false;
@@ -393,6 +394,7 @@ void TControl::Resize() {
     if (OnResize) OnResize(this);
 }
 
+// A control tells its parent that the pointer entered or left it (LParam: the control).
 void TControl::CMMouseEnter(TMessage& Message) {
     if (m_parent) m_parent->Perform(CM_MOUSEENTER, 0, Message.LParam ? Message.LParam : reinterpret_cast<LPARAM>(this));
 }

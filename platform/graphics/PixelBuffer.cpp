@@ -33,7 +33,7 @@ void TPixelBuffer::Resize(int width, int height, std::uint32_t fill) {
     for (int y = 0; y < height; ++y) {
         std::uint32_t* dst = pixels.data() + static_cast<std::size_t>(y) * width;
         int from = 0;
-        if (y < keepH) {
+        if (y < keepH && keepW > 0) {
             std::memcpy(dst, Row(y), sizeof(std::uint32_t) * static_cast<std::size_t>(keepW));
             from = keepW;
         }
