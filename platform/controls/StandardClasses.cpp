@@ -1,7 +1,12 @@
 #include "StandardClasses.h"
 
+#include "ComboBox.h"
+#include "Edit.h"
 #include "Form.h"
+#include "Label.h"
+#include "ListBox.h"
 #include "Menus.h"
+#include "Panel.h"
 #include "Timer.h"
 
 #include "platform/core/ClassRegistry.h"
@@ -9,8 +14,11 @@
 namespace qv {
 
 void RegisterStandardClasses() {
-    RegisterClasses({&TForm::StaticClassInfo(), &TTimer::StaticClassInfo(),
-                     &TPopupMenu::StaticClassInfo(), &TMenuItem::StaticClassInfo()});
+    RegisterClasses({&TForm::StaticClassInfo(), &TPanel::StaticClassInfo(),
+                     &TLabel::StaticClassInfo(), &TEdit::StaticClassInfo(),
+                     &TListBox::StaticClassInfo(), &TComboBox::StaticClassInfo(),
+                     &TTimer::StaticClassInfo(), &TPopupMenu::StaticClassInfo(),
+                     &TMenuItem::StaticClassInfo()});
 }
 
 } // namespace qv

@@ -75,4 +75,12 @@ TEST(Formview, PngOptionWritesTheFormAsShown) {
 
     const TRun designed = RunFormview(form + " --design --png " + png);
     EXPECT_EQ(designed.status, 0) << designed.output;
+
+    // The framework's own controls are registered for form files.
+    const std::string controls = WriteForm(
+        "controls.txt", "object F: TForm\n  object P: TPanel\n    object L: TLabel\n    end\n"
+                        "  end\n  object E: TEdit\n  end\n  object B: TListBox\n  end\n"
+                        "  object C: TComboBox\n  end\nend\n");
+    const TRun standard = RunFormview(controls + " --png " + png);
+    EXPECT_EQ(standard.status, 0) << standard.output;
 }
