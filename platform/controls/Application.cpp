@@ -1,5 +1,7 @@
 #include "Application.h"
 
+#include "HintWindow.h"
+#include "Screen.h"
 #include "Timer.h"
 #include "WindowTable.h"
 
@@ -37,6 +39,9 @@ const TClassInfo& TApplication::StaticClassInfo() {
 
 TApplication::TApplication() : TComponent(nullptr) {
     g_application = this;
+    // The window table must outlive the forms the application owns (the hint window):
+    // created first, it is destroyed last.
+    IsWindow(0);
     SetBackend(std::make_unique<THeadlessBackend>());
 }
 
@@ -75,6 +80,8 @@ void TApplication::FormDestroyed(TCustomForm* form) {
 void TApplication::ControlGone(TControl* control) {
     if (m_capture == control) m_capture = nullptr;
     if (m_mouseControl == control) m_mouseControl = nullptr;
+    if (m_hintControl == control) CancelHint();
+    if (m_hintWindow == control) m_hintWindow = nullptr;
 }
 
 void TApplication::Notification(TComponent* AComponent, TOperation Operation) {
@@ -127,6 +134,7 @@ void TApplication::ProcessMessages() {
         did = FireDueTimers() || did;
         if (!did) break;
     }
+    UpdateCursorShape();
     PaintForms();
 }
 
@@ -142,6 +150,7 @@ void TApplication::HandleMessage() {
 }
 
 void TApplication::Idle() {
+    UpdateCursorShape();
     PaintForms();
     if (OnIdle) OnIdle(this);
 }
@@ -165,6 +174,7 @@ void TApplication::RemoveTimer(TTimer* timer) { std::erase(m_timers, timer); }
 
 bool TApplication::FireDueTimers() {
     const std::int64_t now = NowMs();
+    if (FireDueHint(now)) return true;
     for (TTimer* t : std::vector<TTimer*>(m_timers)) {
         if (std::find(m_timers.begin(), m_timers.end(), t) == m_timers.end()) continue;
         if (t->DueAt() <= now) {
@@ -176,10 +186,14 @@ bool TApplication::FireDueTimers() {
 }
 
 std::int64_t TApplication::MsUntilNextTimer() {
-    if (m_timers.empty()) return -1;
-    std::int64_t next = m_timers.front()->DueAt();
-    for (TTimer* t : m_timers) next = std::min(next, t->DueAt());
-    return std::max<std::int64_t>(0, next - NowMs());
+    std::int64_t next = -1;
+    const auto consider = [&next](std::int64_t due) {
+        if (due >= 0 && (next < 0 || due < next)) next = due;
+    };
+    for (TTimer* t : m_timers) consider(t->DueAt());
+    consider(m_hintShowAt);
+    consider(m_hintHideAt);
+    return next < 0 ? -1 : std::max<std::int64_t>(0, next - NowMs());
 }
 
 // Input.
@@ -215,6 +229,7 @@ void TApplication::HandleInput(const TBackendEvent& event) {
     case TBackendEvent::Kind::MouseMove:
     case TBackendEvent::Kind::MouseWheel: HandleMouse(event, *form); break;
     case TBackendEvent::Kind::MouseLeaveWindow:
+        CancelHint();
         if (m_mouseControl && !m_capture) {
             TControl* old = m_mouseControl;
             m_mouseControl = nullptr;
@@ -295,6 +310,7 @@ void TApplication::HandleMouse(const TBackendEvent& event, TCustomForm& form) {
     if (event.kind == TBackendEvent::Kind::MouseDown)
         for (TCustomForm* f : std::vector<TCustomForm*>(m_forms))
             if (f != &form && IsForm(f) && f->IsPopupWindow() && f->Visible()) f->Perform(CM_CANCELMODE);
+    if (event.kind != TBackendEvent::Kind::MouseMove) CancelHint();
     TControl* target = m_capture ? m_capture : DeepControlAt(form, event.pos, false);
     if (!target) return;
     const TPoint local = target->ScreenToClient(screen);
@@ -333,9 +349,12 @@ void TApplication::HandleMouse(const TBackendEvent& event, TCustomForm& form) {
     }
     Deliver(*target, msg, keys, pos);
     UpdateMouseControl();
+    UpdateCursorShape();
+    if (event.kind == TBackendEvent::Kind::MouseMove) HintMouseMoved();
 }
 
 void TApplication::HandleKey(const TBackendEvent& event, TCustomForm& form) {
+    if (event.kind != TBackendEvent::Kind::KeyUp) CancelHint();
     TWinControl* target = form.ActiveControl() ? form.ActiveControl() : &form;
     const bool alt = event.shift & isAlt;
     switch (event.kind) {
@@ -344,6 +363,111 @@ void TApplication::HandleKey(const TBackendEvent& event, TCustomForm& form) {
     case TBackendEvent::Kind::Char: Deliver(*target, alt ? WM_SYSCHAR : WM_CHAR, event.charCode, 0); break;
     default: break;
     }
+}
+
+// Hints.
+
+void TApplication::SetShowHint(bool v) {
+    if (v == m_showHint) return;
+    m_showHint = v;
+    if (!v) CancelHint();
+}
+
+TControl* TApplication::HintControlOf(TControl* control) const {
+    while (control && !control->ShowHint()) control = control->Parent();
+    return control && !control->IsDesigning() ? control : nullptr;
+}
+
+void TApplication::HintMouseMoved() {
+    TControl* control = m_showHint ? HintControlOf(m_mouseControl) : nullptr;
+    if (!control) {
+        CancelHint();
+        return;
+    }
+    if (control == m_hintControl) return;
+    const bool hintShowing = m_hintWindow && m_hintWindow->Visible();
+    HideHint();
+    m_hintControl = control;
+    m_hintShowAt = NowMs() + (hintShowing ? m_hintShortPause : m_hintPause);
+}
+
+namespace {
+
+// The nearest hint text from `control` up its parents.
+std::string HintTextOf(const TControl* control) {
+    for (; control; control = control->Parent())
+        if (!control->Hint().empty()) return control->Hint();
+    return {};
+}
+
+// How far below the pointer's hot spot a hint goes, clear of the arrow cursor.
+constexpr int CursorHeightMargin = 20;
+
+} // namespace
+
+void TApplication::ShowHintNow() {
+    m_hintShowAt = -1;
+    const std::string text = GetShortHint(HintTextOf(m_hintControl));
+    if (text.empty()) return;
+    if (!m_hintWindow) m_hintWindow = new THintWindow(this);
+    m_hintWindow->SetColor(m_hintColor);
+    TRect rect = m_hintWindow->CalcHintRect(m_backend->ScreenBounds().Width(), text);
+    const TPoint at = CursorPos();
+    OffsetRect(rect, at.x, at.y + CursorHeightMargin);
+    m_hintWindow->ActivateHint(rect, text);
+    m_hintHideAt = NowMs() + m_hintHidePause;
+}
+
+void TApplication::HideHint() {
+    m_hintHideAt = -1;
+    if (m_hintWindow && m_hintWindow->Visible()) m_hintWindow->ReleaseHint();
+}
+
+void TApplication::CancelHint() {
+    HideHint();
+    m_hintControl = nullptr;
+    m_hintShowAt = -1;
+}
+
+bool TApplication::FireDueHint(std::int64_t now) {
+    if (m_hintShowAt >= 0 && now >= m_hintShowAt) {
+        ShowHintNow();
+        return true;
+    }
+    if (m_hintHideAt >= 0 && now >= m_hintHideAt) {
+        HideHint(); // the control keeps its hint hidden until the pointer leaves it
+        return true;
+    }
+    return false;
+}
+
+// Cursors.
+
+TCursor TApplication::CursorOf(TControl* control) const {
+    for (TControl* c = control; c; c = c->Parent()) {
+        if (c->Cursor() != crDefault) return c->Cursor();
+        if (const LRESULT own = c->Perform(WM_SETCURSOR, 0, HTCLIENT); own != 0) return static_cast<TCursor>(own);
+    }
+    return crDefault;
+}
+
+void TApplication::UpdateCursorShape() {
+    if (!m_mouseControl) return;
+    const TCustomForm* form = GetParentForm(m_mouseControl);
+    if (!form || !form->NativeWindow()) return;
+    const TCursor shape = Screen().Cursor() != crDefault ? Screen().Cursor() : CursorOf(m_mouseControl);
+    if (form->NativeWindow() == m_cursorWindow && shape == m_cursorShape) return;
+    m_cursorWindow = form->NativeWindow();
+    m_cursorShape = shape;
+    m_backend->SetCursorShape(m_cursorWindow, shape);
+}
+
+void TApplication::ScreenCursorChanged() {
+    const TCursor shape = Screen().Cursor();
+    for (const TCustomForm* f : m_forms)
+        if (f->Visible() && f->NativeWindow()) m_backend->SetCursorShape(f->NativeWindow(), shape);
+    m_cursorWindow = 0;
+    UpdateCursorShape();
 }
 
 } // namespace qv

@@ -18,6 +18,7 @@
 
 namespace qv {
 
+class THintWindow;
 class TTimer;
 
 using TIdleEvent = std::function<void(TObject* Sender, bool& Done)>;
@@ -54,9 +55,31 @@ public:
     // Lets the loop continue after Terminate (tests and modal loops reuse the object).
     void ResetTerminated() { m_terminated = false; }
 
+    // Hints: the hint of the control under the pointer (the nearest with ShowHint, and the
+    // nearest hint text up its parents) shows HintPause ms after the pointer came to it, or
+    // HintShortPause ms while another hint was showing, near the pointer; it hides after
+    // HintHidePause ms, when the pointer leaves the control, and on a button or key press.
     bool ShowHint() const { return m_showHint; }
-    void SetShowHint(bool v) { m_showHint = v; }
+    void SetShowHint(bool v);
     int HintPause() const { return m_hintPause; }
+    void SetHintPause(int v) { m_hintPause = v; }
+    int HintShortPause() const { return m_hintShortPause; }
+    void SetHintShortPause(int v) { m_hintShortPause = v; }
+    int HintHidePause() const { return m_hintHidePause; }
+    void SetHintHidePause(int v) { m_hintHidePause = v; }
+    TColor HintColor() const { return m_hintColor; }
+    void SetHintColor(TColor v) { m_hintColor = v; }
+    // The window showing hints, created with the first hint; null before.
+    THintWindow* HintWindow() const { return m_hintWindow; }
+    // Hides the hint and forgets its control: the next pointer move starts over.
+    void CancelHint();
+
+    // Cursors: the pointer shows Screen().Cursor when that is not crDefault, else the cursor
+    // of the control under it: its Cursor, or when that is crDefault its own shape (a
+    // control answers WM_SETCURSOR with a cursor, or 0 for none), or its parent's, and so on.
+    TCursor CursorOf(TControl* control) const;
+    // Screen().Cursor changed: every shown form takes it.
+    void ScreenCursorChanged();
     TNotifyEvent OnIdle;
     TIdleEvent OnIdleDone;
 
@@ -99,6 +122,13 @@ private:
     std::int64_t MsUntilNextTimer();
     bool PaintForms();
     void Idle();
+    // The control whose hint shows for the control under the pointer, or null.
+    TControl* HintControlOf(TControl* control) const;
+    void HintMouseMoved();
+    void ShowHintNow();
+    void HideHint();
+    bool FireDueHint(std::int64_t now);
+    void UpdateCursorShape();
 
     std::unique_ptr<TBackend> m_backend;
     std::vector<TCustomForm*> m_forms;
@@ -110,6 +140,15 @@ private:
     bool m_terminated{false};
     bool m_showHint{true};
     int m_hintPause{500};
+    int m_hintShortPause{50};
+    int m_hintHidePause{2500};
+    TColor m_hintColor{clInfoBk};
+    THintWindow* m_hintWindow{nullptr}; // owned by the application
+    TControl* m_hintControl{nullptr};
+    std::int64_t m_hintShowAt{-1};
+    std::int64_t m_hintHideAt{-1};
+    TNativeWindowId m_cursorWindow{0};
+    TCursor m_cursorShape{crDefault};
     unsigned m_shift{0};
     TPoint m_cursor;          // where the last mouse event happened, on the screen
     bool m_cursorKnown{false};

@@ -142,7 +142,7 @@ void TCustomForm::CMVisibleChanged(TMessage& Message) {
         UpdateSizeLimits();
         backend.SetWindowVisible(m_native, true);
         InvalidateFormRect(ClientRect());
-        Application().SetActiveForm(this);
+        if (!IsPopupWindow()) Application().SetActiveForm(this); // menus and hints leave it alone
         if (!m_activeControl)
             if (TWinControl* first = FindNextControl(nullptr, true, true, false)) SetFocusedControl(first);
     } else if (m_native) {
