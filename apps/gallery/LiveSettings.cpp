@@ -89,9 +89,10 @@ const char* Boolean(bool on) {
 int SweepValue(int low, int high, int tick, int period) {
     if (high <= low || period < 2) return low;
     const int half = period / 2;
-    const int phase = tick % period;
+    const int phase = ((tick % period) + period) % period;
     const int step = phase <= half ? phase : period - phase;
-    return low + static_cast<int>(static_cast<long long>(high - low) * step / half);
+    const long long span = static_cast<long long>(high) - low; // may exceed int
+    return static_cast<int>(low + span * step / half);
 }
 
 void ApplyShowcaseSettings(TComponent& component) {
