@@ -93,9 +93,13 @@ long double Checked(const TFloatResult& result) {
 
 // A factor's value is stored in double precision; one outside the double range faults. The
 // rounded value travels on as a long double: handing a double back and forth between the
-// floating-point stack and the SSE registers costs more than the rounding itself.
+// floating-point stack and the SSE registers costs more than the rounding itself. The first
+// comparison loads a double constant, which is cheaper than an 80-bit one; only values above
+// the largest double need the exact limit.
 long double StoreAsDouble(long double value) {
-    if (!(std::fabs(value) < kDoubleOverflow)) throw TArithmeticFault{};
+    const long double magnitude = std::fabs(value);
+    if (!(magnitude <= std::numeric_limits<double>::max()) && !(magnitude < kDoubleOverflow))
+        throw TArithmeticFault{};
     return static_cast<double>(value);
 }
 
