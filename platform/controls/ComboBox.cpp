@@ -19,7 +19,8 @@ const TClassInfo& TComboBox::StaticClassInfo() {
         b.Property("ParentColor", &C::ParentColor, &C::SetParentColor).Default(false);
         PublishControlProperties(b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint"});
         b.Property("Sorted", &C::Sorted, &C::SetSorted).Default(false);
-        PublishControlProperties(b, {"TabOrder", "TabStop"});
+        PublishControlProperties(b, {"TabOrder"});
+        b.Property("TabStop", &C::TabStop, &C::SetTabStop).Default(true);
         b.Property("Text", &C::Text, &C::SetText);
         PublishControlProperties(b, {"Visible"});
         b.Event("OnChange", &C::OnChange);

@@ -80,17 +80,27 @@ void TCustomComboBox::SyncText() {
     m_syncingText = false;
 }
 
-// Setting Text selects the item with that text.
+// Setting Text selects the item with that text. A form file holds the text before the
+// items: the text waits for Loaded.
 void TCustomComboBox::CMTextChanged(TMessage& Message) {
     TWinControl::CMTextChanged(Message);
-    if (m_syncingText) return;
-    const int index = m_items->IndexOf(Text());
-    if (index != m_itemIndex) m_itemIndex = index;
+    if (m_syncingText || IsLoading()) return;
+    SelectText();
+}
+
+void TCustomComboBox::SelectText() {
+    m_itemIndex = m_items->IndexOf(Text());
     SyncText();
     Invalidate();
 }
 
+void TCustomComboBox::Loaded() {
+    TWinControl::Loaded();
+    SelectText();
+}
+
 void TCustomComboBox::ItemsChanged() {
+    if (IsLoading()) return; // Loaded selects the text read
     if (m_itemIndex >= m_items->Count()) m_itemIndex = -1;
     SyncText();
     Invalidate();

@@ -60,6 +60,7 @@ public:
     TDrawItemEvent OnDrawItem;
 
     void SetBounds(int ALeft, int ATop, int AWidth, int AHeight) override;
+    void Loaded() override;
 
 protected:
     friend class TComboListWindow;
@@ -88,6 +89,7 @@ private:
     TRect FieldRect() const;
     void ItemsChanged();
     void SyncText();
+    void SelectText();
     void OpenList();
     // Closes the list; chooses its highlighted item when `choose`.
     void CloseList(bool choose);

@@ -23,7 +23,8 @@ const TClassInfo& TEdit::StaticClassInfo() {
         b.Property("PasswordChar", &C::PasswordChar, &C::SetPasswordChar).Default('\0');
         PublishControlProperties(b, {"PopupMenu"});
         b.Property("ReadOnly", &C::ReadOnly, &C::SetReadOnly).Default(false);
-        PublishControlProperties(b, {"ShowHint", "TabOrder", "TabStop"});
+        PublishControlProperties(b, {"ShowHint", "TabOrder"});
+        b.Property("TabStop", &C::TabStop, &C::SetTabStop).Default(true);
         b.Property("Text", &C::Text, &C::SetText);
         PublishControlProperties(b, {"Visible"});
         b.Event("OnChange", &C::OnChange);

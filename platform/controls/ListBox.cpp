@@ -22,8 +22,10 @@ const TClassInfo& TListBox::StaticClassInfo() {
         PublishControlProperties(b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint"});
         b.Property("Sorted", &C::Sorted, &C::SetSorted).Default(false);
         b.Property("Style", &C::Style, &C::SetStyle).Default(lbStandard);
-        PublishControlProperties(b, {"TabOrder", "TabStop", "Visible", "OnClick", "OnDblClick",
-                                     "OnDragDrop", "OnDragOver"});
+        PublishControlProperties(b, {"TabOrder"});
+        b.Property("TabStop", &C::TabStop, &C::SetTabStop).Default(true);
+        PublishControlProperties(b,
+                                 {"Visible", "OnClick", "OnDblClick", "OnDragDrop", "OnDragOver"});
         b.Event("OnDrawItem", &C::OnDrawItem);
         PublishControlProperties(b, {"OnEndDrag", "OnEnter", "OnExit", "OnKeyDown", "OnKeyPress",
                                      "OnKeyUp", "OnMouseDown", "OnMouseMove", "OnMouseUp"});

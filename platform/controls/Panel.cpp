@@ -24,10 +24,12 @@ const TClassInfo& TPanel::StaticClassInfo() {
         b.Property("FullRepaint", &C::FullRepaint, &C::SetFullRepaint).Default(true);
         PublishControlProperties(b, {"Font"});
         b.Property("ParentColor", &C::ParentColor, &C::SetParentColor).Default(false);
-        PublishControlProperties(b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint",
-                                     "TabOrder", "TabStop", "Visible", "OnClick", "OnDblClick",
-                                     "OnDragDrop", "OnDragOver", "OnEndDrag", "OnEnter", "OnExit",
-                                     "OnMouseDown", "OnMouseMove", "OnMouseUp", "OnResize"});
+        PublishControlProperties(
+            b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint", "TabOrder"});
+        b.Property("TabStop", &C::TabStop, &C::SetTabStop).Default(false);
+        PublishControlProperties(b, {"Visible", "OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
+                                     "OnEndDrag", "OnEnter", "OnExit", "OnMouseDown", "OnMouseMove",
+                                     "OnMouseUp", "OnResize"});
         return b.Build();
     }();
     return info;

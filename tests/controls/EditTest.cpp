@@ -221,13 +221,6 @@ TEST_F(EditTest, EnteringByTabSelectsEverything) {
     EXPECT_EQ(edit->SelLength(), 0);
 }
 
-TEST_F(EditTest, WantsCharactersAndArrowsButNotTabOrEnter) {
-    const LRESULT code = edit->Perform(WM_GETDLGCODE);
-    EXPECT_TRUE(code & DLGC_WANTCHARS);
-    EXPECT_TRUE(code & DLGC_WANTARROWS);
-    EXPECT_FALSE(code & (DLGC_WANTTAB | DLGC_WANTALLKEYS));
-}
-
 TEST_F(EditTest, CaretAndSelectionArePaintedOnlyWhileFocused) {
     edit->SetText("caret");
     other->SetFocus();

@@ -46,13 +46,6 @@ protected:
 
 } // namespace
 
-TEST(HintText, ShortAndLongPartsSplitAtTheBar) {
-    EXPECT_EQ(GetShortHint("short|long"), "short");
-    EXPECT_EQ(GetLongHint("short|long"), "long");
-    EXPECT_EQ(GetShortHint("only"), "only");
-    EXPECT_EQ(GetLongHint("only"), "only");
-}
-
 TEST_F(HintTest, HintShowsAfterThePauseBelowThePointerInTheInfoColours) {
     MoveTo({40, 30});
     Wait(Application().HintPause() - 1);

@@ -171,11 +171,3 @@ TEST_F(ListBoxTest, OwnerDrawFixedPaintsEachVisibleRowThroughOnDrawItem) {
     EXPECT_EQ(shot.Canvas().Pixel(60, 12 + 25), clLime); // item 4
     EXPECT_EQ(list->ItemAtPos({60, 2 + 45}, true), 5);
 }
-
-TEST_F(ListBoxTest, PublishesItemsAndStyleForFormFiles) {
-    const TClassInfo& info = TListBox::StaticClassInfo();
-    ASSERT_NE(info.FindProperty("Items"), nullptr);
-    EXPECT_EQ(info.FindProperty("Style")->type->names.at(1), "lbOwnerDrawFixed");
-    EXPECT_TRUE(info.FindProperty("BorderStyle")->IsDefault(*list));
-    EXPECT_FALSE(info.FindProperty("ItemHeight")->IsDefault(*list)); // the font's height
-}

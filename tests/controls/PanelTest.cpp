@@ -25,17 +25,6 @@ const TColor Face = ColorToRGB(clBtnFace);
 
 } // namespace
 
-TEST_F(PanelTest, DefaultsAreTheClassicPanel) {
-    TPanel fresh(nullptr);
-    EXPECT_EQ(fresh.Width(), 185);
-    EXPECT_EQ(fresh.Height(), 41);
-    EXPECT_EQ(fresh.Color(), clBtnFace);
-    EXPECT_EQ(fresh.BevelOuter(), bvRaised);
-    EXPECT_EQ(fresh.BevelInner(), bvNone);
-    EXPECT_EQ(fresh.Alignment(), taCenter);
-    EXPECT_TRUE(fresh.ControlStyle().Contains(csAcceptsControls));
-}
-
 TEST_F(PanelTest, RaisedOuterBevelIsHighlightAboveAndShadowBelowWithShadowCorners) {
     Show();
     EXPECT_EQ(At(0, 0), Highlight);
