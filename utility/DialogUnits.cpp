@@ -1,5 +1,7 @@
 #include "DialogUnits.h"
 
+#include "platform/graphics/Canvas.h"
+
 #include <algorithm>
 
 namespace qv {
@@ -14,8 +16,19 @@ std::uint16_t Scale(std::uint32_t value, std::uint32_t multiplier, std::uint32_t
 
 } // namespace
 
+// From the framework's default font, as the classic system derives them: the average width
+// of the 52 letters (rounded) and the font's line height; measured once.
 TDialogBaseUnits GetDialogBaseUnits() {
-    return {6, 13};
+    static const TDialogBaseUnits units = [] {
+        TBitmap scratch(1, 1);
+        TCanvas& canvas = scratch.Canvas();
+        canvas.Font().Assign(TFont());
+        const TSize letters = canvas.TextExtent("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+        const int x = (letters.cx / 26 + 1) / 2;
+        return TDialogBaseUnits{static_cast<std::uint16_t>(std::max(x, 1)),
+                                static_cast<std::uint16_t>(std::max(letters.cy, 1))};
+    }();
+    return units;
 }
 
 std::uint16_t DlgUnitsToPixelsX(std::uint16_t units) {

@@ -9,12 +9,13 @@ TUnitGuard g_mystdUnit;
 } // namespace
 
 void MystdInitialization() {
-    if (g_mystdUnit.Enter()) DetectProcessorFeatures();
+    if (!g_mystdUnit.Enter()) return;
+    DetectProcessorFeatures();
+    CreateHintAppearance();
 }
 
 void MystdFinalization() {
-    // Nothing to free until the unit owns the hint-appearance record.
-    g_mystdUnit.Leave();
+    if (g_mystdUnit.Leave()) FreeHintAppearance();
 }
 
 } // namespace qv

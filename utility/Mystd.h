@@ -1,19 +1,18 @@
 #pragma once
-// Unit Mystd: the calculator component, the math routines, the dialog-unit conversions and
-// the processor and host routines, with the unit's initialization and finalization.
-//
-// Not here yet: FindForm (needs forms) and the shared hint-appearance record with its TFont
-// (needs the graphics layer's fonts); both join this unit with those layers.
+// Unit Mystd: the calculator component, the math routines, the dialog-unit conversions,
+// FindForm, the shared hint appearance and the processor and host routines, with the unit's
+// initialization and finalization.
 
 #include "utility/DialogUnits.h"
+#include "utility/FormHelpers.h"
 #include "utility/MathHelpers.h"
 #include "utility/SystemInfo.h"
 #include "utility/TqCalc.h"
 
 namespace qv {
 
-// Counter-guarded: the first initialization detects the processor features; the
-// finalization that brings the counter back to zero frees what the initialization made.
+// Counter-guarded: the first initialization detects the processor features and creates the
+// hint appearance; the finalization that brings the counter back to zero frees it.
 void MystdInitialization();
 void MystdFinalization();
 

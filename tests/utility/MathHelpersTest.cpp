@@ -90,3 +90,42 @@ TEST(MystdDialogUnits, ScaleByTheBaseUnitsAndTruncate) {
     // 16-bit results keep their low 16 bits, as the classic routines do.
     EXPECT_EQ(DlgUnitsToPixelsX(65535), static_cast<std::uint16_t>(65535u * base.x / 4));
 }
+
+#include "package/Package.h"
+#include "platform/controls/Form.h"
+#include "utility/FormHelpers.h"
+
+TEST(Mystd, DialogBaseUnitsComeFromTheDefaultFont) {
+    const TDialogBaseUnits base = GetDialogBaseUnits();
+    TBitmap scratch(1, 1);
+    const int height = scratch.Canvas().TextHeight("Ag");
+    EXPECT_EQ(base.y, height);
+    EXPECT_GE(base.x, 4);
+    EXPECT_LE(base.x, 9);
+}
+
+TEST(Mystd, FindFormWalksTheOwnersAndNamesTheFailure) {
+    TForm form(nullptr);
+    auto* holder = new TComponent(&form);
+    auto* inner = new TComponent(holder);
+    EXPECT_EQ(&FindForm(*inner), &form);
+    EXPECT_THROW(FindForm(form), EComponentError); // not the component itself
+    TComponent loose(nullptr);
+    try {
+        FindForm(loose);
+        FAIL();
+    } catch (const EComponentError& e) {
+        EXPECT_STREQ(e.what(), "NoForm");
+    }
+}
+
+TEST(Mystd, HintAppearanceLivesWhileTheUnitIsLoaded) {
+    EXPECT_EQ(HintAppearance(), nullptr);
+    InitializePackage();
+    ASSERT_NE(HintAppearance(), nullptr);
+    EXPECT_EQ(HintAppearance()->font.Name(), "MS Sans Serif");
+    EXPECT_EQ(HintAppearance()->font.Height(), -11);
+    EXPECT_EQ(HintAppearance()->font.Color(), clWindowText);
+    FinalizePackage();
+    EXPECT_EQ(HintAppearance(), nullptr);
+}
