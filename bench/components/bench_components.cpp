@@ -114,13 +114,13 @@ TLateness BareTimerfdLateness(std::chrono::seconds span) {
         const int fd = ::timerfd_create(CLOCK_MONOTONIC, 0);
         timespec now{};
         ::clock_gettime(CLOCK_MONOTONIC, &now);
-        itimerspec spec{};
-        spec.it_interval = {0, 1000000};
-        spec.it_value = now;
-        spec.it_value.tv_nsec += 1000000;
-        if (spec.it_value.tv_nsec >= 1000000000) spec.it_value.tv_nsec -= 1000000000, ++spec.it_value.tv_sec;
+        itimerspec schedule{};
+        schedule.it_interval = {0, 1000000};
+        schedule.it_value = now;
+        schedule.it_value.tv_nsec += 1000000;
+        if (schedule.it_value.tv_nsec >= 1000000000) schedule.it_value.tv_nsec -= 1000000000, ++schedule.it_value.tv_sec;
         const auto start = Clock::now();
-        ::timerfd_settime(fd, TFD_TIMER_ABSTIME, &spec, nullptr);
+        ::timerfd_settime(fd, TFD_TIMER_ABSTIME, &schedule, nullptr);
         for (long k = 1; Clock::now() - start < span; ++k) {
             std::uint64_t n;
             if (::read(fd, &n, sizeof n) != sizeof n) break;

@@ -66,15 +66,15 @@ HDC TCanvas::Handle() {
 }
 
 TFontSpec TCanvas::FontSpec() const {
-    TFontSpec spec;
-    spec.name = m_font->Name();
-    spec.height = m_font->Height();
-    spec.bold = m_font->Style().Contains(fsBold);
-    spec.italic = m_font->Style().Contains(fsItalic);
-    spec.underline = m_font->Style().Contains(fsUnderline);
-    spec.strikeOut = m_font->Style().Contains(fsStrikeOut);
-    spec.antialiased = m_font->Quality() != fqNonAntialiased && m_font->Quality() != fqDraft;
-    return spec;
+    TFontSpec request;
+    request.name = m_font->Name();
+    request.height = m_font->Height();
+    request.bold = m_font->Style().Contains(fsBold);
+    request.italic = m_font->Style().Contains(fsItalic);
+    request.underline = m_font->Style().Contains(fsUnderline);
+    request.strikeOut = m_font->Style().Contains(fsStrikeOut);
+    request.antialiased = m_font->Quality() != fqNonAntialiased && m_font->Quality() != fqDraft;
+    return request;
 }
 
 void TCanvas::Changing() {

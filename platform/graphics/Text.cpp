@@ -66,14 +66,14 @@ FT_Library Library() {
 
 class TFreeTypeFace final : public TFontFace {
 public:
-    TFreeTypeFace(const std::string& file, const TFontSpec& spec)
-        : m_antialiased(spec.antialiased) {
+    TFreeTypeFace(const std::string& file, const TFontSpec& request)
+        : m_antialiased(request.antialiased) {
         if (FT_New_Face(Library(), file.c_str(), 0, &m_face) != 0)
             throw EInvalidGraphic("Cannot open font " + file);
         const int units = std::max<int>(m_face->units_per_EM, 1);
         const int cell = std::max<int>(m_face->ascender - m_face->descender, 1);
         int em =
-            spec.height < 0 ? -spec.height : (spec.height == 0 ? 12 : spec.height * units / cell);
+            request.height < 0 ? -request.height : (request.height == 0 ? 12 : request.height * units / cell);
         em = std::clamp(em, 1, 2048);
         FT_Set_Pixel_Sizes(m_face, 0, static_cast<FT_UInt>(em));
         const auto& m = m_face->size->metrics;
@@ -138,10 +138,10 @@ private:
 
 struct TFaceKey {
     std::string file;
-    TFontSpec spec;
+    TFontSpec request;
     bool operator<(const TFaceKey& o) const {
-        return std::tie(file, spec.height, spec.antialiased) <
-               std::tie(o.file, o.spec.height, o.spec.antialiased);
+        return std::tie(file, request.height, request.antialiased) <
+               std::tie(o.file, o.request.height, o.request.antialiased);
     }
 };
 
@@ -198,14 +198,14 @@ std::string FontFileFor(const std::string& family, bool bold, bool italic) {
     return file;
 }
 
-std::shared_ptr<TFontFace> AcquireFontFace(const TFontSpec& spec) {
-    const std::string file = FontFileFor(spec.name, spec.bold, spec.italic);
+std::shared_ptr<TFontFace> AcquireFontFace(const TFontSpec& request) {
+    const std::string file = FontFileFor(request.name, request.bold, request.italic);
     std::lock_guard lock(GlyphCacheMutex());
     static std::map<TFaceKey, std::shared_ptr<TFontFace>> faces;
-    TFaceKey key{file, spec};
+    TFaceKey key{file, request};
     auto it = faces.find(key);
     if (it != faces.end()) return it->second;
-    auto face = std::make_shared<TFreeTypeFace>(file, spec);
+    auto face = std::make_shared<TFreeTypeFace>(file, request);
     faces.emplace(std::move(key), face);
     return face;
 }

@@ -49,7 +49,7 @@ public:
 };
 
 // The face for a font description, shared and cached.
-std::shared_ptr<TFontFace> AcquireFontFace(const TFontSpec& spec);
+std::shared_ptr<TFontFace> AcquireFontFace(const TFontSpec& request);
 // The font file fontconfig picks for a family (after mapping the classic names).
 std::string FontFileFor(const std::string& family, bool bold, bool italic);
 

@@ -20,10 +20,10 @@ public:
           m_stop(::eventfd(0, EFD_CLOEXEC)) {
         timespec now{};
         ::clock_gettime(CLOCK_MONOTONIC, &now);
-        itimerspec spec{};
-        spec.it_value = Add(now, delayMs);
-        if (periodic) spec.it_interval = Span(delayMs);
-        ::timerfd_settime(m_timer, TFD_TIMER_ABSTIME, &spec, nullptr);
+        itimerspec schedule{};
+        schedule.it_value = Add(now, delayMs);
+        if (periodic) schedule.it_interval = Span(delayMs);
+        ::timerfd_settime(m_timer, TFD_TIMER_ABSTIME, &schedule, nullptr);
         m_thread = std::thread([this] { Run(); });
     }
 
