@@ -170,61 +170,53 @@ void THeadlessBackend::Inject(const TBackendEvent& event) {
     m_wakeup.notify_all();
 }
 
-void THeadlessBackend::MouseMove(TNativeWindowId window, TPoint pos, unsigned shift) {
+namespace {
+TBackendEvent InputEvent(TBackendEvent::Kind kind, TNativeWindowId window, unsigned shift) {
     TBackendEvent e;
-    e.kind = TBackendEvent::Kind::MouseMove;
+    e.kind = kind;
     e.window = window;
-    e.pos = pos;
     e.shift = shift;
+    return e;
+}
+} // namespace
+
+void THeadlessBackend::MouseMove(TNativeWindowId window, TPoint pos, unsigned shift) {
+    TBackendEvent e = InputEvent(TBackendEvent::Kind::MouseMove, window, shift);
+    e.pos = pos;
     Inject(e);
 }
 
 void THeadlessBackend::MouseDown(TNativeWindowId window, TPoint pos, TMouseButton button, unsigned shift,
                                  bool doubleClick) {
-    TBackendEvent e;
-    e.kind = TBackendEvent::Kind::MouseDown;
-    e.window = window;
+    TBackendEvent e = InputEvent(TBackendEvent::Kind::MouseDown, window, shift);
     e.pos = pos;
     e.button = button;
-    e.shift = shift;
     e.doubleClick = doubleClick;
     Inject(e);
 }
 
 void THeadlessBackend::MouseUp(TNativeWindowId window, TPoint pos, TMouseButton button, unsigned shift) {
-    TBackendEvent e;
-    e.kind = TBackendEvent::Kind::MouseUp;
-    e.window = window;
+    TBackendEvent e = InputEvent(TBackendEvent::Kind::MouseUp, window, shift);
     e.pos = pos;
     e.button = button;
-    e.shift = shift;
     Inject(e);
 }
 
 void THeadlessBackend::KeyDown(TNativeWindowId window, unsigned key, unsigned shift) {
-    TBackendEvent e;
-    e.kind = TBackendEvent::Kind::KeyDown;
-    e.window = window;
+    TBackendEvent e = InputEvent(TBackendEvent::Kind::KeyDown, window, shift);
     e.key = key;
-    e.shift = shift;
     Inject(e);
 }
 
 void THeadlessBackend::KeyUp(TNativeWindowId window, unsigned key, unsigned shift) {
-    TBackendEvent e;
-    e.kind = TBackendEvent::Kind::KeyUp;
-    e.window = window;
+    TBackendEvent e = InputEvent(TBackendEvent::Kind::KeyUp, window, shift);
     e.key = key;
-    e.shift = shift;
     Inject(e);
 }
 
 void THeadlessBackend::Char(TNativeWindowId window, unsigned charCode, unsigned shift) {
-    TBackendEvent e;
-    e.kind = TBackendEvent::Kind::Char;
-    e.window = window;
+    TBackendEvent e = InputEvent(TBackendEvent::Kind::Char, window, shift);
     e.charCode = charCode;
-    e.shift = shift;
     Inject(e);
 }
 
