@@ -1,6 +1,7 @@
 #include "CustomComboBox.h"
 
 #include "ComboListWindow.h"
+#include "ScrollBar.h"
 
 #include "platform/core/ClassBuilder.h"
 
@@ -331,7 +332,8 @@ void TCustomComboBox::WMKillFocus(TMessage& Message) {
 TRect TCustomComboBox::ButtonRect() const {
     TRect inner = ClientRect();
     InflateRect(inner, -ClientEdgeWidth, -ClientEdgeWidth);
-    return {std::max(inner.right - ButtonWidth, inner.left), inner.top, inner.right, inner.bottom};
+    return {std::max(inner.right - ScrollBarSize, inner.left), inner.top, inner.right,
+            inner.bottom};
 }
 
 // The field lies left of the button, a pixel inside the edge.
@@ -378,25 +380,9 @@ void TCustomComboBox::PaintField(TCanvas& canvas) {
 
 // A raised push button with a down arrow; pushed in while pressed.
 void TCustomComboBox::PaintButton(TCanvas& canvas, TRect rect) const {
-    const bool pushed = m_buttonDown;
-    if (pushed) {
-        canvas.Brush().SetColor(clBtnShadow);
-        canvas.FrameRect(rect);
-        InflateRect(rect, -1, -1);
-    } else {
-        Frame3D(canvas, rect, cl3DLight, cl3DDkShadow, 1);
-        Frame3D(canvas, rect, clBtnHighlight, clBtnShadow, 1);
-    }
-    canvas.Brush().SetColor(clBtnFace);
-    canvas.FillRect(rect);
-    const int shift = pushed ? 1 : 0;
-    const int x = (rect.left + rect.right) / 2 - 3 + shift;
-    const int y = (rect.top + rect.bottom) / 2 - 2 + shift;
-    canvas.Pen().SetColor(Enabled() ? clBtnText : clGrayText);
-    for (int row = 0; row < 4; ++row) {
-        canvas.MoveTo(x + row, y + row);
-        canvas.LineTo(x + 7 - row, y + row);
-    }
+    const TRect whole = rect;
+    DrawButtonFace(canvas, rect, m_buttonDown);
+    DrawArrowGlyph(canvas, whole, false, m_buttonDown, Enabled());
 }
 
 void TCustomComboBox::WMPaint(TMessage&) {

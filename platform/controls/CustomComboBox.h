@@ -29,9 +29,6 @@ class TComboListWindow;
 class TCustomComboBox : public TWinControl {
     QV_OBJECT
 public:
-    // The width of the drop-down button.
-    static constexpr int ButtonWidth = 16;
-
     explicit TCustomComboBox(TComponent* AOwner);
     ~TCustomComboBox() override;
 

@@ -87,14 +87,61 @@ void TCustomListBox::CMFontChanged(TMessage& Message) {
 
 // Geometry.
 
+namespace {
+TRect InsideEdge(const TRect& client, TBorderStyle border) {
+    TRect area = client;
+    if (border == bsSingle) InflateRect(area, -ClientEdgeWidth, -ClientEdgeWidth);
+    return area;
+}
+} // namespace
+
 TRect TCustomListBox::ItemsArea() const {
-    TRect area = ClientRect();
-    if (m_borderStyle == bsSingle) InflateRect(area, -ClientEdgeWidth, -ClientEdgeWidth);
+    TRect area = InsideEdge(ClientRect(), m_borderStyle);
+    if (HasScrollBar()) area.right = std::max(area.right - ScrollBarSize, area.left);
     return area;
 }
 
 int TCustomListBox::VisibleRowCount() const {
-    return std::max(ItemsArea().Height() / ItemHeight(), 1);
+    return std::max(InsideEdge(ClientRect(), m_borderStyle).Height() / ItemHeight(), 1);
+}
+
+bool TCustomListBox::HasScrollBar() const {
+    return m_items->Count() > VisibleRowCount();
+}
+
+TVScrollBar TCustomListBox::ScrollBar() const {
+    const TRect inside = InsideEdge(ClientRect(), m_borderStyle);
+    return TVScrollBar({inside.right - ScrollBarSize, inside.top, inside.right, inside.bottom},
+                       m_items->Count(), VisibleRowCount(), m_topIndex);
+}
+
+// Presses on the bar scroll; a press beside the items but not on a part does nothing.
+bool TCustomListBox::ScrollBarPressed(TPoint p) {
+    if (!HasScrollBar() || p.x < ItemsArea().right) return false;
+    const TVScrollBar bar = ScrollBar();
+    m_barPart = bar.PartAt(p);
+    switch (m_barPart) {
+    case TVScrollBar::TPart::None:
+        return true;
+    case TVScrollBar::TPart::LineUp:
+        SetTopIndex(m_topIndex - 1);
+        break;
+    case TVScrollBar::TPart::LineDown:
+        SetTopIndex(m_topIndex + 1);
+        break;
+    case TVScrollBar::TPart::PageUp:
+        SetTopIndex(m_topIndex - VisibleRowCount());
+        break;
+    case TVScrollBar::TPart::PageDown:
+        SetTopIndex(m_topIndex + VisibleRowCount());
+        break;
+    case TVScrollBar::TPart::Thumb:
+        m_thumbGrip = p.y - bar.Thumb().top;
+        break;
+    }
+    SetMouseCapture(true);
+    Invalidate();
+    return true;
 }
 
 TRect TCustomListBox::ItemRect(int index) const {
@@ -182,8 +229,8 @@ void TCustomListBox::KeyPress(char& Key) {
 // Mouse.
 
 void TCustomListBox::MouseDown(TMouseButtonKind Button, TShiftState Shift, int X, int Y) {
-    if (Button == mbLeft) {
-        if (!Focused() && CanFocus()) SetFocus();
+    if (Button == mbLeft && !Focused() && CanFocus()) SetFocus();
+    if (Button == mbLeft && !ScrollBarPressed({X, Y})) {
         SetMouseCapture(true);
         m_tracking = true;
         const int index = ItemAtPos({X, Y}, true);
@@ -194,6 +241,8 @@ void TCustomListBox::MouseDown(TMouseButtonKind Button, TShiftState Shift, int X
 
 // While the button is down the selection follows the pointer, scrolling at the edges.
 void TCustomListBox::MouseMove(TShiftState Shift, int X, int Y) {
+    if (m_barPart == TVScrollBar::TPart::Thumb)
+        SetTopIndex(ScrollBar().PositionForThumbTop(Y - m_thumbGrip));
     if (m_tracking && m_items->Count() > 0) {
         const TRect area = ItemsArea();
         const int row = Y < area.top ? -1 : (Y - area.top) / ItemHeight();
@@ -203,6 +252,11 @@ void TCustomListBox::MouseMove(TShiftState Shift, int X, int Y) {
 }
 
 void TCustomListBox::MouseUp(TMouseButtonKind Button, TShiftState Shift, int X, int Y) {
+    if (Button == mbLeft && m_barPart != TVScrollBar::TPart::None) {
+        m_barPart = TVScrollBar::TPart::None;
+        SetMouseCapture(false);
+        Invalidate();
+    }
     const bool clicked = Button == mbLeft && m_tracking;
     if (clicked) {
         m_tracking = false;
@@ -277,6 +331,10 @@ void TCustomListBox::WMPaint(TMessage&) {
         const TRect rect = ItemRect(index);
         if (rect.top >= area.bottom) break;
         PaintItem(canvas, index, rect);
+    }
+    if (HasScrollBar()) {
+        const bool thumb = m_barPart == TVScrollBar::TPart::Thumb;
+        ScrollBar().Paint(canvas, thumb ? TVScrollBar::TPart::None : m_barPart);
     }
     if (m_borderStyle == bsSingle) {
         TRect edge = ClientRect();

@@ -4,10 +4,13 @@
 // A press selects the item under the pointer and dragging follows it; the release raises
 // OnClick. Up/Down, PageUp/PageDown and Home/End move the selection (raising OnClick) and
 // scroll it into view; the wheel scrolls three rows a notch; typing a character selects the
-// next item that starts with it. lbOwnerDrawFixed paints every row through DrawItem, that
+// next item that starts with it. With more items than rows a scroll bar shows at the right:
+// its arrows scroll a row, the track a page, and the thumb follows the pointer.
+// lbOwnerDrawFixed paints every row through DrawItem, that
 // is OnDrawItem on the list box's canvas.
 
 #include "ControlTypes.h"
+#include "ScrollBar.h"
 #include "WinControl.h"
 
 #include "platform/core/Strings.h"
@@ -70,7 +73,12 @@ protected:
     void CMFontChanged(TMessage& Message) override;
 
 private:
+    // Inside the edge, less the scroll bar when there is one.
     TRect ItemsArea() const;
+    bool HasScrollBar() const;
+    TVScrollBar ScrollBar() const;
+    // Acts on a press on the scroll bar; false when the point is not on it.
+    bool ScrollBarPressed(TPoint p);
     void ItemsChanged();
     void ScrollIntoView(int index);
     // Selects `index` for the user: OnClick when `notify`.
@@ -87,6 +95,8 @@ private:
     TBorderStyle m_borderStyle{bsSingle};
     bool m_integralHeight{false};
     bool m_tracking{false};
+    TVScrollBar::TPart m_barPart{TVScrollBar::TPart::None}; // pressed part
+    int m_thumbGrip{0}; // the pointer's offset from the thumb's top while dragging it
 };
 
 } // namespace qv

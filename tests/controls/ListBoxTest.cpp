@@ -131,14 +131,14 @@ TEST_F(ListBoxTest, ItemsChangesKeepIndexAndTopInRange) {
 TEST_F(ListBoxTest, SelectedRowIsHighlightedAndFocusedOneFramed) {
     list->SetItemIndex(1);
     form->Screenshot(shot);
-    EXPECT_EQ(shot.Canvas().Pixel(112, OnRow(1).y), ColorToRGB(clHighlight));
-    EXPECT_EQ(shot.Canvas().Pixel(112, OnRow(0).y), ColorToRGB(clWindow));
+    EXPECT_EQ(shot.Canvas().Pixel(80, OnRow(1).y), ColorToRGB(clHighlight));
+    EXPECT_EQ(shot.Canvas().Pixel(80, OnRow(0).y), ColorToRGB(clWindow));
     EXPECT_EQ(shot.Canvas().Pixel(10, 10), ColorToRGB(clBtnShadow)); // the sunken edge
     list->SetFocus();
     form->Screenshot(shot);
     const int top = 12 + Row(); // the focus rectangle's dotted top line on row 1
     int inverted = 0;
-    for (int x = 12; x < 128; ++x)
+    for (int x = 12; x < 112; ++x)
         inverted += shot.Canvas().Pixel(x, top) != ColorToRGB(clHighlight);
     EXPECT_GT(inverted, 40);
 }
@@ -164,10 +164,59 @@ TEST_F(ListBoxTest, OwnerDrawFixedPaintsEachVisibleRowThroughOnDrawItem) {
     form->Screenshot(shot);
     ASSERT_EQ(calls.size(), 4u); // rows of 20 in 73 pixels: three whole and one partly
     EXPECT_EQ(calls[0].index, 3);
-    EXPECT_EQ(calls[0].rect, (TRect{2, 2, 118, 22}));
+    EXPECT_EQ(calls[0].rect, (TRect{2, 2, 102, 22})); // left of the scroll bar
     EXPECT_TRUE(calls[1].state.Contains(odSelected));
     EXPECT_FALSE(calls[0].state.Contains(odSelected));
     EXPECT_EQ(shot.Canvas().Pixel(60, 12 + 5), clRed);   // item 3
     EXPECT_EQ(shot.Canvas().Pixel(60, 12 + 25), clLime); // item 4
     EXPECT_EQ(list->ItemAtPos({60, 2 + 45}, true), 5);
+}
+
+TEST_F(ListBoxTest, ScrollBarArrowsTrackAndThumbScrollWithoutSelecting) {
+    const int barX = 10 + 120 - 2 - 8;
+    const int bottom = 10 + 4 + 5 * Row();
+    Click({barX, 14}); // the up arrow at the top: nothing above
+    EXPECT_EQ(list->TopIndex(), 0);
+    Click({barX, bottom - 4}); // the down arrow
+    Click({barX, bottom - 4});
+    EXPECT_EQ(list->TopIndex(), 2);
+    Click({barX, bottom - 20}); // the track below the thumb: a page
+    EXPECT_EQ(list->TopIndex(), 7);
+    Click({barX, 10 + 2 + 18}); // above it
+    EXPECT_EQ(list->TopIndex(), 2);
+
+    TVScrollBar bar({112, 12, 128, bottom - 2}, 20, 5, 2);
+    const TRect thumb = bar.Thumb();
+    Headless().MouseDown(Window(), {barX, thumb.top + 1});
+    Headless().MouseMove(Window(), {barX, 300}, isLeft); // dragged past the end
+    Pump();
+    EXPECT_EQ(list->TopIndex(), 15);
+    Headless().MouseMove(Window(), {barX, 0}, isLeft);
+    Headless().MouseUp(Window(), {barX, 0});
+    Pump();
+    EXPECT_EQ(list->TopIndex(), 0);
+    EXPECT_EQ(list->ItemIndex(), -1);
+    EXPECT_TRUE(clicks.empty());
+
+    const int belowFirstRow = 10 + 2 + Row() + 2;
+    EXPECT_EQ(ShotPixel(barX, 10 + 2), ColorToRGB(cl3DLight)); // the raised up button
+    EXPECT_EQ(ShotPixel(barX, belowFirstRow), ColorToRGB(clBtnFace));
+    list->Items()->Clear(); // no bar without more items than rows
+    EXPECT_EQ(ShotPixel(barX, belowFirstRow), ColorToRGB(clWindow));
+}
+
+TEST(ScrollBarGeometry, ThumbShowsTheVisibleShareAndPosition) {
+    const TVScrollBar top({0, 0, 16, 132}, 50, 10, 0);
+    EXPECT_EQ(top.UpButton(), (TRect{0, 0, 16, 16}));
+    EXPECT_EQ(top.DownButton(), (TRect{0, 116, 16, 132}));
+    EXPECT_EQ(top.Thumb(), (TRect{0, 16, 16, 36})); // a fifth of the track
+    const TVScrollBar end({0, 0, 16, 132}, 50, 10, 40);
+    EXPECT_EQ(end.Thumb().bottom, 116);
+    EXPECT_EQ(end.PositionForThumbTop(16 + 40), 20);
+    EXPECT_EQ(end.PartAt({8, 50}), TVScrollBar::TPart::PageUp);
+    const TVScrollBar many({0, 0, 16, 132}, 100000, 10, 0);
+    EXPECT_EQ(many.Thumb().Height(), 8); // never shorter than eight pixels
+    const TVScrollBar squat({0, 0, 16, 20}, 50, 10, 0);
+    EXPECT_EQ(squat.UpButton().Height(), 10);
+    EXPECT_TRUE(squat.Thumb().IsEmpty());
 }
