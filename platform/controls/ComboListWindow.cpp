@@ -50,8 +50,17 @@ void TComboListWindow::SetHotIndex(int index) {
     Invalidate();
 }
 
+int TComboListWindow::RowsWidth() const {
+    return Width() - 2 - (HasScrollBar() ? ScrollBarSize : 0);
+}
+
+TVScrollBar TComboListWindow::ScrollBar() const {
+    return TVScrollBar({Width() - 1 - ScrollBarSize, 1, Width() - 1, Height() - 1}, ItemCount(),
+                       m_rows, m_top);
+}
+
 int TComboListWindow::RowAt(TPoint pos) const {
-    if (pos.x < 1 || pos.x >= Width() - 1 || pos.y < 1) return -1;
+    if (pos.x < 1 || pos.x >= 1 + RowsWidth() || pos.y < 1) return -1;
     const int index = m_top + (pos.y - 1) / m_rowHeight;
     return (pos.y - 1) / m_rowHeight < m_rows && index < ItemCount() ? index : -1;
 }
@@ -62,7 +71,7 @@ void TComboListWindow::Paint() {
     TCanvas& canvas = Canvas();
     canvas.Brush().SetColor(clWindowFrame);
     canvas.FrameRect(ClientRect());
-    const int width = Width() - 2;
+    const int width = RowsWidth();
     TBitmap rows(width, m_rows * m_rowHeight);
     TCanvas& comboCanvas = m_combo.Canvas();
     comboCanvas.SetTarget(&rows.Pixels());
@@ -75,6 +84,10 @@ void TComboListWindow::Paint() {
     }
     comboCanvas.SetTarget(nullptr);
     canvas.Draw(1, 1, rows);
+    if (HasScrollBar()) {
+        const bool thumb = m_barPart == TVScrollBar::TPart::Thumb;
+        ScrollBar().Paint(canvas, thumb ? TVScrollBar::TPart::None : m_barPart);
+    }
 }
 
 void TComboListWindow::WndProc(TMessage& Message) {
@@ -96,16 +109,61 @@ void TComboListWindow::CMCancelMode(TMessage& Message) {
 
 void TComboListWindow::WMMouseMove(TMessage& Message) {
     const int row = RowAt({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)});
-    if (row >= 0) SetHotIndex(row);
+    if (row >= 0 && m_barPart == TVScrollBar::TPart::None) SetHotIndex(row);
     TCustomForm::WMMouseMove(Message);
 }
 
 void TComboListWindow::WMLButtonUp(TMessage& Message) {
+    const bool onBar = m_barPart != TVScrollBar::TPart::None;
     TCustomForm::WMLButtonUp(Message);
+    if (onBar) return;
     const int row = RowAt({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)});
     if (row < 0) return;
     SetHotIndex(row);
     m_combo.CloseList(true);
+}
+
+// The scroll bar: arrows scroll a row, the track a page, the thumb follows the pointer.
+void TComboListWindow::MouseDown(TMouseButtonKind Button, TShiftState Shift, int X, int Y) {
+    if (Button == mbLeft && HasScrollBar()) {
+        const TVScrollBar bar = ScrollBar();
+        m_barPart = bar.PartAt({X, Y});
+        switch (m_barPart) {
+        case TVScrollBar::TPart::None:
+            break;
+        case TVScrollBar::TPart::LineUp:
+            SetTopIndex(m_top - 1);
+            break;
+        case TVScrollBar::TPart::LineDown:
+            SetTopIndex(m_top + 1);
+            break;
+        case TVScrollBar::TPart::PageUp:
+            SetTopIndex(m_top - m_rows);
+            break;
+        case TVScrollBar::TPart::PageDown:
+            SetTopIndex(m_top + m_rows);
+            break;
+        case TVScrollBar::TPart::Thumb:
+            m_thumbGrip = Y - bar.Thumb().top;
+            break;
+        }
+        Invalidate();
+    }
+    TCustomForm::MouseDown(Button, Shift, X, Y);
+}
+
+void TComboListWindow::MouseMove(TShiftState Shift, int X, int Y) {
+    if (m_barPart == TVScrollBar::TPart::Thumb)
+        SetTopIndex(ScrollBar().PositionForThumbTop(Y - m_thumbGrip));
+    TCustomForm::MouseMove(Shift, X, Y);
+}
+
+void TComboListWindow::MouseUp(TMouseButtonKind Button, TShiftState Shift, int X, int Y) {
+    if (Button == mbLeft && m_barPart != TVScrollBar::TPart::None) {
+        m_barPart = TVScrollBar::TPart::None;
+        Invalidate();
+    }
+    TCustomForm::MouseUp(Button, Shift, X, Y);
 }
 
 } // namespace qv

@@ -1,6 +1,7 @@
 #include "ControlsFixture.h"
 
 #include "platform/controls/ComboBox.h"
+#include "platform/controls/ComboListWindow.h"
 #include "platform/controls/Edit.h"
 
 #include <vector>
@@ -161,9 +162,21 @@ TEST_F(ComboBoxTest, ListScrollsToShowTheHighlightedRowBeyondDropDownCount) {
     combo->SetItemIndex(20);
     Click({30, 20});
     ASSERT_TRUE(combo->DroppedDown());
-    EXPECT_EQ(combo->ListWindow()->Height(), 5 * Row() + 2);
+    auto* list = dynamic_cast<TComboListWindow*>(combo->ListWindow());
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->Height(), 5 * Row() + 2);
+    EXPECT_EQ(list->TopIndex(), 16);
+    const int barX = list->Width() - 1 - 8;
+    ClickIn(List(), {barX, list->Height() - 5}); // the scroll bar's down arrow
+    EXPECT_TRUE(combo->DroppedDown());
+    EXPECT_EQ(list->TopIndex(), 17);
+    ClickIn(List(), {barX, 4}); // the up arrow
+    ClickIn(List(), {barX, 4});
+    EXPECT_EQ(list->TopIndex(), 15);
+    EXPECT_EQ(list->RowAt({barX, ListRow(1).y}), -1);
     ClickIn(List(), ListRow(4));
-    EXPECT_EQ(combo->ItemIndex(), 20);
+    EXPECT_FALSE(combo->DroppedDown());
+    EXPECT_EQ(combo->ItemIndex(), 19);
 }
 
 TEST_F(ComboBoxTest, OwnerDrawPaintsTheFieldAndTheRowsOnTheBoxCanvas) {
