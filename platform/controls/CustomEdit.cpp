@@ -37,6 +37,8 @@ TCustomEdit::TCustomEdit(TComponent* AOwner) : TWinControl(AOwner) {
     AdjustHeight();
 }
 
+TCustomEdit::~TCustomEdit() = default;
+
 // Properties.
 
 void TCustomEdit::SetAutoSize(bool v) {
@@ -121,11 +123,15 @@ void TCustomEdit::SetSelection(int anchor, int caret) {
     m_anchor = anchor;
     m_caret = caret;
     ScrollToCaret();
+    RestartCaretBlink();
     Invalidate();
 }
 
+// A caret put where it already is still shows at once.
 void TCustomEdit::MoveCaret(int pos, bool extend) {
     SetSelection(extend ? m_anchor : pos, pos);
+    if (!m_caretShown) Invalidate();
+    RestartCaretBlink();
 }
 
 // Clipboard.
@@ -191,6 +197,7 @@ void TCustomEdit::CMTextChanged(TMessage& Message) {
         m_scroll = 0;
     }
     ScrollToCaret();
+    RestartCaretBlink();
     Invalidate();
     if (!IsLoading()) Change();
 }
@@ -394,13 +401,30 @@ void TCustomEdit::MouseUp(TMouseButtonKind Button, TShiftState Shift, int X, int
 
 void TCustomEdit::WMSetFocus(TMessage& Message) {
     TWinControl::WMSetFocus(Message);
+    RestartCaretBlink();
     Invalidate();
 }
 
 void TCustomEdit::WMKillFocus(TMessage& Message) {
     TWinControl::WMKillFocus(Message);
     m_selecting = false;
+    if (m_caretTimer) m_caretTimer->SetEnabled(false);
     Invalidate();
+}
+
+void TCustomEdit::RestartCaretBlink() {
+    m_caretShown = true;
+    if (IsDesigning() || !Focused()) return;
+    if (!m_caretTimer) {
+        m_caretTimer = std::make_unique<TTimer>(nullptr);
+        m_caretTimer->SetInterval(CaretBlinkTime);
+        m_caretTimer->SetOnTimer([this](TObject*) {
+            m_caretShown = !m_caretShown;
+            Invalidate();
+        });
+    }
+    m_caretTimer->SetEnabled(false);
+    m_caretTimer->SetEnabled(true);
 }
 
 // Entering by keyboard selects everything when AutoSelect is on.
@@ -432,7 +456,7 @@ void TCustomEdit::WMPaint(TMessage&) {
     canvas.FillRect(rect);
     if (m_borderStyle == bsSingle) DrawClientEdge(canvas, rect);
     PaintText(canvas);
-    if (Focused()) PaintCaret(canvas);
+    if (Focused() && m_caretShown) PaintCaret(canvas);
 }
 
 void TCustomEdit::PaintText(TCanvas& canvas) const {

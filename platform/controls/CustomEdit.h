@@ -8,17 +8,24 @@
 // text; the caret never stops inside a UTF-8 sequence.
 //
 // It paints a sunken edge (BorderStyle bsSingle), the text, the selection in the highlight
-// colours while focused (always when HideSelection is off) and a caret while focused.
+// colours while focused (always when HideSelection is off) and, while focused, a caret that
+// blinks every CaretBlinkTime ms and shows again at once whenever it moves.
 
 #include "ControlTypes.h"
+#include "Timer.h"
 #include "WinControl.h"
+
+#include <memory>
 
 namespace qv {
 
 class TCustomEdit : public TWinControl {
     QV_OBJECT
 public:
+    static constexpr unsigned CaretBlinkTime = 530;
+
     explicit TCustomEdit(TComponent* AOwner);
+    ~TCustomEdit() override;
 
     bool AutoSelect() const { return m_autoSelect; }
     void SetAutoSelect(bool v) { m_autoSelect = v; }
@@ -103,6 +110,8 @@ private:
     bool SelectionVisible() const;
     void PaintText(TCanvas& canvas) const;
     void PaintCaret(TCanvas& canvas) const;
+    // Shows the caret and starts its blinking over (stops it without the focus).
+    void RestartCaretBlink();
 
     bool m_autoSelect{true};
     bool m_autoSize{true};
@@ -119,6 +128,8 @@ private:
     bool m_selecting{false}; // the left button is down and drags the selection
     bool m_pressing{false};  // focus arrives from a mouse press
     mutable TBitmap m_measure{1, 1};
+    std::unique_ptr<TTimer> m_caretTimer;
+    bool m_caretShown{true};
 };
 
 } // namespace qv

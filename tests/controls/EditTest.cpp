@@ -239,6 +239,27 @@ TEST_F(EditTest, CaretAndSelectionArePaintedOnlyWhileFocused) {
     EXPECT_GT(Count(text, clHighlight), 20);
 }
 
+TEST_F(EditTest, CaretBlinksAndShowsAgainWhenItMoves) {
+    edit->SetText("blink");
+    other->SetFocus();
+    edit->SetFocus();
+    edit->SetSelStart(5);
+    const TRect caretColumn{XOf(5), 13, XOf(5) + 1, 26};
+    EXPECT_GE(Count(caretColumn, clBlack), 10);
+    Headless().AdvanceClock(TCustomEdit::CaretBlinkTime);
+    Pump();
+    EXPECT_EQ(Count(caretColumn, clBlack), 0);
+    Key(VK_END); // moving (even in place) shows it again
+    EXPECT_GE(Count(caretColumn, clBlack), 10);
+    Headless().AdvanceClock(TCustomEdit::CaretBlinkTime - 1);
+    Pump();
+    EXPECT_GE(Count(caretColumn, clBlack), 10);
+    other->SetFocus();
+    Headless().AdvanceClock(5 * TCustomEdit::CaretBlinkTime);
+    Pump();
+    EXPECT_EQ(Count(caretColumn, clBlack), 0);
+}
+
 TEST_F(EditTest, SunkenEdgeAndHeightFollowingTheFont) {
     EXPECT_EQ(ShotPixel(10, 10), ColorToRGB(clBtnShadow));
     EXPECT_EQ(ShotPixel(11, 11), ColorToRGB(cl3DDkShadow));
