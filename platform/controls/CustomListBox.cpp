@@ -181,7 +181,7 @@ void TCustomListBox::WMGetDlgCode(TMessage& Message) {
     Message.Result = DLGC_WANTARROWS | DLGC_WANTCHARS;
 }
 
-int TCustomListBox::TargetOfKey(unsigned key) const {
+std::optional<int> TCustomListBox::TargetOfKey(unsigned key) const {
     const int current = std::max(m_itemIndex, 0);
     const int page = std::max(VisibleRowCount() - 1, 1);
     switch (key) {
@@ -198,15 +198,15 @@ int TCustomListBox::TargetOfKey(unsigned key) const {
     case VK_END:
         return m_items->Count() - 1;
     default:
-        return -2;
+        return std::nullopt;
     }
 }
 
 void TCustomListBox::KeyDown(unsigned& Key, TShiftState Shift) {
     TWinControl::KeyDown(Key, Shift);
-    const int target = TargetOfKey(Key);
-    if (target == -2) return;
-    SelectByUser(target, true);
+    const std::optional<int> target = TargetOfKey(Key);
+    if (!target) return;
+    SelectByUser(*target, true);
     Key = 0;
 }
 

@@ -16,6 +16,7 @@
 #include "platform/core/Strings.h"
 
 #include <memory>
+#include <optional>
 
 namespace qv {
 
@@ -83,7 +84,8 @@ private:
     void ScrollIntoView(int index);
     // Selects `index` for the user: OnClick when `notify`.
     void SelectByUser(int index, bool notify);
-    int TargetOfKey(unsigned key) const;
+    // The item a navigation key selects, if it is one.
+    std::optional<int> TargetOfKey(unsigned key) const;
     void MouseWheel(int delta);
     void PaintItem(TCanvas& canvas, int index, const TRect& rect);
 
