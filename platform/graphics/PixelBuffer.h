@@ -1,6 +1,8 @@
 #pragma once
 // TPixelBuffer: a top-down 32-bit pixel array, one uint32_t per pixel holding 0x00RRGGBB
 // (blue in the lowest byte in memory, as a 32-bit device-independent bitmap stores it).
+// A buffer owns its pixels, or is a view of pixels that live elsewhere (a part of another
+// buffer, a window's shared-memory image) with rows `Stride()` pixels apart.
 
 #include "Color.h"
 #include "Types.h"
@@ -26,32 +28,57 @@ public:
     TPixelBuffer() = default;
     // Negative sizes count as zero; new pixels take `fill`.
     TPixelBuffer(int width, int height, std::uint32_t fill = 0x00FFFFFF);
+    // A view of `width` x `height` pixels at `pixels`, rows `stride` pixels apart. The memory
+    // stays the caller's and must outlive the view.
+    static TPixelBuffer View(std::uint32_t* pixels, int width, int height, int stride);
+    // A view of the part `r` of this buffer (`r` must lie inside Bounds()).
+    TPixelBuffer SubView(const TRect& r);
+
+    // Copies own their pixels, also copies of a view; moving a view moves the view.
+    TPixelBuffer(const TPixelBuffer& other);
+    TPixelBuffer& operator=(const TPixelBuffer& other);
+    TPixelBuffer(TPixelBuffer&& other) noexcept;
+    TPixelBuffer& operator=(TPixelBuffer&& other) noexcept;
+    ~TPixelBuffer() = default;
 
     int Width() const { return m_width; }
     int Height() const { return m_height; }
     bool IsEmpty() const { return m_width == 0 || m_height == 0; }
     TRect Bounds() const { return {0, 0, m_width, m_height}; }
+    bool IsView() const { return m_data != nullptr && m_pixels.empty(); }
+    // Pixels from one row to the next.
+    int Stride() const { return m_stride; }
 
-    // Resizes keeping the overlapping top-left part; new pixels take `fill`.
+    // Resizes keeping the overlapping top-left part; new pixels take `fill`. A view that
+    // changes size becomes a buffer of its own.
     void Resize(int width, int height, std::uint32_t fill = 0x00FFFFFF);
     void Fill(std::uint32_t pixel);
 
-    std::uint32_t* Row(int y) { return m_pixels.data() + static_cast<std::size_t>(y) * m_width; }
+    std::uint32_t* Row(int y) { return m_data + static_cast<std::size_t>(y) * m_stride; }
     const std::uint32_t* Row(int y) const {
-        return m_pixels.data() + static_cast<std::size_t>(y) * m_width;
+        return m_data + static_cast<std::size_t>(y) * m_stride;
     }
     std::uint32_t At(int x, int y) const { return Row(y)[x]; }
     std::uint32_t& At(int x, int y) { return Row(y)[x]; }
     bool Contains(int x, int y) const { return x >= 0 && y >= 0 && x < m_width && y < m_height; }
+    // The owned pixels row after row (empty for a view).
     const std::vector<std::uint32_t>& Pixels() const { return m_pixels; }
 
-    bool operator==(const TPixelBuffer&) const = default;
+    // Same size and pixels.
+    bool operator==(const TPixelBuffer& other) const;
 
 private:
     int m_width{0};
     int m_height{0};
+    int m_stride{0};
+    std::uint32_t* m_data{nullptr}; // m_pixels.data() unless a view
     std::vector<std::uint32_t> m_pixels;
 };
+
+// Copies `area` of `from` (placed at `fromOrigin` in a shared coordinate space) into `to`
+// (placed at `toOrigin`); `area` must lie inside both.
+void CopyPixels(const TPixelBuffer& from, TPoint fromOrigin, TPixelBuffer& to, TPoint toOrigin,
+                const TRect& area);
 
 // Fast span writers used by every filling primitive.
 void FillPixels(std::uint32_t* dst, int count, std::uint32_t pixel);
