@@ -157,21 +157,7 @@ std::uint32_t TDeviceContext::PixelOf(TColor color) const {
 
 std::vector<TRect> TDeviceContext::VisibleRects(const TRect& r) const {
     std::vector<TRect> rects;
-    if (!m_target) return rects;
-    const TRect inside = Intersect(r, m_target->Bounds());
-    if (inside.IsEmpty()) return rects;
-    if (!m_clip) {
-        rects.push_back(inside);
-        return rects;
-    }
-    for (const auto& band : m_clip->Bands()) {
-        if (band.bottom <= inside.top) continue;
-        if (band.top >= inside.bottom) break;
-        for (const auto& span : band.spans) {
-            const TRect piece = Intersect({span.left, band.top, span.right, band.bottom}, inside);
-            if (!piece.IsEmpty()) rects.push_back(piece);
-        }
-    }
+    ForEachVisibleRect(r, [&](const TRect& piece) { rects.push_back(piece); });
     return rects;
 }
 
@@ -185,7 +171,7 @@ TDeviceContext::TBrushMasks TDeviceContext::MakeBrushMasks(const TLogBrush& brus
     switch (brush.style) {
     case BS_SOLID:
         masks.null = false;
-        masks.cells = {RopMaskFor(rop2, PixelOf(brush.color))};
+        masks.solid = RopMaskFor(rop2, PixelOf(brush.color));
         break;
     case BS_HATCHED: {
         const auto& rows = HatchRows[static_cast<std::size_t>(std::clamp(brush.hatch, 0, 5))];
@@ -222,33 +208,37 @@ TDeviceContext::TBrushMasks TDeviceContext::MakeBrushMasks(const TLogBrush& brus
     return masks;
 }
 
-void TDeviceContext::PaintRects(const std::vector<TRect>& rects, const TBrushMasks& masks) {
+void TDeviceContext::PaintRect(const TRect& r, const TBrushMasks& masks) {
     if (masks.null || !m_target) return;
-    for (const TRect& r : rects) {
-        if (masks.cells.size() == 1) {
-            ApplyMaskToRect(r, masks.cells.front());
-            continue;
-        }
-        for (int y = r.top; y < r.bottom; ++y) {
-            const int py = PositiveMod(y - masks.origin.y, masks.height);
-            const TRopMask* row = masks.cells.data() + static_cast<std::size_t>(py) * masks.width;
-            std::uint32_t* dst = m_target->Row(y);
-            int px = PositiveMod(r.left - masks.origin.x, masks.width);
-            for (int x = r.left; x < r.right; ++x) {
-                dst[x] = (dst[x] & row[px].andMask) ^ row[px].xorMask;
-                if (++px == masks.width) px = 0;
-            }
+    if (masks.IsSolid()) {
+        ApplyMaskToRect(r, masks.solid);
+        return;
+    }
+    for (int y = r.top; y < r.bottom; ++y) {
+        const TRopMask* row = masks.Row(PositiveMod(y - masks.origin.y, masks.height));
+        std::uint32_t* dst = m_target->Row(y);
+        int px = PositiveMod(r.left - masks.origin.x, masks.width);
+        for (int x = r.left; x < r.right; ++x) {
+            dst[x] = (dst[x] & row[px].andMask) ^ row[px].xorMask;
+            if (++px == masks.width) px = 0;
         }
     }
 }
 
+void TDeviceContext::PaintVisible(const TRect& r, const TBrushMasks& masks) {
+    if (masks.null) return;
+    ForEachVisibleRect(r, [&](const TRect& piece) { PaintRect(piece, masks); });
+}
+
 void TDeviceContext::ApplyMaskToRect(const TRect& r, TRopMask mask) {
+    if (mask.andMask == 0xFFFFFFFFu && mask.xorMask == 0) return;
     for (int y = r.top; y < r.bottom; ++y)
         RopPixels(m_target->Row(y) + r.left, r.Width(), mask.andMask, mask.xorMask);
 }
 
 void TDeviceContext::PaintRectWithBrush(const TRect& r, const TLogBrush& brush, int rop2) {
-    PaintRects(VisibleRects(r), MakeBrushMasks(brush, rop2));
+    if (!m_target || brush.style == BS_NULL) return;
+    PaintVisible(r, MakeBrushMasks(brush, rop2));
 }
 
 void TDeviceContext::PaintRegionWithBrush(const TRegion& region, const TLogBrush& brush, int rop2) {
@@ -256,17 +246,17 @@ void TDeviceContext::PaintRegionWithBrush(const TRegion& region, const TLogBrush
     const TBrushMasks masks = MakeBrushMasks(brush, rop2);
     if (masks.null) return;
     const TRect bounds = m_target->Bounds();
-    const TRegion visible = m_clip ? region.Combine(*m_clip, RGN_AND) : region;
-    std::vector<TRect> rects;
+    std::optional<TRegion> clipped;
+    if (m_clip) clipped = region.Combine(*m_clip, RGN_AND);
+    const TRegion& visible = clipped ? *clipped : region;
     for (const auto& band : visible.Bands()) {
         if (band.bottom <= bounds.top) continue;
         if (band.top >= bounds.bottom) break;
         for (const auto& span : band.spans) {
             const TRect piece = Intersect({span.left, band.top, span.right, band.bottom}, bounds);
-            if (!piece.IsEmpty()) rects.push_back(piece);
+            if (!piece.IsEmpty()) PaintRect(piece, masks);
         }
     }
-    PaintRects(rects, masks);
 }
 
 void TDeviceContext::PaintRegionWithPen(const TRegion& region) {
@@ -287,8 +277,8 @@ void TDeviceContext::PatBlt(int x, int y, int width, int height, std::uint32_t r
     const int rop2 = Rop2FromRop3(rop);
     const TRect r = BlitRect(x, y, width, height);
     if (rop2 == R2_BLACK || rop2 == R2_WHITE || rop2 == R2_NOT || rop2 == R2_NOP) {
-        for (const TRect& piece : VisibleRects(r))
-            ApplyMaskToRect(piece, RopMaskFor(rop2, 0));
+        const TRopMask mask = RopMaskFor(rop2, 0);
+        ForEachVisibleRect(r, [&](const TRect& piece) { ApplyMaskToRect(piece, mask); });
         return;
     }
     PaintRectWithBrush(r, m_logBrush, rop2);
@@ -303,16 +293,17 @@ void TDeviceContext::FillRect(const TRect& r, const TLogBrush& brush) {
 void TDeviceContext::FrameRect(const TRect& r, const TLogBrush& brush) {
     if (r.right <= r.left || r.bottom <= r.top) return;
     const TBrushMasks masks = MakeBrushMasks(brush, R2_COPYPEN);
-    PaintRects(VisibleRects({r.left, r.top, r.left + 1, r.bottom}), masks);
-    PaintRects(VisibleRects({r.right - 1, r.top, r.right, r.bottom}), masks);
-    PaintRects(VisibleRects({r.left, r.top, r.right, r.top + 1}), masks);
-    PaintRects(VisibleRects({r.left, r.bottom - 1, r.right, r.bottom}), masks);
+    PaintVisible({r.left, r.top, r.left + 1, r.bottom}, masks);
+    PaintVisible({r.right - 1, r.top, r.right, r.bottom}, masks);
+    PaintVisible({r.left, r.top, r.right, r.top + 1}, masks);
+    PaintVisible({r.left, r.bottom - 1, r.right, r.bottom}, masks);
 }
 
 void TDeviceContext::InvertRect(const TRect& r) {
-    for (const TRect& piece : VisibleRects(BlitRect(r.left, r.top, std::int64_t{r.right} - r.left,
-                                                    std::int64_t{r.bottom} - r.top)))
-        ApplyMaskToRect(piece, RopMaskFor(R2_NOT, 0));
+    const TRopMask mask = RopMaskFor(R2_NOT, 0);
+    ForEachVisibleRect(
+        BlitRect(r.left, r.top, std::int64_t{r.right} - r.left, std::int64_t{r.bottom} - r.top),
+        [&](const TRect& piece) { ApplyMaskToRect(piece, mask); });
 }
 
 void TDeviceContext::DrawFocusRect(const TRect& r) {
@@ -326,11 +317,11 @@ void TDeviceContext::DrawFocusRect(const TRect& r) {
     masks.cells = {dot, gap, gap, dot};
     const std::int64_t w = std::int64_t{r.right} - r.left;
     const std::int64_t h = std::int64_t{r.bottom} - r.top;
-    PaintRects(VisibleRects(BlitRect(r.left, r.top, w, 1)), masks);
-    PaintRects(VisibleRects(BlitRect(r.left, r.bottom - 1, w, 1)), masks);
+    PaintVisible(BlitRect(r.left, r.top, w, 1), masks);
+    PaintVisible(BlitRect(r.left, r.bottom - 1, w, 1), masks);
     if (h > 2) {
-        PaintRects(VisibleRects(BlitRect(r.left, r.top + 1, 1, h - 2)), masks);
-        PaintRects(VisibleRects(BlitRect(r.right - 1, r.top + 1, 1, h - 2)), masks);
+        PaintVisible(BlitRect(r.left, r.top + 1, 1, h - 2), masks);
+        PaintVisible(BlitRect(r.right - 1, r.top + 1, 1, h - 2), masks);
     }
 }
 
@@ -338,8 +329,8 @@ void TDeviceContext::DrawFocusRect(const TRect& r) {
 
 TColor TDeviceContext::SetPixel(int x, int y, TColor color) {
     const std::uint32_t pixel = PixelOf(color);
-    for (const TRect& r : VisibleRects({x, y, x + 1, y + 1}))
-        ApplyMaskToRect(r, RopMaskFor(m_rop2, pixel));
+    const TRopMask mask = RopMaskFor(m_rop2, pixel);
+    ForEachVisibleRect({x, y, x + 1, y + 1}, [&](const TRect& r) { ApplyMaskToRect(r, mask); });
     return PixelToColor(pixel);
 }
 

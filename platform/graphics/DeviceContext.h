@@ -174,24 +174,39 @@ public:
     void PaintRegionWithBrush(const TRegion& region, const TLogBrush& brush, int rop2);
     // The rectangles of `r` that are visible: inside the target and the clip region.
     std::vector<TRect> VisibleRects(const TRect& r) const;
+    // Calls fn(piece) for each of those rectangles, top to bottom, without collecting them.
+    template <class Fn> void ForEachVisibleRect(const TRect& r, Fn&& fn) const;
 
 private:
     struct TDashPattern {
         std::vector<int> dashes;
         int total{0};
     };
-    // A brush prepared for one ROP2: a tile of masks repeated from `origin`.
+    // A brush prepared for one ROP2: a tile of masks repeated from `origin`. A solid brush
+    // keeps its one mask in `solid` and allocates nothing.
     struct TBrushMasks {
         bool null{true};
         int width{1};
         int height{1};
-        std::vector<TRopMask> cells; // width * height masks, row by row
+        TRopMask solid;
+        std::vector<TRopMask> cells; // width * height masks, row by row; empty when solid
         TPoint origin{0, 0};
+
+        bool IsSolid() const { return cells.empty(); }
+        const TRopMask* Row(int tileY) const {
+            return cells.empty() ? &solid : cells.data() + static_cast<std::size_t>(tileY) * width;
+        }
     };
 
     // Pens.
     void PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline);
-    void ThinLine(TPoint from, TPoint to);
+    // The pen's mix and, for dashed pens, the mix of the gaps.
+    struct TPenMasks {
+        TRopMask ink;
+        TRopMask gap;
+    };
+    TPenMasks PenMasks() const;
+    void ThinLine(TPoint from, TPoint to, const TPenMasks& masks);
     void WideLines(std::span<const TPoint> points, bool close, TSpanCollector& outline);
     void DashedThinPixel(int x, int y, int phase);
     bool DashMark(int phase) const;
@@ -204,9 +219,14 @@ private:
 
     // Brushes.
     TBrushMasks MakeBrushMasks(const TLogBrush& brush, int rop2) const;
-    void PaintRects(const std::vector<TRect>& rects, const TBrushMasks& masks);
+    // Paints one rectangle that lies inside the target.
+    void PaintRect(const TRect& r, const TBrushMasks& masks);
+    // Paints the visible part of `r`.
+    void PaintVisible(const TRect& r, const TBrushMasks& masks);
     void PaintRectWithBrush(const TRect& r, const TLogBrush& brush, int rop2);
     void ApplyMaskToRect(const TRect& r, TRopMask mask);
+    // SRCCOPY of `r` (inside the target) from `src` at (sx, sy) onwards, row by row.
+    void CopyRows(const TRect& r, const TPixelBuffer& src, int sx, int sy);
     std::uint32_t PixelOf(TColor color) const;
 
     TPixelBuffer* m_target{nullptr};
@@ -226,6 +246,24 @@ private:
     TPoint m_pos{0, 0};
     std::optional<TRegion> m_clip;
 };
+
+template <class Fn> void TDeviceContext::ForEachVisibleRect(const TRect& r, Fn&& fn) const {
+    if (!m_target) return;
+    const TRect inside = Intersect(r, m_target->Bounds());
+    if (inside.IsEmpty()) return;
+    if (!m_clip) {
+        fn(inside);
+        return;
+    }
+    for (const auto& band : m_clip->Bands()) {
+        if (band.bottom <= inside.top) continue;
+        if (band.top >= inside.bottom) break;
+        for (const auto& span : band.spans) {
+            const TRect piece = Intersect({span.left, band.top, span.right, band.bottom}, inside);
+            if (!piece.IsEmpty()) fn(piece);
+        }
+    }
+}
 
 // GDI-style free functions on a device context.
 using HDC = TDeviceContext*;

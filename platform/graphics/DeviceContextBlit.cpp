@@ -3,6 +3,7 @@
 
 #include "DeviceContext.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace qv {
@@ -67,6 +68,17 @@ bool SourceUsed(std::uint8_t code) {
     return ((code >> 2) & 0x33) != (code & 0x33);
 }
 
+// dst = src without the top byte, four pixels at a time.
+void CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, int count) {
+    typedef std::uint32_t TQuad __attribute__((vector_size(16), may_alias, aligned(4)));
+    constexpr TQuad mask = {0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu};
+    int i = 0;
+    for (; i + 4 <= count; i += 4)
+        *reinterpret_cast<TQuad*>(dst + i) = *reinterpret_cast<const TQuad*>(src + i) & mask;
+    for (; i < count; ++i)
+        dst[i] = src[i] & 0x00FFFFFFu;
+}
+
 } // namespace
 
 void TDeviceContext::BitBlt(int x, int y, int width, int height, const TPixelBuffer* source, int sx,
@@ -93,9 +105,16 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, const TPixe
         snapshot = *source;
         src = &snapshot;
     }
+    const TRect dest{dx.start, dy.start, dx.start + dx.count, dy.start + dy.count};
+    // An unstretched, unmirrored copy moves whole rows.
+    if (code == 0xCC && width == sw && height == sh && width > 0 && height > 0) {
+        ForEachVisibleRect(dest, [&](const TRect& r) {
+            CopyRows(r, *src, r.left - dx.start + srcX.start, r.top - dy.start + srcY.start);
+        });
+        return;
+    }
     const TBrushMasks pattern = MakeBrushMasks(m_logBrush, R2_COPYPEN);
-    for (const TRect& r :
-         VisibleRects({dx.start, dy.start, dx.start + dx.count, dy.start + dy.count})) {
+    ForEachVisibleRect(dest, [&](const TRect& r) {
         for (int py = r.top; py < r.bottom; ++py) {
             int i = py - dy.start;
             if (mirrorY) i = dy.count - 1 - i;
@@ -107,7 +126,7 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, const TPixe
             int patY = 0;
             if (!pattern.null) {
                 patY = ((py - pattern.origin.y) % pattern.height + pattern.height) % pattern.height;
-                patRow = pattern.cells.data() + static_cast<std::size_t>(patY) * pattern.width;
+                patRow = pattern.Row(patY);
             }
             for (int px = r.left; px < r.right; ++px) {
                 int j = px - dx.start;
@@ -126,6 +145,24 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, const TPixe
                 dst[px] = Rop3(code, p, s, dst[px]) & 0x00FFFFFFu;
             }
         }
+    });
+}
+
+void TDeviceContext::CopyRows(const TRect& r, const TPixelBuffer& src, int sx, int sy) {
+    // Source pixels outside the source read as black; the rest are copied without their top
+    // byte. Columns [inLeft, inRight) of the target lie over the source.
+    const int inLeft = std::clamp(r.left - sx, r.left, r.right);
+    const int inRight = std::clamp(r.left - sx + src.Width(), inLeft, r.right);
+    for (int py = r.top; py < r.bottom; ++py) {
+        std::uint32_t* dst = m_target->Row(py);
+        const int syy = py - r.top + sy;
+        if (syy < 0 || syy >= src.Height()) {
+            FillPixels(dst + r.left, r.Width(), 0);
+            continue;
+        }
+        FillPixels(dst + r.left, inLeft - r.left, 0);
+        CopyPixelsMasked(dst + inLeft, src.Row(syy) + (inLeft - r.left + sx), inRight - inLeft);
+        FillPixels(dst + inRight, r.right - inRight, 0);
     }
 }
 
@@ -133,7 +170,7 @@ void TDeviceContext::TransparentBlt(int x, int y, int width, int height, const T
                                     int sx, int sy, int sw, int sh,
                                     std::uint32_t transparentPixel) {
     if (!m_target || width <= 0 || height <= 0 || sw <= 0 || sh <= 0 || source.IsEmpty()) return;
-    for (const TRect& r : VisibleRects({x, y, x + width, y + height})) {
+    ForEachVisibleRect({x, y, x + width, y + height}, [&](const TRect& r) {
         for (int py = r.top; py < r.bottom; ++py) {
             const int syy = sy + static_cast<int>(static_cast<std::int64_t>(py - y) * sh / height);
             if (syy < 0 || syy >= source.Height()) continue;
@@ -145,7 +182,7 @@ void TDeviceContext::TransparentBlt(int x, int y, int width, int height, const T
                 if (s != (transparentPixel & 0xFFFFFF)) m_target->At(px, py) = s;
             }
         }
-    }
+    });
 }
 
 } // namespace qv

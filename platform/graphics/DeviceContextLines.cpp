@@ -102,37 +102,44 @@ bool TDeviceContext::DashMark(int phase) const {
     return true;
 }
 
-void TDeviceContext::ThinLine(TPoint from, TPoint to) {
+TDeviceContext::TPenMasks TDeviceContext::PenMasks() const {
+    return {RopMaskFor(m_rop2, PixelOf(m_logPen.color)),
+            m_bkMode == TRANSPARENT ? TRopMask{0xFFFFFFFFu, 0}
+                                    : RopMaskFor(m_rop2, PixelOf(m_bkColor))};
+}
+
+void TDeviceContext::ThinLine(TPoint from, TPoint to, const TPenMasks& masks) {
     if (!m_target) return;
     const int length = std::max(std::abs(to.x - from.x), std::abs(to.y - from.y));
+    if (length == 0) return;
+    const int phase0 = m_dashPhase;
+    if (m_dash.total)
+        m_dashPhase = static_cast<int>((static_cast<std::int64_t>(phase0) + length) % m_dash.total);
+    const auto mix = [](std::uint32_t& p, const TRopMask& m) { p = (p & m.andMask) ^ m.xorMask; };
+    // A one-step line (the points of a curve) draws only its first point.
+    if (length == 1) {
+        if (!m_target->Contains(from.x, from.y) || (m_clip && !m_clip->Contains(from.x, from.y)))
+            return;
+        mix(m_target->At(from.x, from.y),
+            m_dash.total == 0 || DashMark(phase0) ? masks.ink : masks.gap);
+        return;
+    }
     const TRect box{std::min(from.x, to.x), std::min(from.y, to.y), std::max(from.x, to.x) + 1,
                     std::max(from.y, to.y) + 1};
     // Lines wholly outside the target only move the dash pattern on.
-    if (Intersect(box, m_target->Bounds()).IsEmpty()) {
-        if (m_dash.total)
-            m_dashPhase =
-                static_cast<int>((static_cast<std::int64_t>(m_dashPhase) + length) % m_dash.total);
-        return;
-    }
-    const TRopMask ink = RopMaskFor(m_rop2, PixelOf(m_logPen.color));
+    if (Intersect(box, m_target->Bounds()).IsEmpty()) return;
     if (m_dash.total == 0) {
-        for (const TRect& window : VisibleRects(box))
-            WalkLine(from, to, window, [&](int x, int y, int) {
-                std::uint32_t& p = m_target->At(x, y);
-                p = (p & ink.andMask) ^ ink.xorMask;
-            });
+        ForEachVisibleRect(box, [&](const TRect& window) {
+            WalkLine(from, to, window,
+                     [&](int x, int y, int) { mix(m_target->At(x, y), masks.ink); });
+        });
         return;
     }
-    const TRopMask gap =
-        m_bkMode == TRANSPARENT ? TRopMask{0xFFFFFFFFu, 0} : RopMaskFor(m_rop2, PixelOf(m_bkColor));
-    const int phase0 = m_dashPhase;
-    for (const TRect& window : VisibleRects(box))
+    ForEachVisibleRect(box, [&](const TRect& window) {
         WalkLine(from, to, window, [&](int x, int y, int k) {
-            const TRopMask& m = DashMark((phase0 + k) % m_dash.total) ? ink : gap;
-            std::uint32_t& p = m_target->At(x, y);
-            p = (p & m.andMask) ^ m.xorMask;
+            mix(m_target->At(x, y), DashMark((phase0 + k) % m_dash.total) ? masks.ink : masks.gap);
         });
-    m_dashPhase = static_cast<int>((static_cast<std::int64_t>(phase0) + length) % m_dash.total);
+    });
 }
 
 namespace {
@@ -252,9 +259,10 @@ void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanC
         WideLines(points, close, *outline);
         return;
     }
+    const TPenMasks masks = PenMasks();
     for (std::size_t i = 0; i + 1 < points.size(); ++i)
-        ThinLine(points[i], points[i + 1]);
-    if (close) ThinLine(points.back(), points.front());
+        ThinLine(points[i], points[i + 1], masks);
+    if (close) ThinLine(points.back(), points.front(), masks);
 }
 
 void TDeviceContext::LineTo(int x, int y) {

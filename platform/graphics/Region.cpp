@@ -170,8 +170,8 @@ public:
     // Drops the edges that end at row y and re-sorts the rest for row y + 1.
     void Advance(int y) {
         std::erase_if(m_active, [&](int e) { return Edge(e).yLast == y; });
-        const std::vector<int> snapshot = m_active;
-        for (int e : snapshot) {
+        m_snapshot.assign(m_active.begin(), m_active.end());
+        for (int e : m_snapshot) {
             const int x = Edge(e).XAt(y + 1);
             auto self = std::find(m_active.begin(), m_active.end(), e);
             auto insert =
@@ -192,6 +192,7 @@ private:
     std::vector<int> m_pending;
     std::size_t m_next{0};
     std::vector<int> m_active;
+    std::vector<int> m_snapshot; // the order before re-sorting, kept to reuse its storage
     std::vector<int> m_x;
 };
 
