@@ -180,6 +180,13 @@ void TqSegment::SetSize(int value) {
 void TqSegment::SetTransparent(bool value) {
     if (value == m_transparent) return;
     m_transparent = value;
+    // Only an opaque segment paints every pixel of its bounds.
+    TControlStyle style = ControlStyle();
+    if (value)
+        style.Exclude(csOpaque);
+    else
+        style.Include(csOpaque);
+    SetControlStyle(style);
     Invalidate();
     Update();
 }

@@ -301,8 +301,9 @@ protected:
     // Runs the control's paint (WM_ERASEBKGND then WM_PAINT) into `canvas`, which shows the
     // control's client area with what lies beneath already in it.
     virtual void PaintWindow(TCanvas& canvas);
-    // The control's off-screen surface while it paints, kept between paints so that
-    // repainting allocates nothing; always the control's size.
+    // The surface of a control that reaches beyond the surface it is painted on (controls
+    // inside it are painted in place): kept between paints so that repainting allocates
+    // nothing; always the control's size.
     TPixelBuffer& PaintBuffer();
 
 private:

@@ -7,7 +7,6 @@
 #include "platform/core/ClassBuilder.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace qv {
@@ -411,28 +410,13 @@ void TWinControl::PaintWindow(TCanvas& canvas) {
     Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
 }
 
-namespace {
-
-// Copies `area` of `from` (at `fromOrigin` in a shared coordinate space) into `to`.
-void CopyArea(const TPixelBuffer& from, TPoint fromOrigin, TPixelBuffer& to, TPoint toOrigin, const TRect& area) {
-    for (int y = area.top; y < area.bottom; ++y) {
-        const std::uint32_t* src = from.Row(y - fromOrigin.y) + (area.left - fromOrigin.x);
-        std::uint32_t* dst = to.Row(y - toOrigin.y) + (area.left - toOrigin.x);
-        std::memcpy(dst, src, static_cast<std::size_t>(area.Width()) * sizeof(std::uint32_t));
-    }
-}
-
-} // namespace
-
 // Runs a control's paint into `surface` (the control's client area), drawing only inside
-// `area` (control coordinates): the canvas is clipped to it, so a small damaged part of a
-// large control costs little.
-void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TRect& area) {
+// `clip` (control coordinates): a small damaged part of a large control costs little.
+void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TRegion& clip) {
     TCanvas& canvas = control.Canvas();
     canvas.SetTarget(&surface);
     HDC dc = canvas.Handle();
-    dc->SelectClipRgn(nullptr);
-    dc->IntersectClipRect(area);
+    dc->SelectClipRgn(&clip);
     struct TDetach {
         TCanvas& canvas;
         HDC dc;
@@ -444,18 +428,50 @@ void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TRec
     control.PaintWindow(canvas);
 }
 
+// The pixels of a control whose client area lies at `origin` of `surface`, for painting
+// `visible` (surface coordinates, inside the surface and the control): `paint` gets them
+// and the visible part in control coordinates. When the control lies inside the surface
+// they are that part of the surface itself, so what lies beneath is already there and
+// nothing is copied. A control reaching beyond the surface paints into a buffer of its own
+// that starts with what lies beneath, copied back afterwards.
+void TWinControl::PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint origin,
+                                const TRect& visible, const TPaintPixels& paint) {
+    const TRect client = control.ClientRect();
+    const TRect bounds = Bounds(origin.x, origin.y, client.Width(), client.Height());
+    TRect local = visible;
+    OffsetRect(local, -origin.x, -origin.y);
+    if (Intersect(bounds, surface.Bounds()) == bounds) {
+        TPixelBuffer pixels = surface.SubView(bounds);
+        paint(pixels, local);
+        return;
+    }
+    TPixelBuffer& own = control.PaintBuffer();
+    CopyPixels(surface, {0, 0}, own, origin, visible);
+    paint(own, local);
+    CopyPixels(own, origin, surface, {0, 0}, visible);
+}
+
+// The part of `area` (this control's coordinates) its own painting needs: children with
+// csOpaque paint every pixel of theirs afterwards, so what they cover is left out.
+TRegion TWinControl::OwnPaintClip(const TRect& area) const {
+    TRegion clip = TRegion::FromRect(area);
+    for (const TControl* c : m_controls) {
+        if (!c->Visible() || !c->ControlStyle().Contains(csOpaque)) continue;
+        const TRect covered = Intersect(c->BoundsRect(), area);
+        if (!covered.IsEmpty()) clip = clip.Combine(TRegion::FromRect(covered), RGN_DIFF);
+    }
+    return clip;
+}
+
 void TWinControl::PaintControls(TPixelBuffer& surface, const TRect& area) {
     for (TControl* c : std::vector<TControl*>(m_controls)) {
         if (dynamic_cast<TWinControl*>(c) || !c->Visible()) continue;
         const TRect part = Intersect(c->BoundsRect(), area);
         if (part.IsEmpty()) continue;
-        const TPoint at{c->Left(), c->Top()};
-        TPixelBuffer& own = c->PaintBuffer();
-        CopyArea(surface, {0, 0}, own, at, part); // what lies beneath
-        TRect local = part;
-        OffsetRect(local, -at.x, -at.y);
-        PaintInto(*c, own, local);
-        CopyArea(own, at, surface, {0, 0}, part);
+        PaintPixelsOf(*c, surface, {c->Left(), c->Top()}, part,
+                      [c](TPixelBuffer& pixels, const TRect& local) {
+                          PaintInto(*c, pixels, TRegion::FromRect(local));
+                      });
     }
 }
 
@@ -464,13 +480,11 @@ void TWinControl::PaintTree(TPixelBuffer& frame, TPoint origin, const TRect& cli
     const TRect visible = Intersect(Intersect(clip, Bounds(origin.x, origin.y, client.Width(), client.Height())),
                                     frame.Bounds());
     if (visible.IsEmpty()) return;
-    TPixelBuffer& own = PaintBuffer();
-    CopyArea(frame, {0, 0}, own, origin, visible);
-    TRect local = visible;
-    OffsetRect(local, -origin.x, -origin.y);
-    PaintInto(*this, own, local);
-    PaintControls(own, local);
-    CopyArea(own, origin, frame, {0, 0}, visible);
+    PaintPixelsOf(*this, frame, origin, visible, [this](TPixelBuffer& pixels, const TRect& local) {
+        const TRegion own = OwnPaintClip(local);
+        if (!own.IsEmpty()) PaintInto(*this, pixels, own);
+        PaintControls(pixels, local);
+    });
     for (TControl* c : std::vector<TControl*>(m_controls)) {
         auto* w = dynamic_cast<TWinControl*>(c);
         if (!w || !w->Visible()) continue;

@@ -104,9 +104,13 @@ protected:
     void PaintWindow(TCanvas& canvas) override;
     // Paints the graphic children onto this control's surface, within `area`.
     void PaintControls(TPixelBuffer& surface, const TRect& area);
-    static void PaintInto(TControl& control, TPixelBuffer& surface, const TRect& area);
+    static void PaintInto(TControl& control, TPixelBuffer& surface, const TRegion& clip);
 
 private:
+    using TPaintPixels = std::function<void(TPixelBuffer& pixels, const TRect& local)>;
+    static void PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint origin,
+                              const TRect& visible, const TPaintPixels& paint);
+    TRegion OwnPaintClip(const TRect& area) const;
     std::vector<TControl*> m_controls; // z-order, bottom first; not owned: the owner frees them
     std::vector<TWinControl*> m_tabList; // the windowed children in tab order
     int m_pendingTabOrder{-1};         // a tab order read from a form file, applied in Loaded
