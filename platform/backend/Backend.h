@@ -81,7 +81,16 @@ public:
     virtual void SetWindowState(TNativeWindowId window, TNativeWindowState state) = 0;
     // Size limits of the client area; 0 means no limit.
     virtual void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) = 0;
-    // Shows `damaged` (frame coordinates) of the window's frame buffer.
+    // The memory the window's frame buffer of `size` pixels should live in: a view
+    // (TPixelBuffer::View) of storage the backend presents from without copying, valid
+    // until the next FrameStorage call for the window or its destruction. Empty when the
+    // backend has none; the caller then keeps a buffer of its own.
+    virtual TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) = 0;
+    // Returns once the window's frame storage may be written: the windowing system has
+    // read everything presented from it.
+    virtual void AwaitFrameIdle(TNativeWindowId window) = 0;
+    // Shows `damaged` (frame coordinates) of the window's frame buffer, which is the
+    // window's frame storage or a buffer of the caller's.
     virtual void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) = 0;
     virtual void SetCursorShape(TNativeWindowId window, int cursor) = 0;
     virtual void SetFocus(TNativeWindowId window) = 0;

@@ -3,7 +3,6 @@
 #include "platform/core/Exceptions.h"
 
 #include <chrono>
-#include <cstring>
 
 namespace qv {
 
@@ -82,15 +81,23 @@ void THeadlessBackend::SetSizeLimits(TNativeWindowId window, TSize minimum, TSiz
     r.maxSize = maximum;
 }
 
+// The frame buffer lives in the window record, as a windowing system's shared memory would;
+// presenting copies the damaged part to what the "screen" shows.
+TPixelBuffer THeadlessBackend::FrameStorage(TNativeWindowId window, TSize size) {
+    std::lock_guard guard(m_lock);
+    TPixelBuffer& storage = Record(window).storage;
+    if (storage.Width() != size.cx || storage.Height() != size.cy)
+        storage = TPixelBuffer(size.cx, size.cy);
+    if (storage.IsEmpty()) return {};
+    return TPixelBuffer::View(storage.Row(0), storage.Width(), storage.Height(), storage.Stride());
+}
+
 void THeadlessBackend::Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) {
     std::lock_guard guard(m_lock);
     TWindowRecord& r = Record(window);
     if (r.presented.Width() != frame.Width() || r.presented.Height() != frame.Height())
         r.presented.Resize(frame.Width(), frame.Height(), 0);
-    const TRect area = Intersect(damaged, frame.Bounds());
-    for (int y = area.top; y < area.bottom; ++y)
-        std::memcpy(r.presented.Row(y) + area.left, frame.Row(y) + area.left,
-                    static_cast<std::size_t>(area.Width()) * sizeof(std::uint32_t));
+    CopyPixels(frame, {0, 0}, r.presented, {0, 0}, Intersect(damaged, frame.Bounds()));
     ++r.presentCount;
 }
 

@@ -27,6 +27,8 @@ public:
     void SetWindowTitle(TNativeWindowId window, const std::string& title) override;
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
+    TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
+    void AwaitFrameIdle(TNativeWindowId) override {}
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;
     void SetCursorShape(TNativeWindowId window, int cursor) override;
     void SetFocus(TNativeWindowId window) override;
@@ -63,6 +65,7 @@ public:
         TSize minSize, maxSize;
         int cursor{0};
         TPixelBuffer presented; // what the "screen" shows of this window
+        TPixelBuffer storage;   // the memory of the window's frame buffer (FrameStorage)
         int presentCount{0};
     };
     // The window's record; EInvalidOperation for unknown windows.

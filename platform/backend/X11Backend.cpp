@@ -11,7 +11,6 @@
 #include <chrono>
 #include <climits>
 #include <cstdio>
-#include <cstring>
 #include <poll.h>
 #include <unistd.h>
 
@@ -125,8 +124,7 @@ TX11Backend::TX11Backend(TDisplayPtr display)
 TX11Backend::~TX11Backend() {
     Display* dpy = m_display.get();
     for (auto& [id, w] : m_windows) {
-        for (auto& buffer : w.buffers)
-            buffer.reset();
+        w.frame.reset();
         XDestroyWindow(dpy, w.xid);
     }
     for (const auto& [shape, cursor] : m_cursors)
@@ -214,8 +212,7 @@ void TX11Backend::PublishPopupType(const TWindow& w) {
 void TX11Backend::DestroyNativeWindow(TNativeWindowId window) {
     auto it = m_windows.find(window);
     if (it == m_windows.end()) return;
-    for (auto& buffer : it->second.buffers)
-        buffer.reset();
+    it->second.frame.reset();
     XDestroyWindow(m_display.get(), it->second.xid);
     XFlush(m_display.get());
     if (m_focused == window) m_focused = 0;
@@ -420,39 +417,51 @@ TPoint TX11Backend::CursorPos() const {
 
 // Presenting.
 
+// The window's shared-memory image of `size`, made anew when the size changes. The server
+// finishes a put before it handles the detach of a replaced image, so one still being
+// read may go at once.
+TPixelBuffer TX11Backend::FrameStorage(TNativeWindowId window, TSize size) {
+    TWindow* w = Find(window);
+    if (!w || !m_shmAvailable || size.cx <= 0 || size.cy <= 0) return {};
+    if (!w->frame || w->frame->Width() != size.cx || w->frame->Height() != size.cy) {
+        w->frame.reset();
+        w->frame =
+            TShmImage::Create(m_display.get(), m_visual, m_depth, size.cx, size.cy, m_errorTrap);
+        if (!w->frame) return {};
+    }
+    return TPixelBuffer::View(w->frame->Row(0), size.cx, size.cy, w->frame->Stride());
+}
+
+// Events are read (and queued) until the server has reported every put of the window's
+// image complete.
+void TX11Backend::AwaitFrameIdle(TNativeWindowId window) {
+    TWindow* w = Find(window);
+    if (!w || !w->frame) return;
+    while (w->frame->Busy())
+        if (!AwaitCompletion()) ReleaseLostPuts(*w);
+}
+
 void TX11Backend::Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) {
     TWindow* w = Find(window);
     if (!w) return;
     const TRect area = Intersect(damaged, frame.Bounds());
     if (area.IsEmpty()) return;
-    if (m_shmAvailable)
-        PresentShared(*w, frame, area);
-    else
-        PresentPlain(*w, frame, area);
+    TShmImage* image = w->frame.get();
+    if (!image || frame.IsEmpty() || frame.Row(0) != image->Row(0) ||
+        frame.Width() != image->Width() || frame.Height() != image->Height()) {
+        PresentPlain(*w, frame, area); // not our image: send the pixels
+        return;
+    }
+    XShmPutImage(m_display.get(), w->xid, m_gc, image->Image(), area.left, area.top, area.left,
+                 area.top, static_cast<unsigned>(area.Width()),
+                 static_cast<unsigned>(area.Height()), True);
+    image->PutSent();
+    XFlush(m_display.get());
 }
 
 void TX11Backend::MarkCompleted(ShmSeg segment) {
     for (auto& [id, w] : m_windows)
-        for (auto& buffer : w.buffers)
-            if (buffer && buffer->Segment() == segment) buffer->SetBusy(false);
-}
-
-// An image of the frame's size that the server has finished reading. Images of another
-// size are replaced; when both are in flight, events are read (and queued) until the
-// server reports one complete.
-TShmImage* TX11Backend::IdleBuffer(TWindow& w, int width, int height) {
-    for (auto& buffer : w.buffers)
-        if (buffer && (buffer->Width() != width || buffer->Height() != height)) buffer.reset();
-    for (;;) {
-        for (auto& buffer : w.buffers) {
-            if (!buffer)
-                buffer = TShmImage::Create(m_display.get(), m_visual, m_depth, width, height,
-                                           m_errorTrap);
-            if (buffer && !buffer->Busy()) return buffer.get();
-        }
-        if (!w.buffers[0] && !w.buffers[1]) return nullptr;
-        if (!AwaitCompletion()) ReleaseLostBuffers(w);
-    }
+        if (w.frame && w.frame->Segment() == segment) w.frame->PutCompleted();
 }
 
 // Reads one event, waiting for it for at most a while; false when none came.
@@ -470,8 +479,8 @@ bool TX11Backend::AwaitCompletion() {
 }
 
 // A put the server refused (an X error) never completes. After a round trip every
-// completion that is coming has arrived; what is still busy then is free again.
-void TX11Backend::ReleaseLostBuffers(TWindow& w) {
+// completion that is coming has arrived; puts still counted then are lost.
+void TX11Backend::ReleaseLostPuts(TWindow& w) {
     Display* dpy = m_display.get();
     XSync(dpy, False);
     while (XEventsQueued(dpy, QueuedAlready) > 0) {
@@ -479,24 +488,7 @@ void TX11Backend::ReleaseLostBuffers(TWindow& w) {
         XNextEvent(dpy, &event);
         Dispatch(event);
     }
-    for (auto& buffer : w.buffers)
-        if (buffer) buffer->SetBusy(false);
-}
-
-void TX11Backend::PresentShared(TWindow& w, const TPixelBuffer& frame, const TRect& area) {
-    TShmImage* buffer = IdleBuffer(w, frame.Width(), frame.Height());
-    if (!buffer) {
-        PresentPlain(w, frame, area); // no segment to be had: send the pixels instead
-        return;
-    }
-    const auto rowBytes = static_cast<std::size_t>(area.Width()) * sizeof(std::uint32_t);
-    for (int y = area.top; y < area.bottom; ++y)
-        std::memcpy(buffer->Row(y) + area.left, frame.Row(y) + area.left, rowBytes);
-    XShmPutImage(m_display.get(), w.xid, m_gc, buffer->Image(), area.left, area.top, area.left,
-                 area.top, static_cast<unsigned>(area.Width()),
-                 static_cast<unsigned>(area.Height()), True);
-    buffer->SetBusy(true);
-    XFlush(m_display.get());
+    if (w.frame) w.frame->ForgetPuts();
 }
 
 // XPutImage reads the frame buffer in place: the image only describes its memory.
@@ -511,7 +503,7 @@ void TX11Backend::PresentPlain(const TWindow& w, const TPixelBuffer& frame, cons
     image.bitmap_bit_order = LSBFirst;
     image.bitmap_pad = 32;
     image.depth = m_depth;
-    image.bytes_per_line = frame.Width() * 4;
+    image.bytes_per_line = frame.Stride() * 4;
     image.bits_per_pixel = 32;
     image.red_mask = m_visual->red_mask;
     image.green_mask = m_visual->green_mask;

@@ -1,7 +1,8 @@
 #pragma once
-// TX11Backend: forms as native X windows through Xlib. Frames reach the server through
-// MIT-SHM images (two per window, reused when the server reports it has read one), or
-// through plain XPutImage when the extension or a shared segment is not available.
+// TX11Backend: forms as native X windows through Xlib. A window's frame buffer lives in an
+// MIT-SHM image that the server reads in place; the framework writes to it again once the
+// server reports it has read the last put. Without the extension or a shared segment the
+// frame is the framework's own memory and goes to the server through plain XPutImage.
 // Window-manager conventions: WM_DELETE_WINDOW for close, WM_NORMAL_HINTS for position and
 // size limits, _NET_WM_STATE for maximised, WM_STATE/iconify for minimised, _NET_WORKAREA
 // for the work area, override-redirect windows for popups. Wake writes an eventfd that is
@@ -11,7 +12,6 @@
 #include "X11Handles.h"
 #include "X11Input.h"
 
-#include <array>
 #include <deque>
 #include <map>
 #include <memory>
@@ -34,6 +34,8 @@ public:
     void SetWindowTitle(TNativeWindowId window, const std::string& title) override;
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
+    TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
+    void AwaitFrameIdle(TNativeWindowId window) override;
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;
     void SetCursorShape(TNativeWindowId window, int cursor) override;
     void SetFocus(TNativeWindowId window) override;
@@ -70,7 +72,7 @@ private:
         TNativeWindowState state{TNativeWindowState::Normal};
         TSize minSize, maxSize;
         unsigned long configureSerial{0}; // configure events older than this are stale
-        std::array<std::unique_ptr<TShmImage>, 2> buffers;
+        std::unique_ptr<TShmImage> frame; // the frame buffer's memory (FrameStorage)
     };
 
     explicit TX11Backend(TDisplayPtr display);
@@ -85,11 +87,9 @@ private:
     Cursor CursorFor(int cursor);
 
     // Presenting.
-    void PresentShared(TWindow& w, const TPixelBuffer& frame, const TRect& area);
     void PresentPlain(const TWindow& w, const TPixelBuffer& frame, const TRect& area);
-    TShmImage* IdleBuffer(TWindow& w, int width, int height);
     bool AwaitCompletion();
-    void ReleaseLostBuffers(TWindow& w);
+    void ReleaseLostPuts(TWindow& w);
     void MarkCompleted(ShmSeg segment);
 
     // Events (X11Events.cpp).

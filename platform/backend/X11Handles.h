@@ -57,9 +57,15 @@ public:
     XImage* Image() const { return m_image; }
     ShmSeg Segment() const { return m_info.shmseg; }
 
-    // True from a put until the server reports it has read the pixels.
-    bool Busy() const { return m_busy; }
-    void SetBusy(bool busy) { m_busy = busy; }
+    int Stride() const { return m_image->bytes_per_line / 4; }
+
+    // True from a put until the server reports it has read the pixels of every put.
+    bool Busy() const { return m_pending > 0; }
+    void PutSent() { ++m_pending; }
+    void PutCompleted() {
+        if (m_pending > 0) --m_pending;
+    }
+    void ForgetPuts() { m_pending = 0; }
 
 private:
     TShmImage(Display* display, XImage* image, const XShmSegmentInfo& info);
@@ -67,7 +73,7 @@ private:
     Display* m_display;
     XImage* m_image;
     XShmSegmentInfo m_info;
-    bool m_busy{false};
+    int m_pending{0};
 };
 
 // An eventfd that ends a poll from any thread: Signal adds to its counter, Drain clears it.

@@ -56,6 +56,8 @@ TApplication::~TApplication() {
 TBackend& TApplication::Backend() { return *m_backend; }
 
 void TApplication::SetBackend(std::unique_ptr<TBackend> backend) {
+    for (TCustomForm* f : m_forms)
+        f->DetachFrameStorage(); // frame storage of the old backend goes with it
     m_backend = std::move(backend);
     TBackend* b = m_backend.get();
     SetPostWakeup([b] { b->Wake(); });

@@ -169,6 +169,7 @@ void TCustomForm::CreateNativeWindow() {
     params.bounds = BoundsRect();
     params.popup = IsPopupWindow();
     m_native = Application().Backend().CreateNativeWindow(params);
+    AttachFrameStorage();
     if (m_windowState != wsNormal) {
         const TWindowState state = m_windowState;
         m_windowState = wsNormal;
@@ -178,7 +179,12 @@ void TCustomForm::CreateNativeWindow() {
 
 void TCustomForm::DestroyNativeWindow() {
     if (!m_native) return;
-    if (auto* app = ApplicationIfAlive()) app->Backend().DestroyNativeWindow(m_native);
+    if (auto* app = ApplicationIfAlive()) {
+        DetachFrameStorage(); // the storage goes with the window
+        app->Backend().DestroyNativeWindow(m_native);
+    } else {
+        m_frame = {}; // the storage went with the backend
+    }
     m_native = 0;
 }
 
@@ -190,9 +196,27 @@ void TCustomForm::SetBounds(int ALeft, int ATop, int AWidth, int AHeight) {
 
 void TCustomForm::ResizeFrame() {
     if (m_frame.Width() == Width() && m_frame.Height() == Height()) return;
-    m_frame.Resize(Width(), Height());
+    m_frame.Resize(Width(), Height()); // a view of the old storage becomes a copy
+    AttachFrameStorage();
     m_damage.clear();
     InvalidateFormRect(ClientRect());
+}
+
+// While the form has a native window, the frame buffer lives in memory the backend hands
+// out (a shared-memory image on X11), so presenting sends it without copying it first.
+void TCustomForm::AttachFrameStorage() {
+    if (!m_native || m_frame.IsEmpty()) return;
+    TBackend& backend = Application().Backend();
+    TPixelBuffer storage = backend.FrameStorage(m_native, {m_frame.Width(), m_frame.Height()});
+    if (storage.IsEmpty() || storage.Row(0) == m_frame.Row(0)) return;
+    backend.AwaitFrameIdle(m_native);
+    CopyPixels(m_frame, {0, 0}, storage, {0, 0}, m_frame.Bounds());
+    m_frame = std::move(storage);
+}
+
+// Moves the frame buffer back into memory of the form's own.
+void TCustomForm::DetachFrameStorage() {
+    if (m_frame.IsView()) m_frame = TPixelBuffer(m_frame);
 }
 
 void TCustomForm::InvalidateFormRect(const TRect& r) { MergeDamage(Intersect(r, ClientRect())); }
@@ -226,10 +250,14 @@ bool TCustomForm::PaintPending() {
     if (m_damage.empty()) return false;
     const std::vector<TRect> damage = std::move(m_damage);
     m_damage.clear();
-    for (const TRect& r : damage) {
+    const bool present = m_native && Visible();
+    TBackend& backend = Application().Backend();
+    if (m_native) backend.AwaitFrameIdle(m_native); // the last present has been read
+    for (const TRect& r : damage)
         PaintTree(m_frame, {0, 0}, r);
-        if (m_native && Visible()) Application().Backend().Present(m_native, m_frame, r);
-    }
+    if (present)
+        for (const TRect& r : damage)
+            backend.Present(m_native, m_frame, r);
     return true;
 }
 

@@ -119,6 +119,8 @@ private:
     void PlaceOnScreen();
     void MergeDamage(TRect r);
     void ResizeFrame();
+    void AttachFrameStorage();
+    void DetachFrameStorage();
 
     TFormBorderStyle m_borderStyle{bsSizeable};
     TPosition m_position{poDesigned};

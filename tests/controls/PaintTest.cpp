@@ -1,6 +1,7 @@
 // Painting into the form's frame buffer: controls paint in place over what lies beneath,
 // opaque children are left out of their parent's painting, controls that reach beyond the
-// form paint their visible part.
+// form paint their visible part, and the frame lives in the backend's storage while the form
+// has a native window.
 
 #include "ControlsFixture.h"
 
@@ -139,4 +140,28 @@ TEST_F(PaintTest, ControlsPaintAtTheirPlaceInsideAndBeyondTheForm) {
     EXPECT_EQ(ShotPixel(299, 129), RGB(19, 40, 80));
     EXPECT_EQ(ShotPixel(279, 110), ColorToRGB(clBtnFace));
     EXPECT_EQ(ShotPixel(280, 131), ColorToRGB(clBtnFace));
+}
+
+TEST_F(PaintTest, TheFrameLivesInTheBackendsStorageWhileTheFormHasAWindow) {
+    Add<TColumns<TCustomControl>>({10, 10, 50, 30});
+    EXPECT_FALSE(form->FrameBuffer().IsView());
+    Show();
+    EXPECT_TRUE(form->FrameBuffer().IsView());
+    EXPECT_EQ(Headless().Window(Window()).presented, form->FrameBuffer());
+
+    form->SetBounds(100, 50, 320, 210); // new storage of the new size
+    Pump();
+    EXPECT_TRUE(form->FrameBuffer().IsView());
+    EXPECT_EQ(form->FrameBuffer().Bounds(), Rect(0, 0, 320, 210));
+    EXPECT_EQ(Headless().Window(Window()).presented, form->FrameBuffer());
+    EXPECT_EQ(ShotPixel(11, 10), RGB(1, 40, 80));
+}
+
+TEST_F(PaintTest, ReplacingTheBackendGivesTheFrameBackToTheForm) {
+    Add<TColumns<TCustomControl>>({10, 10, 50, 30});
+    Show();
+    const TPixelBuffer before = form->FrameBuffer();
+    Application().SetBackend(std::make_unique<THeadlessBackend>());
+    EXPECT_FALSE(form->FrameBuffer().IsView());
+    EXPECT_EQ(form->FrameBuffer(), before);
 }

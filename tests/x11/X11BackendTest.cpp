@@ -279,6 +279,32 @@ TEST_F(X11BackendTest, ScreenShowsExactlyTheHeadlessRendering) {
     EXPECT_EQ(differing, 0) << "see x11-shown.png and x11-expected.png in " << QV_TEST_OUT;
 }
 
+// The frame buffer is the window's shared-memory image: frames painted back to back wait
+// for the server to read the previous one, and a resized form gets a new image.
+TEST_F(X11BackendTest, FramesBackToBackAndAfterAResizeReachTheScreen) {
+    auto form = MakeProbeForm(Bounds(20, 20, 240, 90));
+    ShowAndSettle(*form);
+    EXPECT_EQ(form->FrameBuffer().IsView(), m_x11->UsesSharedMemory());
+    const TColor colors[] = {clRed, clLime, clBlue, clNavy, clOlive};
+    for (TColor color : colors) { // no round trip between the frames
+        Probe(*form, 1).SetColor(color);
+        Application().ProcessMessages();
+    }
+    m_x11->Sync();
+    TPixelBuffer shown = Capture(*form);
+    EXPECT_EQ(shown.At(50, 50), 0x808000u); // olive
+    EXPECT_EQ(shown, form->FrameBuffer());
+
+    form->SetBounds(20, 20, 300, 120);
+    Probe(*form, 2).SetColor(clRed);
+    ASSERT_TRUE(PumpUntil([&] {
+        m_x11->Sync();
+        return Capture(*form) == form->FrameBuffer();
+    }));
+    EXPECT_EQ(form->FrameBuffer().IsView(), m_x11->UsesSharedMemory());
+    EXPECT_EQ(Capture(*form).At(150, 50), 0xFF0000u);
+}
+
 TEST_F(X11BackendTest, SizeLimitsArePublishedAndRepublished) {
     TLimitedForm form(nullptr);
     form.SetBounds(10, 10, 300, 200);
