@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Times presenting on a private Xvfb server and prints, per scene:
-#   <scene>: ours <us> us, bare <us> us, ratio <ours/bare>
+#   <scene>: ours <us> us, bare <us> us, ratio <ours/bare> (paint <us> us)
 # "ours" runs from Invalidate (or a full repaint) through the paint and the MIT-SHM present
-# to XSync; "bare" is XShmPutImage of the same rectangle and XSync, same connection, same run.
+# to XSync; "bare" is XShmPutImage of the same rectangle with its completion event and
+# XSync, same connection, rounds interleaved with ours; "paint" is the framework's painting
+# of the same damage alone, nothing sent.
 # Build the bench_present target first.
 set -euo pipefail
 cd "$(dirname "$0")/.."
