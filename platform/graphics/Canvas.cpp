@@ -3,6 +3,7 @@
 #include "platform/core/ClassBuilder.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qv {
 
@@ -42,7 +43,6 @@ void TCanvas::SelectBrush() {
         brush.style = BS_HATCHED;
         brush.hatch = static_cast<int>(style) - static_cast<int>(bsHorizontal);
     }
-    m_dc.SelectBrush(brush);
     // Solid and pattern brushes paint the background (pen gaps, text cells) in their colour;
     // the others leave it as it is.
     if (brush.style == BS_SOLID || brush.style == BS_PATTERN) {
@@ -52,6 +52,7 @@ void TCanvas::SelectBrush() {
         m_dc.SetBkColor(MakeColor(~static_cast<std::uint32_t>(brush.color) & 0xFFFFFF));
         m_dc.SetBkMode(TRANSPARENT);
     }
+    m_dc.SelectBrush(std::move(brush));
 }
 
 void TCanvas::SelectAll() {
@@ -104,7 +105,9 @@ void TCanvas::Rectangle(int left, int top, int right, int bottom) {
 
 void TCanvas::FillRect(const TRect& r) {
     Changing();
-    SelectAll();
+    // Only the brush takes part (and the text colour, for monochrome patterns).
+    SelectBrush();
+    m_dc.SetTextColor(ColorToRGB(m_font->Color()));
     m_dc.FillRect(r, m_dc.Brush());
     Changed();
 }

@@ -52,6 +52,7 @@ TRect BlitRect(std::int64_t x, std::int64_t y, std::int64_t width, std::int64_t 
 } // namespace
 
 TRopMask RopMaskFor(int rop2, std::uint32_t pixel) {
+    if (rop2 == R2_COPYPEN) return {0, pixel};
     // Bit (2 * P + D) of (rop2 - 1) is the result for pen bit P and destination bit D.
     const unsigned table = static_cast<unsigned>(std::clamp(rop2, 1, 16) - 1);
     auto maskFor = [&](unsigned penBit) {
@@ -87,10 +88,6 @@ void TDeviceContext::SelectPen(const TLogPen& pen) {
         for (int d : m_dash.dashes)
             m_dash.total += d;
     }
-}
-
-void TDeviceContext::SelectBrush(const TLogBrush& brush) {
-    m_logBrush = brush;
 }
 
 int TDeviceContext::SetROP2(int rop2) {
@@ -166,8 +163,6 @@ std::vector<TRect> TDeviceContext::VisibleRects(const TRect& r) const {
 TDeviceContext::TBrushMasks TDeviceContext::MakeBrushMasks(const TLogBrush& brush, int rop2) const {
     TBrushMasks masks;
     masks.origin = m_brushOrg;
-    const TRopMask background =
-        m_bkMode == TRANSPARENT ? TRopMask{0xFFFFFFFFu, 0} : RopMaskFor(rop2, PixelOf(m_bkColor));
     switch (brush.style) {
     case BS_SOLID:
         masks.null = false;
@@ -176,6 +171,8 @@ TDeviceContext::TBrushMasks TDeviceContext::MakeBrushMasks(const TLogBrush& brus
     case BS_HATCHED: {
         const auto& rows = HatchRows[static_cast<std::size_t>(std::clamp(brush.hatch, 0, 5))];
         const TRopMask foreground = RopMaskFor(rop2, PixelOf(brush.color));
+        const TRopMask background = m_bkMode == TRANSPARENT ? TRopMask{0xFFFFFFFFu, 0}
+                                                            : RopMaskFor(rop2, PixelOf(m_bkColor));
         masks.null = false;
         masks.width = masks.height = 8;
         masks.cells.resize(64);
@@ -285,6 +282,20 @@ void TDeviceContext::PatBlt(int x, int y, int width, int height, std::uint32_t r
 }
 
 void TDeviceContext::FillRect(const TRect& r, const TLogBrush& brush) {
+    // The common case, a solid brush without a clip region on a rectangle in the usual corner
+    // order, fills the rows directly.
+    if (brush.style == BS_SOLID && !m_clip && m_target && r.left <= r.right && r.top <= r.bottom) {
+        const TRect inside = Intersect(r, m_target->Bounds());
+        const std::uint32_t pixel = PixelOf(brush.color);
+        // Whole rows of a buffer without gaps between its rows are one run of pixels.
+        if (inside.Width() == m_target->Width() && m_target->Stride() == m_target->Width()) {
+            FillPixels(m_target->Row(inside.top), inside.Width() * inside.Height(), pixel);
+            return;
+        }
+        for (int y = inside.top; y < inside.bottom; ++y)
+            FillPixels(m_target->Row(y) + inside.left, inside.Width(), pixel);
+        return;
+    }
     PaintRectWithBrush(
         BlitRect(r.left, r.top, std::int64_t{r.right} - r.left, std::int64_t{r.bottom} - r.top),
         brush, R2_COPYPEN);

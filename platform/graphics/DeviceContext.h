@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace qv {
@@ -108,7 +109,8 @@ public:
     TPixelBuffer* Target() const { return m_target; }
 
     void SelectPen(const TLogPen& pen);
-    void SelectBrush(const TLogBrush& brush);
+    void SelectBrush(const TLogBrush& brush) { m_logBrush = brush; }
+    void SelectBrush(TLogBrush&& brush) { m_logBrush = std::move(brush); }
     const TLogPen& Pen() const { return m_logPen; }
     const TLogBrush& Brush() const { return m_logBrush; }
     int SetROP2(int rop2);

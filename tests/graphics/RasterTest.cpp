@@ -149,6 +149,32 @@ TEST(Raster, BlockCopyReadsBlackOutsideTheSourceAndDropsTheTopByte) {
         }
 }
 
+TEST(Raster, SolidFillRectPaintsWhatThePatternBlitPaints) {
+    // A view whose rows are apart in a wider buffer: whole rows of the view are not one run.
+    const TRect rects[] = {{0, 1, 6, 3}, {-3, 4, 9, 5}, {2, 2, 4, 6}, {5, 5, 1, 0}, {3, 3, 3, 6}};
+    auto paint = [&](bool fill) {
+        TPixelBuffer outer(9, 8, 0x111111);
+        TPixelBuffer view = outer.SubView({2, 1, 8, 7});
+        for (TPixelBuffer* target : {&outer, &view}) {
+            TDeviceContext dc(target);
+            TLogBrush brush;
+            brush.color = TColor(0x123456);
+            dc.SelectBrush(brush);
+            for (const TRect& r : rects) {
+                if (fill)
+                    dc.FillRect(r, brush);
+                else
+                    dc.PatBlt(r.left, r.top, r.right - r.left, r.bottom - r.top, PATCOPY);
+            }
+        }
+        return outer;
+    };
+    const TPixelBuffer filled = paint(true);
+    EXPECT_EQ(filled, paint(false));
+    EXPECT_EQ(filled.At(1, 3), 0x111111u); // left of the view, between its rows
+    EXPECT_EQ(filled.At(2, 1), 0x563412u);
+}
+
 TEST(Raster, PublishedPropertiesInClassicOrderWithDefaults) {
     std::vector<std::string> names;
     for (const TPropInfo* p : TFont::StaticClassInfo().Properties())
