@@ -395,10 +395,12 @@ void TWinControl::WndProc(TMessage& Message) {
 
 // Painting.
 
-// The background is the control's brush unless a handler answered the erase message.
+// The background is the control's brush unless a handler answered the erase message. An
+// opaque control (csOpaque) paints every pixel of its client area itself: erasing first
+// would only be overwritten.
 void TWinControl::WMEraseBkgnd(TMessage& Message) {
     auto* canvas = reinterpret_cast<TCanvas*>(Message.WParam);
-    if (canvas) {
+    if (canvas && !ControlStyle().Contains(csOpaque)) {
         canvas->Brush().Assign(m_brush);
         canvas->FillRect(ClientRect());
     }

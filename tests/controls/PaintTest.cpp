@@ -29,7 +29,8 @@ protected:
 };
 
 // Claims to be opaque but paints nothing at all, so whatever is seen in its bounds is
-// what was there before: its parent's painting did not reach it.
+// what was there before: neither its parent's painting nor an erase of its background
+// reached it.
 template <class Base> class TClaimsOpaque : public Base {
 public:
     explicit TClaimsOpaque(TComponent* owner) : Base(owner) {
@@ -38,7 +39,6 @@ public:
 
 protected:
     void Paint() override {}
-    void WMEraseBkgnd(TMessage& m) override { m.Result = 1; }
 };
 
 // Leaves its background alone and draws one dot: transparent apart from that.
