@@ -158,6 +158,29 @@ void TDeviceContext::FinishShape(std::optional<TRegion> interior, TSpanCollector
     }
 }
 
+void TDeviceContext::PaintPolygonInterior(std::span<const TPoint> points, TPolyFillMode mode) {
+    const TBrushMasks masks = MakeBrushMasks(m_logBrush, m_rop2);
+    if (masks.null) return;
+    const TRect bounds = m_target->Bounds();
+    ScanPolygon(points, mode, &bounds, [&](int y, const std::vector<TSpan>& spans) {
+        for (const TSpan& s : spans) {
+            const TRect piece = Intersect({s.left, y, s.right, y + 1}, bounds);
+            if (!piece.IsEmpty()) PaintRect(piece, masks);
+        }
+    });
+}
+
+void TDeviceContext::PaintRoundRectInterior(const TRect& r, int ew, int eh) {
+    const TBrushMasks masks = MakeBrushMasks(m_logBrush, m_rop2);
+    if (masks.null) return;
+    const TRect bounds = m_target->Bounds();
+    ScanRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh,
+                  [&](int top, int bottom, int left, int right) {
+                      const TRect piece = Intersect({left, top, right, bottom}, bounds);
+                      if (!piece.IsEmpty()) PaintRect(piece, masks);
+                  });
+}
+
 void TDeviceContext::Rectangle(int left, int top, int right, int bottom) {
     if (!m_target) return;
     auto box = PenDeviceRect(left, top, right, bottom);
@@ -196,9 +219,13 @@ void TDeviceContext::RoundRect(int left, int top, int right, int bottom, int wid
 
     std::optional<TRegion> interior;
     const TRect bounds = m_target->Bounds();
-    if (m_logBrush.style != BS_NULL)
-        interior =
-            TRegion::FromRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh, &bounds);
+    if (m_logBrush.style != BS_NULL) {
+        if (PaintsInteriorDirectly())
+            PaintRoundRectInterior(r, ew, eh);
+        else
+            interior =
+                TRegion::FromRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh, &bounds);
+    }
     const std::vector<TPoint> pts = RoundRectPoints(r, ew, eh, m_arcDirection == AD_CLOCKWISE);
     ResetDash();
     if (PenUsesRegion()) {
@@ -230,8 +257,12 @@ void TDeviceContext::DrawArc(int left, int top, int right, int bottom, int x3, i
 
     std::optional<TRegion> interior;
     const TRect bounds = m_target->Bounds();
-    if (m_logBrush.style != BS_NULL && extraLines > 0)
-        interior = TRegion::FromPolygon(pts, WINDING, &bounds);
+    if (m_logBrush.style != BS_NULL && extraLines > 0) {
+        if (PaintsInteriorDirectly())
+            PaintPolygonInterior(pts, WINDING);
+        else
+            interior = TRegion::FromPolygon(pts, WINDING, &bounds);
+    }
     const bool close = extraLines > 0;
     ResetDash();
     if (PenUsesRegion()) {
@@ -261,9 +292,13 @@ void TDeviceContext::Polygon(std::span<const TPoint> points) {
     if (!m_target || points.size() < 2) return;
     const TRect bounds = m_target->Bounds();
     std::optional<TRegion> interior;
-    if (m_logBrush.style != BS_NULL)
-        interior =
-            TRegion::FromPolygon(points, m_polyFillMode == WINDING ? WINDING : ALTERNATE, &bounds);
+    const TPolyFillMode mode = m_polyFillMode == WINDING ? WINDING : ALTERNATE;
+    if (m_logBrush.style != BS_NULL) {
+        if (PaintsInteriorDirectly())
+            PaintPolygonInterior(points, mode);
+        else
+            interior = TRegion::FromPolygon(points, mode, &bounds);
+    }
     ResetDash();
     if (PenUsesRegion()) {
         TSpanCollector outline(bounds);

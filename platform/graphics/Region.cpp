@@ -46,8 +46,8 @@ TRegion TRegion::FromEllipse(int left, int top, int right, int bottom) {
     return FromRoundRect(left, top, right, bottom, right - left, bottom - top);
 }
 
-TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ellipseWidth,
-                               int ellipseHeight, const TRect* clipRows) {
+void ScanRoundRect(int left, int top, int right, int bottom, int ellipseWidth, int ellipseHeight,
+                   const std::function<void(int, int, int, int)>& band) {
     if (left > right) std::swap(left, right);
     if (top > bottom) std::swap(top, bottom);
     // The region covers the box without its last column and row.
@@ -56,30 +56,35 @@ TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ell
     const int ew = std::min(right - left, std::abs(ellipseWidth));
     const int eh = std::min(bottom - top, std::abs(ellipseHeight));
     if (ew < 2 || eh < 2) {
-        TRegion rect = FromRect({left, top, right, bottom});
-        return clipRows ? rect.Combine(FromRect(*clipRows), RGN_AND) : rect;
+        // A plain rectangle, in either corner order (an empty box turns into one row or column).
+        const TRect o = Ordered({left, top, right, bottom});
+        band(o.top, o.bottom, o.left, o.right);
+        return;
     }
-
     const std::vector<int> inset = RoundRectRowInsets(ew, eh);
-    TRegion region;
     const int half = eh / 2;
     for (int i = 0; i < eh; ++i) {
         const int rowTop = i < half ? top + i : (i == half ? top + half : bottom - eh + i);
         const int rowBottom = i < half ? top + i + 1 : bottom - eh + i + 1;
-        const int l = left + inset[static_cast<std::size_t>(i)];
-        const int r = right - inset[static_cast<std::size_t>(i)];
-        if (r <= l) continue;
-        if (clipRows) {
-            const int clippedTop = std::max(rowTop, clipRows->top);
-            const int clippedBottom = std::min(rowBottom, clipRows->bottom);
-            const int clippedLeft = std::max(l, clipRows->left);
-            const int clippedRight = std::min(r, clipRows->right);
-            if (clippedTop < clippedBottom && clippedLeft < clippedRight)
-                region.AppendBand(clippedTop, clippedBottom, {{clippedLeft, clippedRight}});
-            continue;
-        }
-        region.AppendBand(rowTop, rowBottom, {{l, r}});
+        band(rowTop, rowBottom, left + inset[static_cast<std::size_t>(i)],
+             right - inset[static_cast<std::size_t>(i)]);
     }
+}
+
+TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ellipseWidth,
+                               int ellipseHeight, const TRect* clipRows) {
+    TRegion region;
+    ScanRoundRect(left, top, right, bottom, ellipseWidth, ellipseHeight,
+                  [&](int rowTop, int rowBottom, int l, int r) {
+                      if (clipRows) {
+                          rowTop = std::max(rowTop, clipRows->top);
+                          rowBottom = std::min(rowBottom, clipRows->bottom);
+                          l = std::max(l, clipRows->left);
+                          r = std::min(r, clipRows->right);
+                      }
+                      if (rowTop < rowBottom && l < r)
+                          region.AppendBand(rowTop, rowBottom, {{l, r}});
+                  });
     return region;
 }
 
@@ -196,13 +201,13 @@ private:
     std::vector<int> m_x;
 };
 
-void EmitAlternate(const TActiveEdges& aet, int y, TRegion::Builder& out) {
+void EmitAlternate(const TActiveEdges& aet, std::vector<TSpan>& row) {
     const auto& x = aet.X();
     for (std::size_t i = 0; i + 1 < x.size(); i += 2)
-        if (x[i] != x[i + 1]) out.AddSpan(y, x[i], x[i + 1]);
+        if (x[i] != x[i + 1]) row.push_back({x[i], x[i + 1]});
 }
 
-void EmitWinding(const TActiveEdges& aet, int y, TRegion::Builder& out) {
+void EmitWinding(const TActiveEdges& aet, std::vector<TSpan>& row) {
     const auto& active = aet.Active();
     const auto& x = aet.X();
     bool inside = true;
@@ -217,7 +222,7 @@ void EmitWinding(const TActiveEdges& aet, int y, TRegion::Builder& out) {
                 left = x[i];
                 haveLeft = true;
             } else {
-                if (x[i] != left) out.AddSpan(y, left, x[i]);
+                if (x[i] != left) row.push_back({left, x[i]});
                 haveLeft = false;
             }
         }
@@ -226,25 +231,36 @@ void EmitWinding(const TActiveEdges& aet, int y, TRegion::Builder& out) {
 
 } // namespace
 
-TRegion TRegion::FromPolygon(std::span<const TPoint> points, TPolyFillMode mode,
-                             const TRect* clipRows) {
+void ScanPolygon(std::span<const TPoint> points, TPolyFillMode mode, const TRect* clipRows,
+                 const std::function<void(int, const std::vector<TSpan>&)>& emit) {
     TActiveEdges aet(BuildEdges(points, clipRows));
-    Builder out;
     int y = aet.FirstRow();
     int end = aet.EndRow();
     if (clipRows) {
         y = std::max(y, clipRows->top);
         end = std::min(end, clipRows->bottom);
     }
+    std::vector<TSpan> row;
     for (; y < end; ++y) {
         aet.LoadUpTo(y);
         if (mode == WINDING)
-            EmitWinding(aet, y, out);
+            EmitWinding(aet, row);
         else
-            EmitAlternate(aet, y, out);
+            EmitAlternate(aet, row);
+        NormalizeSpans(row);
+        if (!row.empty()) emit(y, row);
+        row.clear();
         aet.Advance(y);
     }
-    return out.Finish();
+}
+
+TRegion TRegion::FromPolygon(std::span<const TPoint> points, TPolyFillMode mode,
+                             const TRect* clipRows) {
+    TRegion region;
+    ScanPolygon(points, mode, clipRows, [&](int y, const std::vector<TSpan>& spans) {
+        region.AppendBand(y, y + 1, spans);
+    });
+    return region;
 }
 
 TRect TRegion::Bounds() const {
