@@ -1,5 +1,7 @@
 #include "CustomComboBox.h"
 
+#include "Application.h"
+#include "ComboEdit.h"
 #include "ComboListWindow.h"
 #include "ScrollBar.h"
 
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace qv {
 
@@ -27,11 +30,13 @@ TCustomComboBox::TCustomComboBox(TComponent* AOwner)
     SetColor(clWindow);
     SetBounds(Left(), Top(), 145, 0);
     m_items->OnChange = [this](TObject*) { ItemsChanged(); };
+    UpdateEditField();
 }
 
 TCustomComboBox::~TCustomComboBox() {
     m_items->OnChange = nullptr;
     CloseList(false);
+    if (m_edit) RemoveEditField(false);
 }
 
 // Properties.
@@ -51,7 +56,68 @@ void TCustomComboBox::SetStyle(TComboBoxStyle v) {
     if (v == m_style) return;
     m_style = v;
     SetHeight(0);
+    UpdateEditField();
     Invalidate();
+}
+
+TCustomEdit* TCustomComboBox::EditField() const {
+    return m_edit;
+}
+
+// The focus moves with the field: into a new edit, back to the box from a removed one.
+void TCustomComboBox::UpdateEditField() {
+    if (Editable() && !m_edit) {
+        m_edit = new TComboEdit(*this);
+        m_edit->SetParent(this);
+        m_edit->SetBoundsRect(FieldRect());
+        PushTextToEdit();
+        if (Focused() && m_edit->CanFocus()) m_edit->SetFocus();
+    } else if (!Editable() && m_edit) {
+        RemoveEditField(true);
+    }
+    if (m_edit) m_edit->SetBoundsRect(FieldRect());
+}
+
+// The focus leaves the edit and the edit leaves its parent (focus and tab lists) while both
+// are whole; only then is it freed.
+void TCustomComboBox::RemoveEditField(bool refocus) {
+    TComboEdit* edit = std::exchange(m_edit, nullptr);
+    if (edit->Focused()) {
+        if (refocus && CanFocus())
+            SetFocus();
+        else if (TCustomForm* form = ParentForm())
+            form->SetFocusedControl(nullptr);
+    }
+    edit->SetParent(nullptr);
+    delete edit;
+}
+
+void TCustomComboBox::Resize() {
+    TWinControl::Resize();
+    if (m_edit) m_edit->SetBoundsRect(FieldRect());
+}
+
+void TCustomComboBox::PushTextToEdit() {
+    if (!m_edit || m_edit->Text() == Text()) return;
+    m_syncingText = true;
+    m_edit->SetText(Text());
+    if (m_edit->Focused()) m_edit->SelectAll();
+    m_syncingText = false;
+}
+
+void TCustomComboBox::EditChanged() {
+    if (m_syncingText) return;
+    m_syncingText = true;
+    SetText(m_edit->Text());
+    m_syncingText = false;
+    m_itemIndex = m_items->IndexOf(Text());
+    Change();
+}
+
+void TCustomComboBox::EditKeyDown(unsigned& Key, TShiftState Shift) {
+    const bool listKey = m_list || Key == VK_UP || Key == VK_DOWN || Key == VK_PRIOR ||
+                         Key == VK_NEXT || Key == VkF4;
+    if (listKey && (m_list ? HandleListKey(Key, Shift) : HandleClosedKey(Key, Shift))) Key = 0;
 }
 
 void TCustomComboBox::SetDropDownCount(int v) {
@@ -79,6 +145,7 @@ void TCustomComboBox::SyncText() {
     m_syncingText = true;
     SetText(m_itemIndex >= 0 ? m_items->Get(m_itemIndex) : std::string());
     m_syncingText = false;
+    PushTextToEdit();
 }
 
 // Setting Text selects the item with that text. A form file holds the text before the
@@ -89,9 +156,13 @@ void TCustomComboBox::CMTextChanged(TMessage& Message) {
     SelectText();
 }
 
+// An editable combo box keeps any text; the others show the item's text or none.
 void TCustomComboBox::SelectText() {
     m_itemIndex = m_items->IndexOf(Text());
-    SyncText();
+    if (Editable())
+        PushTextToEdit();
+    else
+        SyncText();
     Invalidate();
 }
 
@@ -103,7 +174,10 @@ void TCustomComboBox::Loaded() {
 void TCustomComboBox::ItemsChanged() {
     if (IsLoading()) return; // Loaded selects the text read
     if (m_itemIndex >= m_items->Count()) m_itemIndex = -1;
-    SyncText();
+    if (Editable())
+        m_itemIndex = m_items->IndexOf(Text());
+    else
+        SyncText();
     Invalidate();
     if (m_list) CloseList(false);
 }
@@ -316,9 +390,18 @@ void TCustomComboBox::MouseUp(TMouseButtonKind Button, TShiftState Shift, int X,
 
 // Focus.
 
+// An editable combo box hands the focus to its edit; reached from that edit by Shift+Tab
+// it passes the focus on backwards.
 void TCustomComboBox::WMSetFocus(TMessage& Message) {
     TWinControl::WMSetFocus(Message);
     Invalidate();
+    if (!m_edit || !m_edit->CanFocus()) return;
+    const bool backFromEdit = m_edit->HandleAllocated() && Message.WParam == m_edit->Handle();
+    if (backFromEdit && GetKeyState(VK_TAB) < 0) {
+        if (TCustomForm* form = ParentForm()) form->SelectNext(this, false, true);
+        return;
+    }
+    m_edit->SetFocus();
 }
 
 void TCustomComboBox::WMKillFocus(TMessage& Message) {
@@ -386,6 +469,7 @@ void TCustomComboBox::PaintButton(TCanvas& canvas, TRect rect) const {
 }
 
 void TCustomComboBox::WMPaint(TMessage&) {
+    // An editable field is the edit's to paint.
     TCanvas& canvas = Canvas();
     TRect rect = ClientRect();
     canvas.Brush().SetStyle(bsSolid);
@@ -393,7 +477,7 @@ void TCustomComboBox::WMPaint(TMessage&) {
     canvas.FillRect(rect);
     DrawClientEdge(canvas, rect);
     PaintButton(canvas, ButtonRect());
-    PaintField(canvas);
+    if (!m_edit) PaintField(canvas);
 }
 
 } // namespace qv

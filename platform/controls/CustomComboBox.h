@@ -6,8 +6,11 @@
 // list closed, the arrow keys and typed characters change the selection at once. Every
 // change of ItemIndex the user makes raises OnClick and then OnChange.
 //
-// Every style behaves as csDropDownList (the field shows the selected item and cannot be
-// typed in); csOwnerDrawFixed and csOwnerDrawVariable paint the field and the rows
+// csDropDown and csSimple put an edit (TComboEdit) over the field: the text is whatever is
+// typed (ItemIndex follows an item with exactly that text) and each change raises OnChange;
+// csSimple's list is not shown permanently, it drops down as csDropDown's does.
+// csDropDownList shows the selected item, which cannot be typed in; csOwnerDrawFixed and
+// csOwnerDrawVariable do the same and paint the field and the rows
 // through DrawItem, that is OnDrawItem on the combo box's canvas (also while it paints the
 // list window), with odComboBoxEdit for the field.
 
@@ -24,6 +27,8 @@ enum TComboBoxStyle { csDropDown, csSimple, csDropDownList, csOwnerDrawFixed, cs
 QV_ENUM_TYPE(TComboBoxStyle, "csDropDown", "csSimple", "csDropDownList", "csOwnerDrawFixed",
              "csOwnerDrawVariable")
 
+class TComboEdit;
+class TCustomEdit;
 class TComboListWindow;
 
 class TCustomComboBox : public TWinControl {
@@ -51,6 +56,8 @@ public:
     void SetDroppedDown(bool v);
     // The open list's window, or null.
     TCustomForm* ListWindow() const;
+    // The edit over the field of csDropDown and csSimple, else null.
+    TCustomEdit* EditField() const;
 
     TNotifyEvent OnChange;
     TNotifyEvent OnDropDown;
@@ -60,6 +67,7 @@ public:
     void Loaded() override;
 
 protected:
+    friend class TComboEdit;
     friend class TComboListWindow;
     virtual void Change();
     virtual void DropDown();
@@ -76,8 +84,18 @@ protected:
     void WMKillFocus(TMessage& Message) override;
     void CMTextChanged(TMessage& Message) override;
     void CMFontChanged(TMessage& Message) override;
+    void Resize() override;
 
 private:
+    bool Editable() const { return m_style == csDropDown || m_style == csSimple; }
+    // Creates or removes the edit as the style asks and puts it over the field.
+    void UpdateEditField();
+    void RemoveEditField(bool refocus);
+    void PushTextToEdit();
+    // The edit's text changed (typing or pasting).
+    void EditChanged();
+    // A key the edit got: the list's keys are taken here (Key becomes 0).
+    void EditKeyDown(unsigned& Key, TShiftState Shift);
     bool OwnerDrawn() const {
         return m_style == csOwnerDrawFixed || m_style == csOwnerDrawVariable;
     }
@@ -109,6 +127,7 @@ private:
     TComboBoxStyle m_style{csDropDown};
     int m_dropDownCount{8};
     TComboListWindow* m_list{nullptr}; // released when closed
+    TComboEdit* m_edit{nullptr};       // a child: freed with the children
     bool m_syncingText{false};
     bool m_buttonDown{false};
     bool m_ignoreNextPress{false};

@@ -218,3 +218,46 @@ TEST_F(ComboBoxTest, FocusedFieldIsHighlightedAndTheButtonIsRaised) {
     combo->SetFocus();
     EXPECT_EQ(ShotPixel(60, 14), ColorToRGB(clHighlight));
 }
+
+TEST_F(ComboBoxTest, DropDownStyleTypesFreeTextAndFollowsMatchingItems) {
+    combo->SetStyle(csDropDown);
+    TCustomEdit* field = combo->EditField();
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->Parent(), combo);
+    combo->SetFocus();
+    EXPECT_TRUE(field->Focused()); // the box hands the focus to its edit
+    Type("tw");
+    EXPECT_EQ(combo->Text(), "tw");
+    EXPECT_EQ(combo->ItemIndex(), -1);
+    Type("o");
+    EXPECT_EQ(combo->ItemIndex(), 2); // exactly an item's text
+    EXPECT_EQ(changes, (std::vector<int>{-1, -1, 2}));
+
+    Key(VK_DOWN); // the list's keys still work from the edit
+    EXPECT_EQ(combo->ItemIndex(), 3);
+    EXPECT_EQ(field->Text(), "three");
+    EXPECT_EQ(field->SelText(), "three");
+    Key(VK_DOWN, isAlt);
+    ASSERT_TRUE(combo->DroppedDown());
+    Key(VK_UP);
+    Key(VK_RETURN);
+    EXPECT_FALSE(combo->DroppedDown());
+    EXPECT_EQ(combo->Text(), "two");
+
+    combo->SetText("free text");
+    EXPECT_EQ(field->Text(), "free text");
+    EXPECT_EQ(combo->ItemIndex(), -1);
+    combo->SetStyle(csDropDownList);
+    EXPECT_EQ(combo->EditField(), nullptr);
+}
+
+TEST_F(ComboBoxTest, TabLeavesTheEditableBoxBothWays) {
+    combo->SetStyle(csDropDown);
+    edit->SetFocus();
+    Key(VK_TAB);
+    EXPECT_TRUE(combo->EditField()->Focused());
+    Key(VK_TAB, isShift);
+    EXPECT_TRUE(edit->Focused());
+    Key(VK_TAB);
+    EXPECT_TRUE(combo->EditField()->Focused());
+}
