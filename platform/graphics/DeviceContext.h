@@ -218,10 +218,12 @@ private:
     void DrawArc(int left, int top, int right, int bottom, int x3, int y3, int x4, int y4,
                  int extraLines);
     void FinishShape(std::optional<TRegion> interior, TSpanCollector* outline);
-    // Interiors painted straight from the scan conversion (no clip region, thin pens).
-    bool PaintsInteriorDirectly() const { return !m_clip && !PenUsesRegion(); }
-    void PaintPolygonInterior(std::span<const TPoint> points, TPolyFillMode mode);
-    void PaintRoundRectInterior(const TRect& r, int ew, int eh);
+    // Interiors painted straight from the scan conversion with a thin pen, when the visible
+    // area is one rectangle (no clip region, or a rectangular one): that rectangle.
+    std::optional<TRect> DirectInteriorArea() const;
+    void PaintPolygonInterior(std::span<const TPoint> points, TPolyFillMode mode,
+                              const TRect& visible);
+    void PaintRoundRectInterior(const TRect& r, int ew, int eh, const TRect& visible);
 
     // Brushes.
     TBrushMasks MakeBrushMasks(const TLogBrush& brush, int rop2) const;

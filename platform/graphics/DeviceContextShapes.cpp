@@ -158,25 +158,34 @@ void TDeviceContext::FinishShape(std::optional<TRegion> interior, TSpanCollector
     }
 }
 
-void TDeviceContext::PaintPolygonInterior(std::span<const TPoint> points, TPolyFillMode mode) {
+std::optional<TRect> TDeviceContext::DirectInteriorArea() const {
+    if (PenUsesRegion()) return std::nullopt;
+    if (!m_clip) return m_target->Bounds();
+    if (m_clip->Type() != SIMPLEREGION) return std::nullopt;
+    return Intersect(m_target->Bounds(), m_clip->Bounds());
+}
+
+void TDeviceContext::PaintPolygonInterior(std::span<const TPoint> points, TPolyFillMode mode,
+                                          const TRect& visible) {
     const TBrushMasks masks = MakeBrushMasks(m_logBrush, m_rop2);
-    if (masks.null) return;
+    if (masks.null || visible.IsEmpty()) return;
+    // Rows are scanned within the target, as the region of the polygon would be.
     const TRect bounds = m_target->Bounds();
     ScanPolygon(points, mode, &bounds, [&](int y, const std::vector<TSpan>& spans) {
+        if (y < visible.top || y >= visible.bottom) return;
         for (const TSpan& s : spans) {
-            const TRect piece = Intersect({s.left, y, s.right, y + 1}, bounds);
+            const TRect piece = Intersect({s.left, y, s.right, y + 1}, visible);
             if (!piece.IsEmpty()) PaintRect(piece, masks);
         }
     });
 }
 
-void TDeviceContext::PaintRoundRectInterior(const TRect& r, int ew, int eh) {
+void TDeviceContext::PaintRoundRectInterior(const TRect& r, int ew, int eh, const TRect& visible) {
     const TBrushMasks masks = MakeBrushMasks(m_logBrush, m_rop2);
     if (masks.null) return;
-    const TRect bounds = m_target->Bounds();
     ScanRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh,
                   [&](int top, int bottom, int left, int right) {
-                      const TRect piece = Intersect({left, top, right, bottom}, bounds);
+                      const TRect piece = Intersect({left, top, right, bottom}, visible);
                       if (!piece.IsEmpty()) PaintRect(piece, masks);
                   });
 }
@@ -220,8 +229,8 @@ void TDeviceContext::RoundRect(int left, int top, int right, int bottom, int wid
     std::optional<TRegion> interior;
     const TRect bounds = m_target->Bounds();
     if (m_logBrush.style != BS_NULL) {
-        if (PaintsInteriorDirectly())
-            PaintRoundRectInterior(r, ew, eh);
+        if (const auto visible = DirectInteriorArea())
+            PaintRoundRectInterior(r, ew, eh, *visible);
         else
             interior =
                 TRegion::FromRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh, &bounds);
@@ -258,8 +267,8 @@ void TDeviceContext::DrawArc(int left, int top, int right, int bottom, int x3, i
     std::optional<TRegion> interior;
     const TRect bounds = m_target->Bounds();
     if (m_logBrush.style != BS_NULL && extraLines > 0) {
-        if (PaintsInteriorDirectly())
-            PaintPolygonInterior(pts, WINDING);
+        if (const auto visible = DirectInteriorArea())
+            PaintPolygonInterior(pts, WINDING, *visible);
         else
             interior = TRegion::FromPolygon(pts, WINDING, &bounds);
     }
@@ -294,8 +303,8 @@ void TDeviceContext::Polygon(std::span<const TPoint> points) {
     std::optional<TRegion> interior;
     const TPolyFillMode mode = m_polyFillMode == WINDING ? WINDING : ALTERNATE;
     if (m_logBrush.style != BS_NULL) {
-        if (PaintsInteriorDirectly())
-            PaintPolygonInterior(points, mode);
+        if (const auto visible = DirectInteriorArea())
+            PaintPolygonInterior(points, mode, *visible);
         else
             interior = TRegion::FromPolygon(points, mode, &bounds);
     }

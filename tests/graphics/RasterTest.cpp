@@ -175,6 +175,34 @@ TEST(Raster, SolidFillRectPaintsWhatThePatternBlitPaints) {
     EXPECT_EQ(filled.At(2, 1), 0x563412u);
 }
 
+TEST(Raster, ShapesClippedToOneRectangleMatchTheRegionPath) {
+    // The same visible rectangle as a simple clip region, and as a complex one whose other
+    // part lies outside the target (painted through regions).
+    auto draw = [](bool simple) {
+        TPixelBuffer pixels(24, 20, 0xFFFFFF);
+        TDeviceContext dc(&pixels);
+        const TRegion rect = TRegion::FromRect({3, 2, 19, 15});
+        const TRegion clip =
+            simple ? rect : rect.Combine(TRegion::FromRect({40, 30, 41, 31}), RGN_OR);
+        EXPECT_EQ(dc.SelectClipRgn(&clip), simple ? SIMPLEREGION : COMPLEXREGION);
+        TLogBrush brush;
+        brush.color = TColor(0x3060C0);
+        dc.SelectBrush(brush);
+        dc.SetROP2(R2_XORPEN);
+        const TPoint star[] = {{12, -3}, {16, 18}, {0, 5}, {23, 6}, {5, 21}};
+        dc.SetPolyFillMode(WINDING);
+        dc.Polygon(star);
+        dc.SetPolyFillMode(ALTERNATE);
+        dc.Polygon(star);
+        dc.Ellipse(-4, 1, 14, 19);
+        dc.RoundRect(8, 4, 26, 17, 9, 7);
+        dc.Pie(1, 0, 22, 18, 22, 0, 0, 18);
+        dc.Chord(4, 6, 20, 22, 0, 12, 24, 12);
+        return pixels;
+    };
+    EXPECT_EQ(draw(true), draw(false));
+}
+
 TEST(Raster, PublishedPropertiesInClassicOrderWithDefaults) {
     std::vector<std::string> names;
     for (const TPropInfo* p : TFont::StaticClassInfo().Properties())
