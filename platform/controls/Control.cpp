@@ -379,8 +379,12 @@ void TControl::SetMouseCapture(bool v) {
     app->SetCaptureControl(v ? this : nullptr);
 }
 
+// A press tells the form's focused control (a dropped-down list, for example) to cancel
+// what it is in the middle of; LParam names the control that was pressed.
 void TControl::SendCancelMode() {
-    if (TCustomForm* form = ParentForm()) form->Perform(CM_CANCELMODE, 0, reinterpret_cast<LPARAM>(this));
+    TCustomForm* form = ParentForm();
+    if (!form || !form->ActiveControl() || form->ActiveControl() == this) return;
+    form->ActiveControl()->Perform(CM_CANCELMODE, 0, reinterpret_cast<LPARAM>(this));
 }
 
 void TControl::WMNCHitTest(TMessage& Message) { DefaultHandler(Message); }

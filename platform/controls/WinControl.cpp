@@ -22,6 +22,9 @@ TWinControl::TWinControl(TComponent* AOwner) : TControl(AOwner) {
 
 TWinControl::~TWinControl() {
     Destroying();
+    // Leave the parent while this is still a windowed control, so that the parent's tab list
+    // and the form's focus let go of it.
+    if (Parent()) Parent()->RemoveControl(this);
     // Child controls go with their parent, also when another component owns them.
     while (!m_controls.empty()) {
         TControl* child = m_controls.back();

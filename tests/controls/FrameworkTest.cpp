@@ -486,3 +486,19 @@ TEST_F(Framework, TabOrderIsIndependentOfTheZOrderAndIsRestoredFromFormFiles) {
     EXPECT_EQ(x->TabOrder(), 1);
     EXPECT_EQ(loaded.Controls(0), x);
 }
+
+TEST_F(Framework, FreeingTheFocusedControlLeavesNoDanglingFocusOrTabEntry) {
+    TProbe* panel = AddProbe("Panel", {0, 0, 100, 100});
+    TProbe* inner = AddProbe("Inner", {10, 10, 50, 50}, panel);
+    TProbe* other = AddProbe("Other", {110, 0, 150, 40});
+    form->Show();
+    inner->SetFocus();
+    delete panel; // takes its child with it
+    EXPECT_EQ(form->ActiveControl(), nullptr);
+    std::vector<TWinControl*> tabs;
+    form->GetTabOrderList(tabs);
+    EXPECT_EQ(tabs, (std::vector<TWinControl*>{other}));
+    Headless().TypeKey(Window(), VK_TAB);
+    Pump();
+    EXPECT_TRUE(other->Focused());
+}
