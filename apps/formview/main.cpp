@@ -8,7 +8,6 @@
 #include "platform/controls/Application.h"
 #include "platform/controls/StandardClasses.h"
 #include "platform/graphics/Bitmap.h"
-#include "platform/graphics/ImageIO.h"
 #include "platform/streaming/Reader.h"
 
 #include <cstring>
@@ -62,7 +61,7 @@ void WriteScreenshot(TCustomForm& form, const std::string& path) {
     Application().ProcessMessages();
     TBitmap shot;
     form.Screenshot(shot);
-    WriteFileBytes(path, EncodePng(shot.Pixels(), false));
+    shot.SaveToFile(path);
 }
 
 void RunForm(TCustomForm& form) {

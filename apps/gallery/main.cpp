@@ -12,7 +12,6 @@
 #include "platform/core/DesignerRegistry.h"
 #include "platform/core/Exceptions.h"
 #include "platform/graphics/Bitmap.h"
-#include "platform/graphics/ImageIO.h"
 
 #include <cstring>
 #include <filesystem>
@@ -67,7 +66,7 @@ void RenderPages(TGalleryForm& form, const std::string& dir) {
             (std::filesystem::path(dir) /
              (PageFileName(form.Pages()[static_cast<std::size_t>(i)]) + ".png"))
                 .string();
-        WriteFileBytes(path, EncodePng(shot.Pixels(), false));
+        shot.SaveToFile(path);
         std::cout << path << '\n';
     }
 }
