@@ -2,8 +2,8 @@
 
 #include "platform/controls/ControlProperties.h"
 
-#include <array>
 #include <algorithm>
+#include <array>
 #include <span>
 #include <vector>
 
@@ -13,6 +13,7 @@ namespace {
 
 // The built-in looks of the codes 32..255.
 std::array<qSegSet, 224> MakeCharTable() {
+    // clang-format off
     const std::array<std::vector<int>, 224> looks = {{
         {}, {3, 8}, {2, 4}, {1, 2, 4, 7, 9, 10}, {1, 2, 3, 5, 6, 8, 9, 10}, {2, 9, 12, 13}, {}, {3},
         {1, 2, 7, 10}, {1, 4, 9, 10}, {3, 5, 6, 8, 11, 12, 13, 14}, {3, 5, 6, 8}, {16}, {5, 6}, {16}, {12, 13},
@@ -63,9 +64,11 @@ std::array<qSegSet, 224> MakeCharTable() {
         {1, 2, 4, 7, 9, 10, 12, 13}, {2, 4, 7, 9, 10}, {2, 4, 7, 9, 10}, {2, 4, 7, 9, 10}, {2, 4, 7, 9, 10},
         {8, 11, 12}, {2, 7, 11, 13}, {8, 11, 12},
     }};
+    // clang-format on
     std::array<qSegSet, 224> table{};
     for (std::size_t i = 0; i < looks.size(); ++i)
-        for (int n : looks[i]) table[i] |= qSegSet{1} << n;
+        for (int n : looks[i])
+            table[i] |= qSegSet{1} << n;
     return table;
 }
 
@@ -77,10 +80,14 @@ std::array<qSegSet, 224>& CharTable() {
 
 } // namespace
 
-qSegSet CharLook(unsigned char code) { return CharTable()[code < 32 ? 0 : code - 32u]; }
+qSegSet CharLook(unsigned char code) {
+    return CharTable()[code < 32 ? 0 : code - 32u];
+}
 
 void ChangeACharLook(unsigned char qChar, qSegSet segments) {
-    if (qChar >= 32) CharTable()[qChar - 32u] = segments & Segments({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16});
+    if (qChar >= 32)
+        CharTable()[qChar - 32u] =
+            segments & Segments({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16});
 }
 
 const TTypeInfo& QCharType() {
@@ -106,13 +113,16 @@ const TClassInfo& TqSegment::StaticClassInfo() {
         b.Default(TColor(0));
         b.Property("Height", &TqSegment::Height, &TqSegment::SetHeight);
         PublishControlProperties(b, {"Hint"});
-        b.Property("LitColor", ColorType(), &TqSegment::LitColor, &TqSegment::SetLitColor).Default(TColor(0x00FF00));
+        b.Property("LitColor", ColorType(), &TqSegment::LitColor, &TqSegment::SetLitColor)
+            .Default(TColor(0x00FF00));
         b.Event("OnPaint", &TqSegment::OnPaint);
-        PublishControlProperties(b, {"OnMouseDown", "OnMouseMove", "OnMouseUp", "OnClick", "OnDblClick", "OnDragDrop",
-                                     "OnDragOver", "OnEndDrag", "ParentColor", "ParentShowHint"});
+        PublishControlProperties(b, {"OnMouseDown", "OnMouseMove", "OnMouseUp", "OnClick",
+                                     "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",
+                                     "ParentColor", "ParentShowHint"});
         b.Property("Punktur", &TqSegment::Punktur, &TqSegment::SetPunktur).Default(spNone);
         PublishControlProperties(b, {"ShowHint"});
-        b.Property("Transparent", &TqSegment::Transparent, &TqSegment::SetTransparent).Default(false);
+        b.Property("Transparent", &TqSegment::Transparent, &TqSegment::SetTransparent)
+            .Default(false);
         PublishControlProperties(b, {"Visible"});
         b.Property("Width", &TqSegment::Width, &TqSegment::SetWidth);
         b.Property("UnLitColor", ColorType(), &TqSegment::UnLitColor, &TqSegment::SetUnLitColor)
@@ -152,9 +162,15 @@ void TqSegment::SetPunktur(qSegPunktur value) {
     m_punktur = value;
     const qSegSet dot = Segments({15}), point = Segments({16});
     switch (value) {
-    case spPunktum: m_segments = (m_segments | point) & ~dot; break;
-    case spColon: m_segments |= dot | point; break;
-    case spNone: m_segments &= ~(dot | point); break;
+    case spPunktum:
+        m_segments = (m_segments | point) & ~dot;
+        break;
+    case spColon:
+        m_segments |= dot | point;
+        break;
+    case spNone:
+        m_segments &= ~(dot | point);
+        break;
     }
     DoUpdate();
 }
@@ -219,44 +235,96 @@ void TqSegment::DrawSegments(TCanvas& c) const {
         poly({{g(2), g(2) + 2}, {g(4), g(4) + 2}, {g(4), g(13) - 1}, {g(2), g(15) - 1}}),
         poly({{g(8), g(4) + 2}, {g(10), g(4) + 2}, {g(10), g(14) - 2}, {g(8), g(14) - 2}}),
         poly({{g(16), g(2) + 2}, {g(14), g(4) + 2}, {g(14), g(13) - 1}, {g(16), g(15) - 1}}),
-        poly({{g(2) + 1, g(15)}, {g(3) + 1, g(14)}, {g(9) - 1, g(14)}, {g(9) - 1, g(16)}, {g(3) + 1, g(16)}}),
-        poly({{g(9) + 1, g(14)}, {g(15) - 1, g(14)}, {g(16) - 1, g(15)}, {g(15) - 1, g(16)}, {g(9) + 1, g(16)}}),
+        poly({{g(2) + 1, g(15)},
+              {g(3) + 1, g(14)},
+              {g(9) - 1, g(14)},
+              {g(9) - 1, g(16)},
+              {g(3) + 1, g(16)}}),
+        poly({{g(9) + 1, g(14)},
+              {g(15) - 1, g(14)},
+              {g(16) - 1, g(15)},
+              {g(15) - 1, g(16)},
+              {g(9) + 1, g(16)}}),
         poly({{g(2), g(15) + 1}, {g(4), g(17) + 1}, {g(4), g(26) - 2}, {g(2), g(28) - 2}}),
         poly({{g(8), g(16) + 2}, {g(10), g(16) + 2}, {g(10), g(26) - 2}, {g(8), g(26) - 2}}),
         poly({{g(16), g(15) + 1}, {g(14), g(17) + 1}, {g(14), g(26) - 2}, {g(16), g(28) - 2}}),
         poly({{g(2), g(28)}, {g(4), g(26)}, {g(14), g(26)}, {g(16), g(28)}}),
-        poly({{g(4) + 2, g(5 + d)}, {g(4) + 2, g(4) + 2}, {g(5 + d), g(4) + 2}, {g(8) - 2, g(12 - d)},
-         {g(8) - 2, g(14) - 2}, {g(7 - d), g(14) - 2}}),
-        poly({{g(14) - 2, g(5 + d)}, {g(14) - 2, g(4) + 2}, {g(13 - d), g(4) + 2}, {g(10) + 2, g(12 - d)},
-         {g(10) + 2, g(14) - 2}, {g(11 + d), g(14) - 2}}),
-        poly({{g(4) + 2, g(25 - d)}, {g(4) + 2, g(26) - 2}, {g(5 + d), g(26) - 2}, {g(8) - 2, g(18 + d)},
-         {g(8) - 2, g(16) + 2}, {g(7 - d), g(16) + 2}}),
-        poly({{g(14) - 2, g(25 - d)}, {g(14) - 2, g(26) - 2}, {g(13 - d), g(26) - 2}, {g(10) + 2, g(18 + d)},
-         {g(10) + 2, g(16) + 2}, {g(11 + d), g(16) + 2}}),
+        poly({{g(4) + 2, g(5 + d)},
+              {g(4) + 2, g(4) + 2},
+              {g(5 + d), g(4) + 2},
+              {g(8) - 2, g(12 - d)},
+              {g(8) - 2, g(14) - 2},
+              {g(7 - d), g(14) - 2}}),
+        poly({{g(14) - 2, g(5 + d)},
+              {g(14) - 2, g(4) + 2},
+              {g(13 - d), g(4) + 2},
+              {g(10) + 2, g(12 - d)},
+              {g(10) + 2, g(14) - 2},
+              {g(11 + d), g(14) - 2}}),
+        poly({{g(4) + 2, g(25 - d)},
+              {g(4) + 2, g(26) - 2},
+              {g(5 + d), g(26) - 2},
+              {g(8) - 2, g(18 + d)},
+              {g(8) - 2, g(16) + 2},
+              {g(7 - d), g(16) + 2}}),
+        poly({{g(14) - 2, g(25 - d)},
+              {g(14) - 2, g(26) - 2},
+              {g(13 - d), g(26) - 2},
+              {g(10) + 2, g(18 + d)},
+              {g(10) + 2, g(16) + 2},
+              {g(11 + d), g(16) + 2}}),
         poly({{g(16) + 2 + d, g(14)}, {g(18), g(14)}, {g(18), g(16)}, {g(16) + 2 + d, g(16)}}),
         poly({{g(16) + 2 + d, g(26)}, {g(18), g(26)}, {g(18), g(28)}, {g(16) + 2 + d, g(28)}}),
     };
     for (std::size_t i = 0; i < polygons.size(); ++i) {
-        const bool lit = (m_segments >> (i + 1)) & 1u;
-        const TColor color = lit ? m_litColor : m_unLitColor;
+        const TColor color = SegmentColor(static_cast<int>(i) + 1);
         c.Pen().SetColor(color);
         c.Brush().SetColor(color);
         c.Polygon(std::span<const TPoint>(polygons[i].points.data(), polygons[i].count));
     }
 }
 
-// The cell paints straight onto its canvas.
+TColor TqSegment::SegmentColor(int number) const {
+    return (m_segments >> number) & 1u ? m_litColor : m_unLitColor;
+}
+
+TqSegment::TLook TqSegment::CurrentLook() const {
+    const TRect r = ClientRect();
+    return {r.Width(), r.Height(), m_size, m_segments, m_litColor, m_unLitColor, Color()};
+}
+
+TBitmap& TqSegment::Picture() {
+    const TLook look = CurrentLook();
+    if (m_pictureLook == look) return m_picture;
+    m_picture.SetSize(look.width, look.height);
+    TCanvas& c = m_picture.Canvas();
+    c.Brush().SetColor(look.back);
+    c.Brush().SetStyle(bsSolid);
+    c.FillRect({0, 0, look.width, look.height});
+    c.Pen().SetWidth(1);
+    c.Pen().SetStyle(psSolid);
+    DrawSegments(c);
+    m_pictureLook = look;
+    return m_picture;
+}
+
+// A transparent cell draws its segments over what lies beneath; an opaque one copies its
+// picture. Either way the canvas is left with the pen and brush of the last segment.
 void TqSegment::Paint() {
     TCanvas& c = Canvas();
-    if (!m_transparent) {
-        c.Brush().SetColor(Color());
-        c.Brush().SetStyle(bsSolid);
-        c.FillRect(ClientRect());
-    }
     c.Pen().SetWidth(1);
     c.Pen().SetStyle(psSolid);
     c.Brush().SetStyle(bsSolid);
-    DrawSegments(c);
+    if (m_transparent) {
+        DrawSegments(c);
+    } else {
+        const TCopyMode mode = c.CopyMode();
+        c.SetCopyMode(cmSrcCopy);
+        c.Draw(0, 0, Picture());
+        c.SetCopyMode(mode);
+        c.Pen().SetColor(SegmentColor(16));
+        c.Brush().SetColor(SegmentColor(16));
+    }
     DoOnPaint();
 }
 

@@ -31,8 +31,10 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-// A form with one component; each iteration repaints the component's area.
-template <class C> void PaintCost(benchmark::State& state, std::function<void(C&)> setup) {
+// A form with one component; each iteration repaints the component's area. Components that
+// grow through their own Size property are scaled by `setup` and keep their bounds.
+template <class C>
+void PaintCost(benchmark::State& state, std::function<void(C&)> setup, bool scaleBounds = true) {
     TForm form(nullptr);
     form.SetBounds(0, 0, 1200, 600);
     form.Show();
@@ -40,7 +42,7 @@ template <class C> void PaintCost(benchmark::State& state, std::function<void(C&
     c->SetParent(&form);
     setup(*c);
     const int scale = static_cast<int>(state.range(0));
-    if (scale > 1) c->SetBounds(0, 0, c->Width() * scale, c->Height() * scale);
+    if (scaleBounds && scale > 1) c->SetBounds(0, 0, c->Width() * scale, c->Height() * scale);
     form.PaintPending();
     for (auto _ : state) {
         c->Invalidate();
@@ -49,17 +51,33 @@ template <class C> void PaintCost(benchmark::State& state, std::function<void(C&
     state.SetLabel(std::to_string(c->Width()) + "x" + std::to_string(c->Height()));
 }
 
-void BM_LedRound(benchmark::State& s) { PaintCost<TqLed>(s, [](TqLed& c) { c.writeLedOn(true); }); }
+void BM_LedRound(benchmark::State& s) {
+    PaintCost<TqLed>(s, [](TqLed& c) { c.writeLedOn(true); });
+}
 void BM_LedSquare(benchmark::State& s) {
     PaintCost<TqLed>(s, [](TqLed& c) { c.SetLedStyle(lstSquare), c.SetSteelLook(true); });
 }
-void BM_Segment(benchmark::State& s) { PaintCost<TqSegment>(s, [](TqSegment& c) { c.SetChar('8'); }); }
+void BM_Segment(benchmark::State& s) {
+    PaintCost<TqSegment>(s, [](TqSegment& c) { c.SetChar('8'); });
+}
 void BM_SegmentScaled(benchmark::State& s) {
     // A segment cell grows through Size, not through its bounds.
-    PaintCost<TqSegment>(s, [&](TqSegment& c) { c.SetChar('8'), c.SetSize(static_cast<int>(s.range(0))); });
+    PaintCost<TqSegment>(
+        s, [&](TqSegment& c) { c.SetChar('8'), c.SetSize(static_cast<int>(s.range(0))); }, false);
 }
 void BM_SegmentLabel(benchmark::State& s) {
-    PaintCost<TqSegmentLabel>(s, [&](TqSegmentLabel& c) { c.SetCaption("12.5 VOLT"), c.SetSize(static_cast<int>(s.range(0))); });
+    PaintCost<TqSegmentLabel>(
+        s,
+        [&](TqSegmentLabel& c) {
+            c.SetCaption("12.5 VOLT"), c.SetSize(static_cast<int>(s.range(0)));
+        },
+        false);
+}
+void BM_SegmentClock(benchmark::State& s) {
+    PaintCost<TqSegmentClock>(
+        s,
+        [&](TqSegmentClock& c) { c.SetShowSeconds(true), c.SetSize(static_cast<int>(s.range(0))); },
+        false);
 }
 
 BENCHMARK(BM_LedRound)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
@@ -67,6 +85,7 @@ BENCHMARK(BM_LedSquare)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Segment)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentScaled)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentLabel)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SegmentClock)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 
 struct TLateness {
     double p50, p99, max;
@@ -74,7 +93,9 @@ struct TLateness {
 
 TLateness Summarize(std::vector<double> us) {
     std::sort(us.begin(), us.end());
-    const auto at = [&](double q) { return us[static_cast<std::size_t>(q * static_cast<double>(us.size() - 1))]; };
+    const auto at = [&](double q) {
+        return us[static_cast<std::size_t>(q * static_cast<double>(us.size() - 1))];
+    };
     return {at(0.5), at(0.99), us.back()};
 }
 
@@ -101,7 +122,8 @@ TLateness MultimediaTimerLateness(std::chrono::seconds span) {
     timer.SetInterval(1); // restarts the service timer: its first deadline is one period on
     start = Clock::now();
     timer.SetEnabled(true);
-    while (!done) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    while (!done)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     timer.SetEnabled(false);
     return Summarize(late);
 }
@@ -118,7 +140,8 @@ TLateness BareTimerfdLateness(std::chrono::seconds span) {
         schedule.it_interval = {0, 1000000};
         schedule.it_value = now;
         schedule.it_value.tv_nsec += 1000000;
-        if (schedule.it_value.tv_nsec >= 1000000000) schedule.it_value.tv_nsec -= 1000000000, ++schedule.it_value.tv_sec;
+        if (schedule.it_value.tv_nsec >= 1000000000)
+            schedule.it_value.tv_nsec -= 1000000000, ++schedule.it_value.tv_sec;
         const auto start = Clock::now();
         ::timerfd_settime(fd, TFD_TIMER_ABSTIME, &schedule, nullptr);
         for (long k = 1; Clock::now() - start < span; ++k) {
@@ -135,7 +158,8 @@ TLateness BareTimerfdLateness(std::chrono::seconds span) {
 
 // From the worker waking for a tick to the handler running on the main thread.
 double ThreadTimerHandOverP50(int ticks) {
-    Application().SetBackend(std::make_unique<THeadlessBackend>(THeadlessBackend::TClockMode::Real));
+    Application().SetBackend(
+        std::make_unique<THeadlessBackend>(THeadlessBackend::TClockMode::Real));
     std::vector<double> latency;
     TqxTimer timer(nullptr);
     Clock::time_point woke;
@@ -148,7 +172,8 @@ double ThreadTimerHandOverP50(int ticks) {
         lastEnd = Clock::now();
     });
     lastEnd = Clock::now();
-    while (static_cast<int>(latency.size()) < ticks) Application().HandleMessage();
+    while (static_cast<int>(latency.size()) < ticks)
+        Application().HandleMessage();
     timer.SetEnabled(false);
     return Summarize(latency).p50;
 }
@@ -185,15 +210,15 @@ double RawEventfdHandOverP50(int ticks) {
 void ReportTimers() {
     const auto ours = MultimediaTimerLateness(std::chrono::seconds(5));
     const auto bare = BareTimerfdLateness(std::chrono::seconds(5));
-    std::printf("mmtimer lateness p50: ours %.1f us, timerfd %.1f us, ratio %.2f\n", ours.p50, bare.p50,
-                ours.p50 / std::max(bare.p50, 0.1));
-    std::printf("mmtimer lateness p99: ours %.1f us, timerfd %.1f us, ratio %.2f\n", ours.p99, bare.p99,
-                ours.p99 / std::max(bare.p99, 0.1));
+    std::printf("mmtimer lateness p50: ours %.1f us, timerfd %.1f us, ratio %.2f\n", ours.p50,
+                bare.p50, ours.p50 / std::max(bare.p50, 0.1));
+    std::printf("mmtimer lateness p99: ours %.1f us, timerfd %.1f us, ratio %.2f\n", ours.p99,
+                bare.p99, ours.p99 / std::max(bare.p99, 0.1));
     std::printf("mmtimer lateness max: ours %.1f us, timerfd %.1f us\n", ours.max, bare.max);
     const double handOver = ThreadTimerHandOverP50(500);
     const double raw = RawEventfdHandOverP50(500);
-    std::printf("thread timer hand-over p50: ours %.1f us, eventfd %.1f us, ratio %.2f\n", handOver, raw,
-                handOver / std::max(raw, 0.1));
+    std::printf("thread timer hand-over p50: ours %.1f us, eventfd %.1f us, ratio %.2f\n", handOver,
+                raw, handOver / std::max(raw, 0.1));
 }
 
 } // namespace
@@ -202,8 +227,10 @@ int main(int argc, char** argv) {
     bool timers = false;
     std::vector<char*> args;
     for (int i = 0; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--timers") == 0) timers = true;
-        else args.push_back(argv[i]);
+        if (std::strcmp(argv[i], "--timers") == 0)
+            timers = true;
+        else
+            args.push_back(argv[i]);
     }
     int count = static_cast<int>(args.size());
     InitializePackage();

@@ -71,6 +71,36 @@ TEST_F(IndicatorTest, TransparentCellShowsItsParentBetweenSegments) {
     EXPECT_EQ(PixelOf(*cell, 9, 3), kUnlit);
 }
 
+// An opaque cell copies a picture it keeps; it must still show every change, exactly as a
+// transparent cell draws the same segments straight onto the same background.
+TEST_F(IndicatorTest, OpaqueCellFollowsEveryChangeOfItsLook) {
+    auto* opaque = new TqSegment(form);
+    opaque->SetParent(form);
+    opaque->SetParentColor(true);
+    auto* direct = new TqSegment(form);
+    direct->SetParent(form);
+    direct->SetTransparent(true);
+    direct->SetLeft(100);
+    const auto same = [&] {
+        for (int y = 0; y < opaque->Height(); ++y)
+            for (int x = 0; x < opaque->Width(); ++x)
+                if (PixelOf(*opaque, x, y) != PixelOf(*direct, x, y)) return false;
+        return true;
+    };
+    const auto both = [&](auto change) { change(*opaque), change(*direct); };
+    ASSERT_TRUE(same());
+    both([](TqSegment& c) { c.SetChar('K'); });
+    EXPECT_TRUE(same());
+    both([](TqSegment& c) { c.SetPunktur(spColon); });
+    EXPECT_TRUE(same());
+    both([](TqSegment& c) { c.SetLitColor(TColor(0x0000FF)), c.SetUnLitColor(TColor(0x202020)); });
+    EXPECT_TRUE(same());
+    form->SetColor(TColor(0x804000)); // reaches the opaque cell through ParentColor
+    EXPECT_TRUE(same());
+    both([](TqSegment& c) { c.SetSize(2); });
+    EXPECT_TRUE(same());
+}
+
 TEST_F(IndicatorTest, LabelFoldsPointsIntoThePreviousCell) {
     auto* label = new TqSegmentLabel(form);
     label->SetParent(form);
