@@ -8,5 +8,6 @@ cd "$(dirname "$0")/.."
 binary=${BUILD_DIR:-build/default}/bench/bench_components
 [ -x "$binary" ] || { echo "components.sh: build the bench_components target first" >&2; exit 2; }
 "$binary" --timers --benchmark_format=csv "$@" 2>/dev/null | awk -F, '
-    /^"BM_/ { name = $1; gsub(/"/, "", name); printf "paint %s (%s): %.2f us\n", name, $10, $3; next }
+    /^"BM_/ { name = $1; size = $8; gsub(/"/, "", name); gsub(/"/, "", size)
+              printf "paint %s (%s): %.2f us\n", name, size, $3; next }
     /: / { print }'
