@@ -235,7 +235,11 @@ private:
             box = {std::min(box.left, q.x), std::min(box.top, q.y), std::max(box.right, q.x + 1),
                    std::max(box.bottom, q.y + 1)};
         if (!Intersect(box, m_out.Window()).IsEmpty())
-            m_out.AddRegion(TRegion::FromPolygon(quad, ALTERNATE, &m_out.Window()));
+            ScanPolygon(quad, ALTERNATE, &m_out.Window(),
+                        [this](int y, std::span<const TSpan> spans) {
+                            for (const TSpan& s : spans)
+                                m_out.AddSpan(y, s.left, s.right);
+                        });
         return true;
     }
 

@@ -171,7 +171,7 @@ void TDeviceContext::PaintPolygonInterior(std::span<const TPoint> points, TPolyF
     if (masks.null || visible.IsEmpty()) return;
     // Rows are scanned within the target, as the region of the polygon would be.
     const TRect bounds = m_target->Bounds();
-    ScanPolygon(points, mode, &bounds, [&](int y, const std::vector<TSpan>& spans) {
+    ScanPolygon(points, mode, &bounds, [&](int y, std::span<const TSpan> spans) {
         if (y < visible.top || y >= visible.bottom) return;
         for (const TSpan& s : spans) {
             const TRect piece = Intersect({s.left, y, s.right, y + 1}, visible);

@@ -3,41 +3,56 @@
 #include "EllipseGeometry.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <memory_resource>
 
 namespace qv {
 
-void NormalizeSpans(std::vector<TSpan>& spans) {
-    std::erase_if(spans, [](const TSpan& s) { return s.right <= s.left; });
-    if (spans.size() < 2) return;
-    std::sort(spans.begin(), spans.end(),
-              [](const TSpan& a, const TSpan& b) { return a.left < b.left; });
+std::size_t NormalizeSpans(std::span<TSpan> spans) {
+    const auto kept = std::remove_if(spans.begin(), spans.end(),
+                                     [](const TSpan& s) { return s.right <= s.left; });
+    const auto count = static_cast<std::size_t>(kept - spans.begin());
+    if (count < 2) return count;
+    std::sort(spans.begin(), kept, [](const TSpan& a, const TSpan& b) { return a.left < b.left; });
     std::size_t out = 0;
-    for (std::size_t i = 1; i < spans.size(); ++i) {
+    for (std::size_t i = 1; i < count; ++i) {
         if (spans[i].left <= spans[out].right)
             spans[out].right = std::max(spans[out].right, spans[i].right);
         else
             spans[++out] = spans[i];
     }
-    spans.resize(out + 1);
+    return out + 1;
 }
 
 // ---- TRegion ----------------------------------------------------------------------------
 
-void TRegion::AppendBand(int top, int bottom, std::vector<TSpan> spans) {
+namespace {
+
+// Appends a band to `bands`, or lengthens the last band when it touches the new one and has
+// the same spans; the spans are copied only for a new band.
+void AppendBandTo(std::vector<TBand>& bands, int top, int bottom, std::span<const TSpan> spans) {
     if (spans.empty() || bottom <= top) return;
-    if (!m_bands.empty() && m_bands.back().bottom == top && m_bands.back().spans == spans) {
-        m_bands.back().bottom = bottom;
+    if (!bands.empty() && bands.back().bottom == top &&
+        std::ranges::equal(bands.back().spans, spans)) {
+        bands.back().bottom = bottom;
         return;
     }
-    m_bands.push_back({top, bottom, std::move(spans)});
+    bands.push_back({top, bottom, {spans.begin(), spans.end()}});
+}
+
+} // namespace
+
+void TRegion::AppendBand(int top, int bottom, std::span<const TSpan> spans) {
+    AppendBandTo(m_bands, top, bottom, spans);
 }
 
 TRegion TRegion::FromRect(const TRect& r) {
     const TRect o = Ordered(r);
     TRegion region;
-    region.AppendBand(o.top, o.bottom, {{o.left, o.right}});
+    const TSpan row{o.left, o.right};
+    region.AppendBand(o.top, o.bottom, {&row, 1});
     if (o.left == o.right) region.m_bands.clear();
     return region;
 }
@@ -82,8 +97,8 @@ TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ell
                           l = std::max(l, clipRows->left);
                           r = std::min(r, clipRows->right);
                       }
-                      if (rowTop < rowBottom && l < r)
-                          region.AppendBand(rowTop, rowBottom, {{l, r}});
+                      const TSpan row{l, r};
+                      if (l < r) region.AppendBand(rowTop, rowBottom, {&row, 1});
                   });
     return region;
 }
@@ -106,9 +121,13 @@ struct TPolyEdge {
     }
 };
 
-std::vector<TPolyEdge> BuildEdges(std::span<const TPoint> points, const TRect* clipRows) {
-    std::vector<TPolyEdge> edges;
+using TEdgeList = std::pmr::vector<TPolyEdge>;
+
+TEdgeList BuildEdges(std::span<const TPoint> points, const TRect* clipRows,
+                     std::pmr::memory_resource* memory) {
+    TEdgeList edges(memory);
     if (points.size() < 2) return edges;
+    edges.reserve(points.size());
     const TPoint* prev = &points.back();
     for (const TPoint& curr : points) {
         const bool down = prev->y <= curr.y;
@@ -128,7 +147,10 @@ std::vector<TPolyEdge> BuildEdges(std::span<const TPoint> points, const TRect* c
 // first edge that lies strictly right of it.
 class TActiveEdges {
 public:
-    explicit TActiveEdges(std::vector<TPolyEdge> edges) : m_edges(std::move(edges)) {
+    explicit TActiveEdges(TEdgeList edges)
+        : m_edges(std::move(edges)), m_pending(m_edges.get_allocator()),
+          m_active(m_edges.get_allocator()), m_snapshot(m_edges.get_allocator()),
+          m_x(m_edges.get_allocator()) {
         // Bucket order: by top row, later edges first among equal x.
         m_pending.resize(m_edges.size());
         for (std::size_t i = 0; i < m_edges.size(); ++i)
@@ -188,26 +210,26 @@ public:
         }
     }
 
-    const std::vector<int>& Active() const { return m_active; }
-    const std::vector<int>& X() const { return m_x; }
+    const std::pmr::vector<int>& Active() const { return m_active; }
+    const std::pmr::vector<int>& X() const { return m_x; }
     const TPolyEdge& Edge(int e) const { return m_edges[static_cast<std::size_t>(e)]; }
 
 private:
-    std::vector<TPolyEdge> m_edges;
-    std::vector<int> m_pending;
+    TEdgeList m_edges;
+    std::pmr::vector<int> m_pending;
     std::size_t m_next{0};
-    std::vector<int> m_active;
-    std::vector<int> m_snapshot; // the order before re-sorting, kept to reuse its storage
-    std::vector<int> m_x;
+    std::pmr::vector<int> m_active;
+    std::pmr::vector<int> m_snapshot; // the order before re-sorting, kept to reuse its storage
+    std::pmr::vector<int> m_x;
 };
 
-void EmitAlternate(const TActiveEdges& aet, std::vector<TSpan>& row) {
+void EmitAlternate(const TActiveEdges& aet, std::pmr::vector<TSpan>& row) {
     const auto& x = aet.X();
     for (std::size_t i = 0; i + 1 < x.size(); i += 2)
         if (x[i] != x[i + 1]) row.push_back({x[i], x[i + 1]});
 }
 
-void EmitWinding(const TActiveEdges& aet, std::vector<TSpan>& row) {
+void EmitWinding(const TActiveEdges& aet, std::pmr::vector<TSpan>& row) {
     const auto& active = aet.Active();
     const auto& x = aet.X();
     bool inside = true;
@@ -232,22 +254,26 @@ void EmitWinding(const TActiveEdges& aet, std::vector<TSpan>& row) {
 } // namespace
 
 void ScanPolygon(std::span<const TPoint> points, TPolyFillMode mode, const TRect* clipRows,
-                 const std::function<void(int, const std::vector<TSpan>&)>& emit) {
-    TActiveEdges aet(BuildEdges(points, clipRows));
+                 const std::function<void(int, std::span<const TSpan>)>& emit) {
+    // The small polygons of instruments and curves fit this arena, so scanning them does not
+    // touch the heap; larger ones continue in heap memory.
+    std::array<std::byte, 4096> arena;
+    std::pmr::monotonic_buffer_resource memory(arena.data(), arena.size());
+    TActiveEdges aet(BuildEdges(points, clipRows, &memory));
     int y = aet.FirstRow();
     int end = aet.EndRow();
     if (clipRows) {
         y = std::max(y, clipRows->top);
         end = std::min(end, clipRows->bottom);
     }
-    std::vector<TSpan> row;
+    std::pmr::vector<TSpan> row(&memory);
     for (; y < end; ++y) {
         aet.LoadUpTo(y);
         if (mode == WINDING)
             EmitWinding(aet, row);
         else
             EmitAlternate(aet, row);
-        NormalizeSpans(row);
+        row.resize(NormalizeSpans(row));
         if (!row.empty()) emit(y, row);
         row.clear();
         aet.Advance(y);
@@ -257,9 +283,8 @@ void ScanPolygon(std::span<const TPoint> points, TPolyFillMode mode, const TRect
 TRegion TRegion::FromPolygon(std::span<const TPoint> points, TPolyFillMode mode,
                              const TRect* clipRows) {
     TRegion region;
-    ScanPolygon(points, mode, clipRows, [&](int y, const std::vector<TSpan>& spans) {
-        region.AppendBand(y, y + 1, spans);
-    });
+    ScanPolygon(points, mode, clipRows,
+                [&](int y, std::span<const TSpan> spans) { region.AppendBand(y, y + 1, spans); });
     return region;
 }
 
@@ -398,11 +423,8 @@ void TRegion::Builder::AddSpan(int y, int left, int right) {
 
 void TRegion::Builder::FlushRow() {
     if (!m_haveRow) return;
-    NormalizeSpans(m_row);
-    TRegion tmp;
-    tmp.m_bands = std::move(m_bands);
-    tmp.AppendBand(m_rowY, m_rowY + 1, std::move(m_row));
-    m_bands = std::move(tmp.m_bands);
+    m_row.resize(NormalizeSpans(m_row));
+    AppendBandTo(m_bands, m_rowY, m_rowY + 1, m_row);
     m_row.clear();
     m_haveRow = false;
 }

@@ -71,20 +71,21 @@ public:
 private:
     friend class Builder;
     // Appends a band, merging it with the previous one when they touch and have equal spans.
-    void AppendBand(int top, int bottom, std::vector<TSpan> spans);
+    void AppendBand(int top, int bottom, std::span<const TSpan> spans);
 
     std::vector<TBand> m_bands;
 };
 
-// Sorts spans and merges overlapping or touching ones.
-void NormalizeSpans(std::vector<TSpan>& spans);
+// Drops empty spans, sorts the rest and merges overlapping or touching ones, at the front of
+// `spans`; returns how many there are.
+std::size_t NormalizeSpans(std::span<TSpan> spans);
 
 // The scan conversions behind FromPolygon and FromRoundRect, for painting without building a
 // region. ScanPolygon calls row(y, spans) for each row that has pixels, top to bottom, with
 // the row's sorted, disjoint spans. ScanRoundRect calls band(top, bottom, left, right) for
 // each band of the round rectangle, top to bottom, before any clipping (bands may be empty).
 void ScanPolygon(std::span<const TPoint> points, TPolyFillMode mode, const TRect* clipRows,
-                 const std::function<void(int, const std::vector<TSpan>&)>& row);
+                 const std::function<void(int, std::span<const TSpan>)>& row);
 void ScanRoundRect(int left, int top, int right, int bottom, int ellipseWidth, int ellipseHeight,
                    const std::function<void(int, int, int, int)>& band);
 
