@@ -9,8 +9,8 @@
 // "paint" is the framework's painting of the same damage alone (PaintTree into the form's
 // frame buffer, nothing sent), to tell painting from presenting.
 //
-// Prints "<scene>: ours <us> us, bare <us> us, ratio <r> (paint <us> us)" with medians over
-// the rounds. Needs a display (bench/present.sh runs it under xvfb-run).
+// Prints "<scene>: ours <us> us, bare <us> us, ratio <r> (paint <us> us, without it <r>)"
+// with medians over the rounds. Needs a display (bench/present.sh runs it under xvfb-run).
 
 #include "platform/controls/Application.h"
 #include "platform/graphics/Canvas.h"
@@ -129,9 +129,11 @@ private:
     int m_completion;
 };
 
+// The last figure leaves the painting out: what presenting adds beyond the bare put.
 void Report(const char* scene, const TMedians& m) {
-    std::printf("%s: ours %.0f us, bare %.0f us, ratio %.2f (paint %.0f us)\n", scene, m.ours,
-                m.bare, m.bare > 0 ? m.ours / m.bare : 0.0, m.paint);
+    const auto ratio = [&](double us) { return m.bare > 0 ? us / m.bare : 0.0; };
+    std::printf("%s: ours %.0f us, bare %.0f us, ratio %.2f (paint %.0f us, without it %.2f)\n",
+                scene, m.ours, m.bare, ratio(m.ours), m.paint, ratio(m.ours - m.paint));
 }
 
 void ShowAndSettle(TForm& form, TX11Backend& x11) {
