@@ -60,6 +60,10 @@ void BM_LedSquare(benchmark::State& s) {
 void BM_Segment(benchmark::State& s) {
     PaintCost<TqSegment>(s, [](TqSegment& c) { c.SetChar('8'); });
 }
+void BM_SegmentTransparent(benchmark::State& s) {
+    // Drawn straight onto what lies beneath: the 16 polygons on every paint.
+    PaintCost<TqSegment>(s, [](TqSegment& c) { c.SetChar('8'), c.SetTransparent(true); });
+}
 void BM_SegmentScaled(benchmark::State& s) {
     // A segment cell grows through Size, not through its bounds.
     PaintCost<TqSegment>(
@@ -83,6 +87,7 @@ void BM_SegmentClock(benchmark::State& s) {
 BENCHMARK(BM_LedRound)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_LedSquare)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Segment)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SegmentTransparent)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentScaled)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentLabel)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentClock)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
