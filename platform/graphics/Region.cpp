@@ -142,6 +142,56 @@ TEdgeList BuildEdges(std::span<const TPoint> points, const TRect* clipRows,
     return edges;
 }
 
+// An outline that runs down once and up once (every convex polygon, for one) crosses each row
+// it covers exactly once going down and once going up, so each row is the one span between
+// those two edges and the active edge list has nothing to order. Scans such a polygon and
+// returns true; returns false, having emitted nothing, for any other.
+bool ScanMonotone(std::span<const TPoint> points, const TRect* clipRows,
+                  std::pmr::memory_resource* memory,
+                  const std::function<void(int, std::span<const TSpan>)>& emit) {
+    TEdgeList down(memory), up(memory);
+    int turns = 0, firstSign = 0, lastSign = 0;
+    const TPoint* prev = &points.back();
+    for (const TPoint& curr : points) {
+        if (curr.y != prev->y) {
+            const int sign = curr.y > prev->y ? 1 : -1;
+            if (firstSign == 0)
+                firstSign = sign;
+            else if (sign != lastSign)
+                ++turns;
+            lastSign = sign;
+            const TPoint& top = sign > 0 ? *prev : curr;
+            const TPoint& bottom = sign > 0 ? curr : *prev;
+            (sign > 0 ? down : up)
+                .push_back(
+                    {top.y, bottom.y - 1, top.x, bottom.x - top.x, bottom.y - top.y, sign > 0, 0});
+        }
+        prev = &curr;
+    }
+    if (firstSign != lastSign) ++turns; // the outline closes
+    if (turns != 2) return false;
+    const auto byTop = [](const TPolyEdge& a, const TPolyEdge& b) { return a.yTop < b.yTop; };
+    std::sort(down.begin(), down.end(), byTop);
+    std::sort(up.begin(), up.end(), byTop);
+    int y = down.front().yTop;
+    int end = down.back().yLast + 1;
+    if (clipRows) {
+        y = std::max(y, clipRows->top);
+        end = std::min(end, clipRows->bottom);
+    }
+    for (std::size_t d = 0, u = 0; y < end; ++y) {
+        while (down[d].yLast < y)
+            ++d;
+        while (up[u].yLast < y)
+            ++u;
+        const int a = down[d].XAt(y), b = up[u].XAt(y);
+        if (a == b) continue;
+        const TSpan span{std::min(a, b), std::max(a, b)};
+        emit(y, {&span, 1});
+    }
+    return true;
+}
+
 // The active edge list keeps the classic ordering rules: a newly loaded edge goes before the
 // first edge at the same or a larger x, and after each row an edge moves only in front of the
 // first edge that lies strictly right of it.
@@ -259,6 +309,7 @@ void ScanPolygon(std::span<const TPoint> points, TPolyFillMode mode, const TRect
     // touch the heap; larger ones continue in heap memory.
     std::array<std::byte, 4096> arena;
     std::pmr::monotonic_buffer_resource memory(arena.data(), arena.size());
+    if (points.size() >= 3 && ScanMonotone(points, clipRows, &memory, emit)) return;
     TActiveEdges aet(BuildEdges(points, clipRows, &memory));
     int y = aet.FirstRow();
     int end = aet.EndRow();

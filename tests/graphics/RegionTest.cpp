@@ -4,6 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
 using namespace qv;
 
 TEST(Region, RectanglesInEitherCornerOrderAreEqualAndZeroExtentIsEmpty) {
@@ -85,4 +90,67 @@ TEST(Region, HugePolygonCoordinatesStayBounded) {
     const TRegion r = TRegion::FromPolygon(tri, ALTERNATE, &window);
     EXPECT_TRUE(r.Contains(10, 10));
     EXPECT_LE(r.Bands().size(), 64u);
+}
+
+namespace {
+
+// The classic crossing of a row by an edge from `a` (upper) to `b`: rounded up going right,
+// down going left, measured from the upper end.
+int CrossingAt(TPoint a, TPoint b, int y) {
+    const long long k = y - a.y, dx = b.x - a.x, dy = b.y - a.y;
+    return static_cast<int>(dx >= 0 ? a.x + (k * dx + dy - 1) / dy : a.x - (k * -dx) / dy);
+}
+
+// Every row as the sorted crossings of the edges covering it (top row in, bottom row out),
+// taken in pairs.
+TRegion RowsByCrossings(const std::vector<TPoint>& pts) {
+    int top = pts[0].y, bottom = pts[0].y;
+    for (const TPoint& p : pts)
+        top = std::min(top, p.y), bottom = std::max(bottom, p.y);
+    TRegion::Builder rows;
+    for (int y = top; y < bottom; ++y) {
+        std::vector<int> xs;
+        for (std::size_t i = 0; i < pts.size(); ++i) {
+            TPoint a = pts[i], b = pts[(i + 1) % pts.size()];
+            if (a.y > b.y) std::swap(a, b);
+            if (a.y <= y && y < b.y) xs.push_back(CrossingAt(a, b, y));
+        }
+        std::sort(xs.begin(), xs.end());
+        for (std::size_t i = 0; i + 1 < xs.size(); i += 2)
+            rows.AddSpan(y, xs[i], xs[i + 1]);
+    }
+    return rows.Finish();
+}
+
+} // namespace
+
+// Outlines that run down once and up once (convex ones, and ones whose two sides cross)
+// cover, in either fill mode, exactly the spans between the two crossings of each row.
+TEST(Region, PolygonsRunningDownOnceAndUpOnceFillBetweenTheirTwoSides) {
+    std::uint32_t seed = 12345;
+    const auto next = [&](int range) {
+        seed = seed * 1664525u + 1013904223u;
+        return static_cast<int>((seed >> 8) % static_cast<std::uint32_t>(range));
+    };
+    for (int round = 0; round < 500; ++round) {
+        // A left side going down and a right side coming back up, with flat steps.
+        std::vector<TPoint> pts;
+        int y = next(10);
+        const int sides = 1 + next(4);
+        for (int i = 0; i < sides; ++i, y += next(12))
+            pts.push_back({next(40), y});
+        const int turn = y + 1 + next(12);
+        pts.push_back({next(40), turn});
+        for (int i = 0, up = turn; i < sides; ++i) {
+            up -= next(12);
+            pts.push_back({next(40) + 10, std::max(up, pts[0].y)});
+        }
+        const TRegion expected = RowsByCrossings(pts);
+        SCOPED_TRACE("round " + std::to_string(round));
+        EXPECT_TRUE(TRegion::FromPolygon(pts, ALTERNATE) == expected);
+        EXPECT_TRUE(TRegion::FromPolygon(pts, WINDING) == expected);
+        const TRect window{0, 5, 30, 20};
+        EXPECT_TRUE(TRegion::FromPolygon(pts, ALTERNATE, &window) ==
+                    expected.Combine(TRegion::FromRect({-1000, 5, 1000, 20}), RGN_AND));
+    }
 }
