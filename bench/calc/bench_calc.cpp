@@ -8,14 +8,13 @@
 //   bench_calc --ratio      the table, then one line per expression:
 //                           "<expression>: ours <ns> ns, muparser <ns> ns, ratio <ours/muparser>"
 
+#include "bench/RatioReporter.h"
 #include "utility/TqCalc.h"
 
 #include <benchmark/benchmark.h>
 #include <muParser.h>
 
 #include <cstdio>
-#include <cstring>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -73,33 +72,11 @@ void Muparser(benchmark::State& state, const std::vector<std::string>& texts) {
     }
 }
 
-// Collects the real time per iteration of every run, by benchmark name, in nanoseconds.
-class TRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred)
-                times[run.benchmark_name()] = run.GetAdjustedRealTime();
-    }
-    std::map<std::string, double> times;
-};
-
-bool TakeRatioFlag(int& argc, char** argv) {
-    for (int i = 1; i < argc; ++i)
-        if (std::strcmp(argv[i], "--ratio") == 0) {
-            for (int j = i; j + 1 < argc; ++j)
-                argv[j] = argv[j + 1];
-            --argc;
-            return true;
-        }
-    return false;
-}
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const bool ratio = TakeRatioFlag(argc, argv);
+    const bool ratio = qv::bench::TakeRatioFlag(argc, argv);
     static const std::vector<TCase> cases = {MixedExpression(), SumOfFiftyNumbers()};
     for (const TCase& c : cases) {
         benchmark::RegisterBenchmark(("ours/" + c.label).c_str(), Ours, c.ours)
@@ -109,7 +86,7 @@ int main(int argc, char** argv) {
     }
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
-    TRatioReporter reporter;
+    qv::bench::TRatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     if (!ratio) return 0;
     for (const TCase& c : cases) {

@@ -9,6 +9,7 @@
 //                           --benchmark_repetitions is given):
 //     "<scene>: ours <ns> ns, qt <ns> ns, cairo <ns> ns, ratio-qt <ours/qt>, floor <ns> ns"
 
+#include "bench/RatioReporter.h"
 #include "platform/graphics/Bitmap.h"
 #include "platform/graphics/Canvas.h"
 
@@ -31,7 +32,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -608,37 +608,11 @@ std::vector<TScene> Scenes() {
     };
 }
 
-// Collects the real time per iteration, by benchmark name, in nanoseconds: the fastest of
-// the repetitions, the one least disturbed by other work on a shared machine.
-class TRatioReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-            const auto [it, added] =
-                times.try_emplace(run.benchmark_name(), run.GetAdjustedRealTime());
-            if (!added) it->second = std::min(it->second, run.GetAdjustedRealTime());
-        }
-    }
-    std::map<std::string, double> times;
-};
-
-bool TakeRatioFlag(int& argc, char** argv) {
-    for (int i = 1; i < argc; ++i)
-        if (std::strcmp(argv[i], "--ratio") == 0) {
-            for (int j = i; j + 1 < argc; ++j)
-                argv[j] = argv[j + 1];
-            --argc;
-            return true;
-        }
-    return false;
-}
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const bool ratio = TakeRatioFlag(argc, argv);
+    const bool ratio = qv::bench::TakeRatioFlag(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     // Qt draws text only with a GUI application; the offscreen platform needs no display.
@@ -655,7 +629,7 @@ int main(int argc, char** argv) {
         benchmark::RegisterBenchmark(("cairo/" + s.name).c_str(), s.cairo);
         benchmark::RegisterBenchmark(("floor/" + s.name).c_str(), s.floor);
     }
-    TRatioReporter reporter;
+    qv::bench::TRatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     if (!ratio) return 0;
     for (const TScene& s : scenes) {
