@@ -123,6 +123,14 @@ struct TPolyEdge {
 
 using TEdgeList = std::pmr::vector<TPolyEdge>;
 
+// The edge from `from` to `to` (not horizontal), kept from its upper end.
+TPolyEdge EdgeBetween(const TPoint& from, const TPoint& to, int order) {
+    const bool down = from.y <= to.y;
+    const TPoint& top = down ? from : to;
+    const TPoint& bottom = down ? to : from;
+    return {top.y, bottom.y - 1, top.x, bottom.x - top.x, bottom.y - top.y, down, order};
+}
+
 TEdgeList BuildEdges(std::span<const TPoint> points, const TRect* clipRows,
                      std::pmr::memory_resource* memory) {
     TEdgeList edges(memory);
@@ -130,14 +138,12 @@ TEdgeList BuildEdges(std::span<const TPoint> points, const TRect* clipRows,
     edges.reserve(points.size());
     const TPoint* prev = &points.back();
     for (const TPoint& curr : points) {
-        const bool down = prev->y <= curr.y;
-        const TPoint& top = down ? *prev : curr;
-        const TPoint& bottom = down ? curr : *prev;
+        const TPoint& from = *prev;
         prev = &curr;
-        if (top.y == bottom.y) continue;
-        if (clipRows && (top.y >= clipRows->bottom || bottom.y <= clipRows->top)) continue;
-        edges.push_back({top.y, bottom.y - 1, top.x, bottom.x - top.x, bottom.y - top.y, down,
-                         static_cast<int>(edges.size())});
+        if (from.y == curr.y) continue;
+        const TPolyEdge edge = EdgeBetween(from, curr, static_cast<int>(edges.size()));
+        if (clipRows && (edge.yTop >= clipRows->bottom || edge.yLast < clipRows->top)) continue;
+        edges.push_back(edge);
     }
     return edges;
 }
@@ -160,11 +166,7 @@ bool ScanMonotone(std::span<const TPoint> points, const TRect* clipRows,
             else if (sign != lastSign)
                 ++turns;
             lastSign = sign;
-            const TPoint& top = sign > 0 ? *prev : curr;
-            const TPoint& bottom = sign > 0 ? curr : *prev;
-            (sign > 0 ? down : up)
-                .push_back(
-                    {top.y, bottom.y - 1, top.x, bottom.x - top.x, bottom.y - top.y, sign > 0, 0});
+            (sign > 0 ? down : up).push_back(EdgeBetween(*prev, curr, 0));
         }
         prev = &curr;
     }
