@@ -201,7 +201,10 @@ private:
     };
 
     // Pens.
-    void PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline);
+    // `hiddenSteps`, when given, holds per segment the dash steps of a stretch outside the
+    // target that the segment stands in for (0 for a segment drawn as it is).
+    void PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline,
+                  std::span<const int> hiddenSteps = {});
     // The pen's mix and, for dashed pens, the mix of the gaps.
     struct TPenMasks {
         TRopMask ink;
@@ -215,6 +218,8 @@ private:
     void ResetDash() { m_dashPhase = 0; }
     bool PenUsesRegion() const { return m_penWidth > 1; }
     std::optional<TRect> PenDeviceRect(int left, int top, int right, int bottom) const;
+    // The target grown by what a pen stroke or a fill edge can reach into it from outside.
+    TRect OutlineWindow() const;
     void DrawArc(int left, int top, int right, int bottom, int x3, int y3, int x4, int y4,
                  int extraLines);
     void FinishShape(std::optional<TRegion> interior, TSpanCollector* outline);

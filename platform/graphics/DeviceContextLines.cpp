@@ -257,15 +257,22 @@ void TDeviceContext::WideLines(std::span<const TPoint> points, bool close,
     TWidePenOutline(m_penWidth, outline).Stroke({points.begin(), points.end()}, close);
 }
 
-void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline) {
+void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline,
+                              std::span<const int> hiddenSteps) {
     if (m_penStyle == PS_NULL || points.size() < 2) return;
     if (outline) {
         WideLines(points, close, *outline);
         return;
     }
     const TPenMasks masks = PenMasks();
-    for (std::size_t i = 0; i + 1 < points.size(); ++i)
-        ThinLine(points[i], points[i + 1], masks);
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+        const int hidden = i < hiddenSteps.size() ? hiddenSteps[i] : 0;
+        if (hidden == 0)
+            ThinLine(points[i], points[i + 1], masks);
+        else if (m_dash.total)
+            m_dashPhase =
+                static_cast<int>((static_cast<std::int64_t>(m_dashPhase) + hidden) % m_dash.total);
+    }
     if (close) ThinLine(points.back(), points.front(), masks);
 }
 

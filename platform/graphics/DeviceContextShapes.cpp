@@ -7,132 +7,22 @@
 #include "EllipseGeometry.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 
 namespace qv {
 
 namespace {
 
-// Index of the first quadrant point at or beyond the direction (x, y), counting the points of
-// all four quadrants in sequence.
-int FindIntersection(const std::vector<TPoint>& q, std::int64_t x, std::int64_t y) {
-    const int count = static_cast<int>(q.size());
-    int i = 0;
-    auto px = [&](int k) { return static_cast<std::int64_t>(q[static_cast<std::size_t>(k)].x); };
-    auto py = [&](int k) { return static_cast<std::int64_t>(q[static_cast<std::size_t>(k)].y); };
-    if (y >= 0) {
-        if (x >= 0) {
-            while (i < count && !(px(i) * y <= py(i) * x))
-                ++i;
-            return i;
-        }
-        while (i < count && !(px(i) * y < py(i) * -x))
-            ++i;
-        return 2 * count - i;
-    }
-    if (x >= 0) {
-        while (i < count && !(px(i) * -y <= py(i) * x))
-            ++i;
-        return 4 * count - i;
-    }
-    while (i < count && !(px(i) * -y < py(i) * -x))
-        ++i;
-    return 2 * count + i;
-}
+// Curved figures whose box reaches beyond this many pixels from the origin are not drawn, as
+// in the classic drawing layer; it bounds the walk along the ellipse for any int input.
+constexpr int kCurveCoordinateLimit = 1 << 27;
 
-// The outline points of the arc of `rect`'s ellipse from the direction of `start` to that of
-// `end` (both relative to the centre), in the drawing direction.
-std::vector<TPoint> ArcPoints(bool clockwise, const TRect& rect, TPoint start, TPoint end) {
-    const int width = rect.Width();
-    const int height = rect.Height();
-    std::vector<TPoint> q = EllipseQuadrant(width, height);
-    std::vector<TPoint> out;
-    const int count = static_cast<int>(q.size());
-    if (count == 0) return out;
-    for (auto& p : q) {
-        p.x -= width / 2;
-        p.y -= height / 2;
-    }
-    if (!clockwise) {
-        start.y = -start.y;
-        end.y = -end.y;
-    }
-    const int startPos = FindIntersection(q, start.x, start.y);
-    int endPos = FindIntersection(q, end.x, end.y);
-    if (endPos <= startPos) endPos += 4 * count;
-    const int cx = rect.left + width / 2;
-    const int cy = rect.top + height / 2;
-    const int rx = rect.right - 1 - width / 2;
-    const int by = rect.bottom - 1 - height / 2;
-    out.reserve(static_cast<std::size_t>(endPos - startPos));
-    for (int i = startPos; i < endPos; ++i) {
-        const TPoint& fwd = q[static_cast<std::size_t>(i % count)];
-        const TPoint& back = q[static_cast<std::size_t>(count - 1 - i % count)];
-        const int quadrant = (i / count) % 4;
-        TPoint p;
-        if (clockwise) {
-            switch (quadrant) {
-            case 0:
-                p = {cx + fwd.x, cy + fwd.y};
-                break;
-            case 1:
-                p = {rx - back.x, cy + back.y};
-                break;
-            case 2:
-                p = {rx - fwd.x, by - fwd.y};
-                break;
-            default:
-                p = {cx + back.x, by - back.y};
-                break;
-            }
-        } else {
-            switch (quadrant) {
-            case 0:
-                p = {cx + fwd.x, by - fwd.y};
-                break;
-            case 1:
-                p = {rx - back.x, by - back.y};
-                break;
-            case 2:
-                p = {rx - fwd.x, cy + fwd.y};
-                break;
-            default:
-                p = {cx + back.x, cy + back.y};
-                break;
-            }
-        }
-        out.push_back(p);
-    }
-    return out;
-}
-
-// The closed outline of a round rectangle: the corner quadrant mirrored horizontally and then
-// vertically, leaving out duplicated mid points of a full-width or full-height ellipse.
-std::vector<TPoint> RoundRectPoints(const TRect& rect, int ew, int eh, bool clockwise) {
-    const std::vector<TPoint> q = EllipseQuadrant(ew, eh);
-    int count = static_cast<int>(q.size());
-    std::vector<TPoint> pts(static_cast<std::size_t>(4 * count + 4));
-    for (int i = 0; i < count; ++i) {
-        const TPoint& p = q[static_cast<std::size_t>(i)];
-        pts[static_cast<std::size_t>(i)] =
-            clockwise ? TPoint{rect.right - ew + p.x, rect.bottom - eh + p.y}
-                      : TPoint{rect.right - ew + p.x, rect.top + eh - 1 - p.y};
-    }
-    int end = 2 * count - 1;
-    if (ew % 2 && ew == rect.Width()) --end;
-    for (int i = 0; i < count; ++i) {
-        const TPoint p = pts[static_cast<std::size_t>(i)];
-        pts[static_cast<std::size_t>(end - i)] = {rect.left + rect.right - 1 - p.x, p.y};
-    }
-    count = end + 1;
-    end = 2 * count - 1;
-    if (eh % 2 && eh == rect.Height()) --end;
-    for (int i = 0; i < count; ++i) {
-        const TPoint p = pts[static_cast<std::size_t>(i)];
-        pts[static_cast<std::size_t>(end - i)] = {p.x, rect.top + rect.bottom - 1 - p.y};
-    }
-    pts.resize(static_cast<std::size_t>(std::max(end + 1, 0)));
-    return pts;
+bool CurveBoxInRange(const TRect& r) {
+    return std::max({std::abs(static_cast<long long>(r.left)),
+                     std::abs(static_cast<long long>(r.top)),
+                     std::abs(static_cast<long long>(r.right)),
+                     std::abs(static_cast<long long>(r.bottom))}) <= kCurveCoordinateLimit;
 }
 
 } // namespace
@@ -156,6 +46,13 @@ void TDeviceContext::FinishShape(std::optional<TRegion> interior, TSpanCollector
         if (interior) PaintRegionWithBrush(interior->Combine(stroke, RGN_DIFF), m_logBrush, m_rop2);
         PaintRegionWithPen(stroke);
     }
+}
+
+TRect TDeviceContext::OutlineWindow() const {
+    const TRect bounds = m_target->Bounds();
+    const int margin = std::min(m_penWidth, kCurveCoordinateLimit) + 2;
+    return {bounds.left - margin, bounds.top - margin, bounds.right + margin,
+            bounds.bottom + margin};
 }
 
 std::optional<TRect> TDeviceContext::DirectInteriorArea() const {
@@ -183,7 +80,7 @@ void TDeviceContext::PaintPolygonInterior(std::span<const TPoint> points, TPolyF
 void TDeviceContext::PaintRoundRectInterior(const TRect& r, int ew, int eh, const TRect& visible) {
     const TBrushMasks masks = MakeBrushMasks(m_logBrush, m_rop2);
     if (masks.null) return;
-    ScanRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh,
+    ScanRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh, &visible,
                   [&](int top, int bottom, int left, int right) {
                       const TRect piece = Intersect({left, top, right, bottom}, visible);
                       if (!piece.IsEmpty()) PaintRect(piece, masks);
@@ -218,12 +115,12 @@ void TDeviceContext::Rectangle(int left, int top, int right, int bottom) {
 }
 
 void TDeviceContext::RoundRect(int left, int top, int right, int bottom, int width, int height) {
-    if (!m_target) return;
+    if (!m_target || !CurveBoxInRange({left, top, right, bottom})) return;
     auto box = PenDeviceRect(left, top, right, bottom);
     if (!box) return;
     const TRect r = *box;
-    const int ew = std::min(r.Width(), std::abs(width));
-    const int eh = std::min(r.Height(), std::abs(height));
+    const int ew = static_cast<int>(std::min<long long>(r.Width(), std::llabs(width)));
+    const int eh = static_cast<int>(std::min<long long>(r.Height(), std::llabs(height)));
     if (ew <= 2 || eh <= 2) return Rectangle(left, top, right, bottom);
 
     std::optional<TRegion> interior;
@@ -235,32 +132,41 @@ void TDeviceContext::RoundRect(int left, int top, int right, int bottom, int wid
             interior =
                 TRegion::FromRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh, &bounds);
     }
-    const std::vector<TPoint> pts = RoundRectPoints(r, ew, eh, m_arcDirection == AD_CLOCKWISE);
+    const TThinOutline pts =
+        RoundRectOutline(r, ew, eh, m_arcDirection == AD_CLOCKWISE, OutlineWindow());
     ResetDash();
     if (PenUsesRegion()) {
         TSpanCollector outline(m_target->Bounds());
-        PenLines(pts, true, &outline);
+        PenLines(pts.points, true, &outline);
         FinishShape(std::move(interior), &outline);
         return;
     }
     if (interior) PaintRegionWithBrush(*interior, m_logBrush, m_rop2);
-    PenLines(pts, true, nullptr);
+    PenLines(pts.points, true, nullptr, pts.hiddenSteps);
 }
 
 void TDeviceContext::Ellipse(int left, int top, int right, int bottom) {
+    if (!CurveBoxInRange({left, top, right, bottom})) return;
     RoundRect(left, top, right, bottom, right - left, bottom - top);
 }
 
 void TDeviceContext::DrawArc(int left, int top, int right, int bottom, int x3, int y3, int x4,
                              int y4, int extraLines) {
-    if (!m_target) return;
+    if (!m_target || !CurveBoxInRange({left, top, right, bottom})) return;
     auto box = PenDeviceRect(left, top, right, bottom);
     if (!box) return;
     const TRect r = *box;
     const TPoint centre{r.left + r.Width() / 2, r.top + r.Height() / 2};
-    std::vector<TPoint> pts =
-        ArcPoints(m_arcDirection == AD_CLOCKWISE, r, {x3 - centre.x, y3 - centre.y},
-                  {x4 - centre.x, y4 - centre.y});
+    const auto relative = [&](int x, int y) {
+        const auto clampToInt = [](long long v) {
+            return static_cast<int>(std::clamp<long long>(v, INT_MIN, INT_MAX));
+        };
+        return TPoint{clampToInt(static_cast<long long>(x) - centre.x),
+                      clampToInt(static_cast<long long>(y) - centre.y)};
+    };
+    TThinOutline arc = ArcOutline(r, relative(x3, y3), relative(x4, y4),
+                                  m_arcDirection == AD_CLOCKWISE, OutlineWindow());
+    std::vector<TPoint>& pts = arc.points;
     if (extraLines == 2) pts.push_back(centre);
     if (pts.size() < 2) return;
 
@@ -281,7 +187,7 @@ void TDeviceContext::DrawArc(int left, int top, int right, int bottom, int x3, i
         return;
     }
     if (interior) PaintRegionWithBrush(*interior, m_logBrush, m_rop2);
-    PenLines(pts, close, nullptr);
+    PenLines(pts, close, nullptr, arc.hiddenSteps);
 }
 
 void TDeviceContext::Arc(int left, int top, int right, int bottom, int x3, int y3, int x4, int y4) {

@@ -62,7 +62,7 @@ TRegion TRegion::FromEllipse(int left, int top, int right, int bottom) {
 }
 
 void ScanRoundRect(int left, int top, int right, int bottom, int ellipseWidth, int ellipseHeight,
-                   const std::function<void(int, int, int, int)>& band) {
+                   const TRect* clipRows, const std::function<void(int, int, int, int)>& band) {
     if (left > right) std::swap(left, right);
     if (top > bottom) std::swap(top, bottom);
     // The region covers the box without its last column and row.
@@ -76,20 +76,35 @@ void ScanRoundRect(int left, int top, int right, int bottom, int ellipseWidth, i
         band(o.top, o.bottom, o.left, o.right);
         return;
     }
-    const std::vector<int> inset = RoundRectRowInsets(ew, eh);
+    // Corner row i covers one row at the top (i below the middle) or at the bottom; the
+    // middle row stretches over the straight sides. Only rows that reach clipRows are scanned.
     const int half = eh / 2;
-    for (int i = 0; i < eh; ++i) {
-        const int rowTop = i < half ? top + i : (i == half ? top + half : bottom - eh + i);
-        const int rowBottom = i < half ? top + i + 1 : bottom - eh + i + 1;
-        band(rowTop, rowBottom, left + inset[static_cast<std::size_t>(i)],
-             right - inset[static_cast<std::size_t>(i)]);
+    const auto rowTop = [&](int i) { return i <= half ? top + i : bottom - eh + i; };
+    const auto rowBottom = [&](int i) { return i < half ? top + i + 1 : bottom - eh + i + 1; };
+    int first = 0, end = eh;
+    if (clipRows) {
+        const auto clampRow = [](long long i, int lo, int hi) {
+            return static_cast<int>(std::clamp<long long>(i, lo, hi));
+        };
+        const long long lowerTop = static_cast<long long>(bottom) - eh;
+        first = clampRow(static_cast<long long>(clipRows->top) - top, 0, half);
+        if (first == half && rowBottom(half) <= clipRows->top)
+            first = clampRow(clipRows->top - lowerTop, half + 1, eh);
+        end = clampRow(clipRows->bottom - lowerTop, half + 1, eh);
+        if (end == half + 1 && rowTop(half) >= clipRows->bottom)
+            end = clampRow(static_cast<long long>(clipRows->bottom) - top, 0, half);
+        end = std::max(end, first);
     }
+    const std::vector<int> inset = RoundRectRowInsets(ew, eh, first, end);
+    for (int i = first; i < end; ++i)
+        band(rowTop(i), rowBottom(i), left + inset[static_cast<std::size_t>(i - first)],
+             right - inset[static_cast<std::size_t>(i - first)]);
 }
 
 TRegion TRegion::FromRoundRect(int left, int top, int right, int bottom, int ellipseWidth,
                                int ellipseHeight, const TRect* clipRows) {
     TRegion region;
-    ScanRoundRect(left, top, right, bottom, ellipseWidth, ellipseHeight,
+    ScanRoundRect(left, top, right, bottom, ellipseWidth, ellipseHeight, clipRows,
                   [&](int rowTop, int rowBottom, int l, int r) {
                       if (clipRows) {
                           rowTop = std::max(rowTop, clipRows->top);

@@ -83,11 +83,12 @@ std::size_t NormalizeSpans(std::span<TSpan> spans);
 // The scan conversions behind FromPolygon and FromRoundRect, for painting without building a
 // region. ScanPolygon calls row(y, spans) for each row that has pixels, top to bottom, with
 // the row's sorted, disjoint spans. ScanRoundRect calls band(top, bottom, left, right) for
-// each band of the round rectangle, top to bottom, before any clipping (bands may be empty).
+// each band of the round rectangle that reaches the rows of `clipRows` (when given), top to
+// bottom, before any clipping (bands may be empty).
 void ScanPolygon(std::span<const TPoint> points, TPolyFillMode mode, const TRect* clipRows,
                  const std::function<void(int, std::span<const TSpan>)>& row);
 void ScanRoundRect(int left, int top, int right, int bottom, int ellipseWidth, int ellipseHeight,
-                   const std::function<void(int, int, int, int)>& band);
+                   const TRect* clipRows, const std::function<void(int, int, int, int)>& band);
 
 // Collects spans of many shapes row by row inside a fixed window (used to build a wide pen's
 // outline cheaply); rows and columns outside the window are dropped.

@@ -7,6 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <climits>
+#include <random>
+
 using namespace qv;
 
 TEST(Raster, Rop2TableMatchesItsBooleanDefinition) {
@@ -201,6 +205,111 @@ TEST(Raster, ShapesClippedToOneRectangleMatchTheRegionPath) {
         return pixels;
     };
     EXPECT_EQ(draw(true), draw(false));
+}
+
+TEST(Raster, CurvesReachingPastTheTargetMatchTheSameCurvesDrawnWhole) {
+    // Curves that reach past the target are drawn from an outline thinned to what can show;
+    // the same curve moved into a target that holds it whole is drawn point by point. The
+    // small target must match the big one's matching window for every pen, fill and clip.
+    constexpr int kWidth = 48, kHeight = 40, kShift = 400;
+    std::mt19937 random(7);
+    const auto coordinate = [&] { return std::uniform_int_distribution<int>(-350, 400)(random); };
+    const auto pick = [&](int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); };
+    for (int round = 0; round < 240; ++round) {
+        const int figure = pick(5);
+        const int box[4] = {coordinate(), coordinate(), coordinate(), coordinate()};
+        const int ends[4] = {coordinate(), coordinate(), coordinate(), coordinate()};
+        const int corner[2] = {pick(300), pick(300)};
+        TLogPen pen;
+        pen.style = std::array{PS_SOLID, PS_DASH, PS_DOT, PS_INSIDEFRAME}[pick(4)];
+        pen.width =
+            pen.style == PS_DASH || pen.style == PS_DOT ? 1 : std::array{0, 1, 3, 8}[pick(4)];
+        pen.color = TColor(0x2080F0);
+        TLogBrush brush;
+        brush.style = pick(3) == 0 ? BS_NULL : BS_SOLID;
+        brush.color = TColor(0xC03010);
+        const bool clipped = pick(3) == 0;
+        const int direction = pick(2) ? AD_CLOCKWISE : AD_COUNTERCLOCKWISE;
+        const auto draw = [&](int width, int height, int shift) {
+            TPixelBuffer pixels(width, height, 0xFFFFFF);
+            TDeviceContext dc(&pixels);
+            dc.SelectPen(pen);
+            dc.SelectBrush(brush);
+            dc.SetROP2(R2_XORPEN);
+            dc.SetBkMode(TRANSPARENT);
+            dc.SetArcDirection(direction);
+            if (clipped) {
+                TRegion clip = TRegion::FromRect({5, 5, 40, 30})
+                                   .Combine(TRegion::FromRect({43, 2, 46, 38}), RGN_OR);
+                clip.Offset(shift, shift);
+                dc.SelectClipRgn(&clip);
+            }
+            const auto at = [&](int i) { return box[i] + shift; };
+            const auto end = [&](int i) { return ends[i] + shift; };
+            switch (figure) {
+            case 0:
+                dc.Ellipse(at(0), at(1), at(2), at(3));
+                break;
+            case 1:
+                dc.RoundRect(at(0), at(1), at(2), at(3), corner[0], corner[1]);
+                break;
+            case 2:
+                dc.Arc(at(0), at(1), at(2), at(3), end(0), end(1), end(2), end(3));
+                break;
+            case 3:
+                dc.Pie(at(0), at(1), at(2), at(3), end(0), end(1), end(2), end(3));
+                break;
+            default:
+                dc.Chord(at(0), at(1), at(2), at(3), end(0), end(1), end(2), end(3));
+                break;
+            }
+            return pixels;
+        };
+        const TPixelBuffer small = draw(kWidth, kHeight, 0);
+        const TPixelBuffer whole = draw(kWidth + 2 * kShift, kHeight + 2 * kShift, kShift);
+        int differing = 0;
+        for (int y = 0; y < kHeight; ++y)
+            for (int x = 0; x < kWidth; ++x)
+                differing += small.At(x, y) != whole.At(x + kShift, y + kShift);
+        ASSERT_EQ(differing, 0) << "round " << round << ", figure " << figure << ", pen style "
+                                << pen.style << " width " << pen.width;
+    }
+}
+
+TEST(Raster, HugeCurvesShowTheirVisiblePartAndOutOfRangeOnesAreLeftOut) {
+    TPixelBuffer pixels(64, 64, 0xFFFFFF);
+    TDeviceContext dc(&pixels);
+    TLogBrush brush;
+    brush.color = TColor(0x00FF00);
+    dc.SelectBrush(brush);
+    // The top of a circle 2^25 pixels across runs flat along row 10 across the whole target.
+    const int radius = 1 << 24;
+    dc.Ellipse(32 - radius, 10, 32 + radius, 10 + 2 * radius);
+    for (int x : {0, 32, 63}) {
+        EXPECT_EQ(pixels.At(x, 9), 0xFFFFFFu) << x;
+        EXPECT_EQ(pixels.At(x, 10), 0x000000u) << x;
+        EXPECT_EQ(pixels.At(x, 11), 0x00FF00u) << x;
+    }
+    // Its dashed quarter from 3 o'clock up to 12 o'clock crosses the right half of row 20, the
+    // dash pattern stepped on along the hidden part.
+    const TPixelBuffer before = pixels;
+    dc.SelectPen({PS_DASH, 1, clRed});
+    dc.Arc(32 - radius, 20, 32 + radius, 20 + 2 * radius, 32 + radius, 20 + radius, 32, 20);
+    const std::uint32_t red = ColorToPixel(clRed);
+    int dashes = 0;
+    for (int x = 0; x < 64; ++x) {
+        if (x < 31) {
+            EXPECT_NE(pixels.At(x, 20), red) << x;
+        }
+        dashes += x > 32 && pixels.At(x, 20) == red;
+    }
+    EXPECT_GT(dashes, 0);
+    EXPECT_LT(dashes, 31);
+    // Beyond 2^27 pixels from the origin a curve is not drawn at all.
+    pixels = before;
+    dc.Ellipse(INT_MIN, INT_MIN, INT_MAX, INT_MAX);
+    dc.Pie(-(1 << 28), 0, 1 << 28, 64, 0, 0, 64, 64);
+    EXPECT_EQ(pixels, before);
 }
 
 TEST(Raster, PublishedPropertiesInClassicOrderWithDefaults) {
