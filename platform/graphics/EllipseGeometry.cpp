@@ -76,16 +76,17 @@ int Chebyshev(TPoint a, TPoint b) {
 
 } // namespace
 
-TEllipseQuadrant::TEllipseQuadrant(int width, int height) : m_width(width), m_height(height) {
+TEllipseQuadrant::TEllipseQuadrant(int width, int height, int denseLimit)
+    : m_width(width), m_height(height) {
     TPoint last{};
     WalkQuadrant(width, height, {width - 1, height / 2}, 0, [&](TPoint p) {
         if (m_count % kBlock == 0) m_kept.push_back(p);
-        if (m_count < kDense) m_all.push_back(p);
+        if (m_count < denseLimit) m_all.push_back(p);
         last = p;
         ++m_count;
         return true;
     });
-    if (m_count > kDense) m_all = {};
+    if (m_count > denseLimit) m_all = {};
     if (m_count > 0) m_kept.push_back(last);
 }
 
@@ -199,28 +200,25 @@ void TOutlineThinner::AddQuadrant(const TEllipseQuadrant& quadrant, int first, i
         }
         lookUpSkipped();
         const std::span<const TPoint> run = quadrant.Points(from, to, scratch);
+        const auto each = [&](auto take) {
+            if (reverse)
+                for (auto p = run.rbegin(); p != run.rend(); ++p)
+                    take(mirror(*p));
+            else
+                for (const TPoint& p : run)
+                    take(mirror(p));
+        };
+        started = true;
         if (m_side == 0 && placed.left >= m_keep.left && placed.top >= m_keep.top &&
             placed.right <= m_keep.right && placed.bottom <= m_keep.bottom) {
             // No point of the block can lie beyond the window: all are taken as they are.
-            if (reverse)
-                for (auto p = run.rbegin(); p != run.rend(); ++p)
-                    m_out.points.push_back(mirror(*p));
-            else
-                for (const TPoint& p : run)
-                    m_out.points.push_back(mirror(p));
+            each([&](TPoint p) { m_out.points.push_back(p); });
             if (!m_out.hiddenSteps.empty()) m_out.hiddenSteps.resize(m_out.points.size() - 1, 0);
             m_last = m_out.points.back();
-            started = true;
             continue;
         }
         const int preferred = SideBeyond(placed, 0);
-        if (reverse)
-            for (auto p = run.rbegin(); p != run.rend(); ++p)
-                Add(mirror(*p), preferred);
-        else
-            for (const TPoint& p : run)
-                Add(mirror(p), preferred);
-        started = true;
+        each([&](TPoint p) { Add(p, preferred); });
     }
     lookUpSkipped();
 }
@@ -297,7 +295,7 @@ TThinOutline ArcOutline(const TRect& rect, TPoint start, TPoint end, bool clockw
     const int cy = rect.top + hh;
     const int rx = rect.right - 1 - hw;
     const int by = rect.bottom - 1 - hh;
-    // Where each quadrant's points go, and whether the quadrant is walked backwards.
+    // Where each quadrant's points go; the odd quadrants are walked backwards.
     const TMirror clockwiseMirrors[4] = {{cx - hw, 1, cy - hh, 1},
                                          {rx + hw, -1, cy - hh, 1},
                                          {rx + hw, -1, by + hh, -1},

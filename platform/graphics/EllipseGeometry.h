@@ -6,6 +6,7 @@
 
 #include "Types.h"
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -16,13 +17,14 @@ namespace qv {
 // walking towards the bottom while x stays in the right half. Every step moves x down and/or
 // y up by one, so any run of points lies in the box between its two ends. Quadrants of up to
 // kDense points keep them all; larger ones keep every kBlock-th point and walk the others
-// again on demand.
+// again from there on demand.
 class TEllipseQuadrant {
 public:
     static constexpr int kBlock = 256;
     static constexpr int kDense = 16 * kBlock;
 
-    TEllipseQuadrant(int width, int height);
+    // `denseLimit`: the most points kept all together.
+    TEllipseQuadrant(int width, int height, int denseLimit = kDense);
 
     int Count() const { return m_count; }
     TPoint At(int index) const;
@@ -44,6 +46,10 @@ private:
 };
 
 template <typename Reached> int TEllipseQuadrant::FirstReaching(Reached reached) const {
+    if (!m_all.empty()) {
+        const auto found = std::find_if(m_all.begin(), m_all.end(), reached);
+        return static_cast<int>(found - m_all.begin());
+    }
     // Whole blocks are passed over while their first point falls short.
     const int blocks = static_cast<int>(m_kept.size()) - 1;
     int block = 0;
