@@ -246,9 +246,8 @@ TThinOutline RoundRectOutline(const TRect& rect, int ew, int eh, bool clockwise,
     const int flipY = rect.top + rect.bottom - 1;
     out.AddQuadrant(q, 0, count - dropX, false, corner);
     out.AddQuadrant(q, dropY ? 1 : 0, count, true, acrossX);
-    out.AddQuadrant(q, 0, count, false, {acrossX.ox, acrossX.sx, flipY - acrossX.oy, -acrossX.sy});
-    out.AddQuadrant(q, 0, count - dropX, true,
-                    {corner.ox, corner.sx, flipY - corner.oy, -corner.sy});
+    out.AddQuadrant(q, 0, count, false, acrossX.FlippedY(flipY));
+    out.AddQuadrant(q, 0, count - dropX, true, corner.FlippedY(flipY));
     return out.Finish();
 }
 

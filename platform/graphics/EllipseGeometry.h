@@ -68,6 +68,8 @@ template <typename Reached> int TEllipseQuadrant::FirstReaching(Reached reached)
 struct TMirror {
     int ox, sx, oy, sy;
     constexpr TPoint operator()(TPoint p) const { return {ox + sx * p.x, oy + sy * p.y}; }
+    // The same placement mirrored across the horizontal line halfway between rows 0 and `flip`.
+    constexpr TMirror FlippedY(int flip) const { return {ox, sx, flip - oy, -sy}; }
 };
 
 // An outline as drawn: its points, and for each segment the dash steps of the stretch it
