@@ -54,15 +54,22 @@ std::unique_ptr<TBitmap> MakeRasterGlyph() {
         c.SetPixel(3, y, clBlack);
         c.SetPixel(8, y, clBlack);
     }
-    for (int x = 3; x <= 8; x += 1) c.SetPixel(x, 5, clBlack);
+    for (int x = 3; x <= 8; x += 1)
+        c.SetPixel(x, 5, clBlack);
     return glyph;
 }
 
 } // namespace
 
-const TBitmap* TqxTTBitmap() { return g_glyphs.trueType.get(); }
-const TBitmap* TqxDevBitmap() { return g_glyphs.device.get(); }
-const TBitmap* TqxRasterBitmap() { return g_glyphs.raster.get(); }
+const TBitmap* TqxTTBitmap() {
+    return g_glyphs.trueType.get();
+}
+const TBitmap* TqxDevBitmap() {
+    return g_glyphs.device.get();
+}
+const TBitmap* TqxRasterBitmap() {
+    return g_glyphs.raster.get();
+}
 
 void Qbtn2Initialization() {
     if (!g_qbtn2Unit.Enter()) return;

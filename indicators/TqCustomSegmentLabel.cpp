@@ -5,8 +5,9 @@
 namespace qv {
 
 const TClassInfo& TqCustomSegmentLabel::StaticClassInfo() {
-    static const TClassInfo info =
-        TClassBuilder<TqCustomSegmentLabel>("TqCustomSegmentLabel", &TCustomControl::StaticClassInfo()).Build();
+    static const TClassInfo info = TClassBuilder<TqCustomSegmentLabel>(
+                                       "TqCustomSegmentLabel", &TCustomControl::StaticClassInfo())
+                                       .Build();
     return info;
 }
 
@@ -18,7 +19,9 @@ TqCustomSegmentLabel::TqCustomSegmentLabel(TComponent* AOwner) : TCustomControl(
     SetVisible(true);
 }
 
-TqCustomSegmentLabel::~TqCustomSegmentLabel() { FreeCells(); }
+TqCustomSegmentLabel::~TqCustomSegmentLabel() {
+    FreeCells();
+}
 
 TqSegment* TqCustomSegmentLabel::Cell(int index) const {
     if (index < 0 || index >= m_numberOfChars) return nullptr;
@@ -72,7 +75,8 @@ void TqCustomSegmentLabel::SetCount(std::uint8_t count) {
     m_building = true;
     ApplyGridSize();
     m_building = false;
-    for (int i = 0; i < count; ++i) m_cells[static_cast<std::size_t>(i)] = MakeCell(i);
+    for (int i = 0; i < count; ++i)
+        m_cells[static_cast<std::size_t>(i)] = MakeCell(i);
     if (count > 0) DoCaption();
 }
 
@@ -80,7 +84,9 @@ void TqCustomSegmentLabel::SetNumberOfChars(std::uint8_t value) {
     if (value != m_numberOfChars) SetCount(value);
 }
 
-void TqCustomSegmentLabel::DoUpdate() { SetCount(m_numberOfChars); }
+void TqCustomSegmentLabel::DoUpdate() {
+    SetCount(m_numberOfChars);
+}
 
 void TqCustomSegmentLabel::SetSize(int value) {
     if (value == m_size) return;
@@ -91,31 +97,36 @@ void TqCustomSegmentLabel::SetSize(int value) {
 void TqCustomSegmentLabel::SetLitColor(TColor value) {
     if (value == m_litColor) return;
     m_litColor = value;
-    for (int i = 0; i < m_numberOfChars; ++i) Cell(i)->SetLitColor(value);
+    for (int i = 0; i < m_numberOfChars; ++i)
+        Cell(i)->SetLitColor(value);
 }
 
 void TqCustomSegmentLabel::SetUnLitColor(TColor value) {
     if (value == m_unLitColor) return;
     m_unLitColor = value;
-    for (int i = 0; i < m_numberOfChars; ++i) Cell(i)->SetUnLitColor(value);
+    for (int i = 0; i < m_numberOfChars; ++i)
+        Cell(i)->SetUnLitColor(value);
 }
 
 void TqCustomSegmentLabel::SetColor(TColor value) {
     if (value == Color()) return;
     TCustomControl::SetColor(value);
-    for (int i = 0; i < m_numberOfChars; ++i) Cell(i)->SetColor(value);
+    for (int i = 0; i < m_numberOfChars; ++i)
+        Cell(i)->SetColor(value);
 }
 
 void TqCustomSegmentLabel::SetParentColor(bool value) {
     if (value == ParentColor()) return;
     TCustomControl::SetParentColor(value);
-    for (int i = 0; i < m_numberOfChars; ++i) Cell(i)->SetParentColor(value);
+    for (int i = 0; i < m_numberOfChars; ++i)
+        Cell(i)->SetParentColor(value);
 }
 
 void TqCustomSegmentLabel::SetVisible(bool value) {
     if (value == Visible()) return;
     TCustomControl::SetVisible(value);
-    for (int i = 0; i < m_numberOfChars; ++i) Cell(i)->SetVisible(value);
+    for (int i = 0; i < m_numberOfChars; ++i)
+        Cell(i)->SetVisible(value);
 }
 
 void TqCustomSegmentLabel::SetCaption(const std::string& value) {
@@ -160,7 +171,9 @@ void TqCustomSegmentLabel::SetBounds(int ALeft, int ATop, int, int) {
     TCustomControl::SetBounds(ALeft, ATop, m_size * 19 * m_numberOfChars, m_size * 29);
 }
 
-void TqCustomSegmentLabel::WMEraseBkgnd(TMessage& Message) { Message.Result = 1; }
+void TqCustomSegmentLabel::WMEraseBkgnd(TMessage& Message) {
+    Message.Result = 1;
+}
 
 void TqCustomSegmentLabel::WMSize(TMessage& Message) {
     TCustomControl::WMSize(Message);

@@ -7,20 +7,20 @@
 
 namespace qv {
 
-const std::array<TColor, 9> LedLitColors = {
-    TColor(0x0000FF), TColor(0xFF0000), TColor(0x00FF00), TColor(0x00FFFF), TColor(0xFF00FF),
-    TColor(0xC0C0C0), TColor(0xFFFF00), TColor(0xFFFFFF), TColor(0x0000FF)};
-const std::array<TColor, 9> LedDarkColors = {
-    TColor(0x000080), TColor(0x800000), TColor(0x008000), TColor(0x008080), TColor(0x800080),
-    TColor(0x000000), TColor(0x808000), TColor(0x808080), TColor(0x000080)};
+const std::array<TColor, 9> LedLitColors = {TColor(0x0000FF), TColor(0xFF0000), TColor(0x00FF00),
+                                            TColor(0x00FFFF), TColor(0xFF00FF), TColor(0xC0C0C0),
+                                            TColor(0xFFFF00), TColor(0xFFFFFF), TColor(0x0000FF)};
+const std::array<TColor, 9> LedDarkColors = {TColor(0x000080), TColor(0x800000), TColor(0x008000),
+                                             TColor(0x008080), TColor(0x800080), TColor(0x000000),
+                                             TColor(0x808000), TColor(0x808080), TColor(0x000080)};
 
 const TClassInfo& TqLed::StaticClassInfo() {
     static const TClassInfo info = [] {
         TClassBuilder<TqLed> b("TqLed", &TGraphicControl::StaticClassInfo());
         b.Property("SteelLook", &TqLed::SteelLook, &TqLed::SetSteelLook).Default(false);
         b.Property("LedStyle", &TqLed::LedStyle, &TqLed::SetLedStyle).Default(lstRound);
-        PublishControlProperties(b, {"DragCursor", "DragMode", "Align", "Hint", "ShowHint", "ParentShowHint",
-                                     "Visible", "Width"});
+        PublishControlProperties(b, {"DragCursor", "DragMode", "Align", "Hint", "ShowHint",
+                                     "ParentShowHint", "Visible", "Width"});
         b.Default(17);
         PublishControlProperties(b, {"Height"});
         b.Default(17);
@@ -30,8 +30,8 @@ const TClassInfo& TqLed::StaticClassInfo() {
         b.Event("OnPaint", &TqLed::OnPaint);
         b.Property("Blink", &TqLed::Blink, &TqLed::SetBlink).Default(false);
         b.Property("BlinkInterval", &TqLed::BlinkInterval, &TqLed::SetBlinkInterval).Default(500);
-        PublishControlProperties(b, {"OnClick", "OnDblClick", "OnMouseDown", "OnMouseUp", "OnMouseMove",
-                                     "OnDragDrop", "OnDragOver", "OnEndDrag"});
+        PublishControlProperties(b, {"OnClick", "OnDblClick", "OnMouseDown", "OnMouseUp",
+                                     "OnMouseMove", "OnDragDrop", "OnDragOver", "OnEndDrag"});
         b.Event("OnMouseEnter", &TqLed::OnMouseEnter);
         b.Event("OnMouseLeave", &TqLed::OnMouseLeave);
         b.Event("OnGetOnColor", &TqLed::OnGetOnColor);
@@ -46,7 +46,9 @@ TqLed::TqLed(TComponent* AOwner) : TEnterLeaveEvents<TGraphicControl>(AOwner) {
     SetBounds(Left(), Top(), 17, 17);
 }
 
-TqLed::~TqLed() { FreeTimer(); }
+TqLed::~TqLed() {
+    FreeTimer();
+}
 
 void TqLed::FreeTimer() {
     delete m_timer;
@@ -101,7 +103,9 @@ void TqLed::SetBlinkInterval(int value) {
     Refresh();
 }
 
-void TqLed::DoTheBlink(TObject*) { writeLedOn(!m_ledOn); }
+void TqLed::DoTheBlink(TObject*) {
+    writeLedOn(!m_ledOn);
+}
 
 void TqLed::Pulse(unsigned Value) {
     if (m_blink) return;
@@ -159,8 +163,11 @@ void Polyline(TCanvas& c, std::initializer_list<TPoint> points) {
 void SquareStyle(TCanvas& c, int W, int H, int s) {
     c.FillRect({0, 0, W, H});
     Polyline(c, {{s - 1, s - 1}, {W - 1, s - 1}, {W - 1, H - 1}, {s - 1, H - 1}, {s - 1, s - 1}});
-    Polyline(c, {{3 * s - 1, 3 * s - 1}, {W - 1 - 2 * s, 3 * s - 1}, {W - 1 - 2 * s, H - 1 - 2 * s},
-                 {3 * s - 1, H - 1 - 2 * s}, {3 * s - 1, 3 * s - 1}});
+    Polyline(c, {{3 * s - 1, 3 * s - 1},
+                 {W - 1 - 2 * s, 3 * s - 1},
+                 {W - 1 - 2 * s, H - 1 - 2 * s},
+                 {3 * s - 1, H - 1 - 2 * s},
+                 {3 * s - 1, 3 * s - 1}});
     c.Pen().SetColor(TColor(0xC0C0C0));
     // The end x is W - 2s + 1, not W - s - 1: the asymmetry with the next line is kept.
     Polyline(c, {{2 * s - 1, H - s - 1}, {2 * s - 1, 2 * s - 1}, {W - 2 * s + 1, 2 * s - 1}});
@@ -204,7 +211,9 @@ void TqLed::Paint() {
         RoundStyle(c, W, H, s);
         HighlightArcs(c, W, H, s, h);
         break;
-    default: SquareStyle(c, W, H, s); break;
+    default:
+        SquareStyle(c, W, H, s);
+        break;
     }
     Canvas().Draw(0, 0, picture);
     if (OnPaint) OnPaint(this);

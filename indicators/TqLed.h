@@ -12,10 +12,20 @@
 namespace qv {
 
 enum LedStyleType { lstRound, lstSquare, lstSimpleRound };
-enum LedColorType { lctRed, lctBlue, lctGreen, lctyellow, lctMangenta, lctGrey, lctCyan, lctWhite, lctUser };
+enum LedColorType {
+    lctRed,
+    lctBlue,
+    lctGreen,
+    lctyellow,
+    lctMangenta,
+    lctGrey,
+    lctCyan,
+    lctWhite,
+    lctUser
+};
 QV_ENUM_TYPE(LedStyleType, "lstRound", "lstSquare", "lstSimpleRound")
-QV_ENUM_TYPE(LedColorType, "lctRed", "lctBlue", "lctGreen", "lctyellow", "lctMangenta", "lctGrey", "lctCyan",
-             "lctWhite", "lctUser")
+QV_ENUM_TYPE(LedColorType, "lctRed", "lctBlue", "lctGreen", "lctyellow", "lctMangenta", "lctGrey",
+             "lctCyan", "lctWhite", "lctUser")
 
 // Asks the application for a colour; TheColor holds the table's value on entry.
 using qxGetColor = std::function<void(TObject* Sender, TColor& TheColor)>;

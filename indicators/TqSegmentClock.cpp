@@ -15,21 +15,29 @@ const TClassInfo& TqSegmentClock::StaticClassInfo() {
         TClassBuilder<TqSegmentClock> b("TqSegmentClock", &TqCustomSegmentLabel::StaticClassInfo());
         b.Property("Priority", &TqSegmentClock::Priority, &TqSegmentClock::SetPriority)
             .Default(TThreadPriority::tpNormal);
-        b.Property("OffSetTime", &TqSegmentClock::OffSetTime, &TqSegmentClock::SetOffSetTime).Default(0);
-        b.Property("Format", &TqSegmentClock::ClockFormat, &TqSegmentClock::SetClockFormat).Default(qxc24Hour);
-        b.Property("Color", ColorType(), &TqSegmentClock::Color, &TqSegmentClock::SetColor).Default(TColor(0));
+        b.Property("OffSetTime", &TqSegmentClock::OffSetTime, &TqSegmentClock::SetOffSetTime)
+            .Default(0);
+        b.Property("Format", &TqSegmentClock::ClockFormat, &TqSegmentClock::SetClockFormat)
+            .Default(qxc24Hour);
+        b.Property("Color", ColorType(), &TqSegmentClock::Color, &TqSegmentClock::SetColor)
+            .Default(TColor(0));
         PublishControlProperties(b, {"Cursor", "Hint"});
-        b.Property("ShowSeconds", &TqSegmentClock::ShowSeconds, &TqSegmentClock::SetShowSeconds).Default(false);
-        PublishControlProperties(b, {"OnMouseDown", "OnMouseUp", "OnMouseMove", "OnClick", "OnDblClick"});
+        b.Property("ShowSeconds", &TqSegmentClock::ShowSeconds, &TqSegmentClock::SetShowSeconds)
+            .Default(false);
+        PublishControlProperties(
+            b, {"OnMouseDown", "OnMouseUp", "OnMouseMove", "OnClick", "OnDblClick"});
         b.Event("OnTimeChange", &TqSegmentClock::OnTimeChange);
         PublishControlProperties(b, {"ShowHint", "ParentShowHint"});
         b.Property("Visible", &TqSegmentClock::Visible, &TqSegmentClock::SetVisible).Default(true);
-        b.Property("ParentColor", &TqSegmentClock::ParentColor, &TqSegmentClock::SetParentColor).Default(false);
+        b.Property("ParentColor", &TqSegmentClock::ParentColor, &TqSegmentClock::SetParentColor)
+            .Default(false);
         b.Property("LitColor", ColorType(), &TqSegmentClock::LitColor, &TqSegmentClock::SetLitColor)
             .Default(TColor(0x00FF00));
-        b.Property("UnLitColor", ColorType(), &TqSegmentClock::UnLitColor, &TqSegmentClock::SetUnLitColor)
+        b.Property("UnLitColor", ColorType(), &TqSegmentClock::UnLitColor,
+                   &TqSegmentClock::SetUnLitColor)
             .Default(TColor(0x002000));
-        b.Property("Size", QSegSizeType(), &TqSegmentClock::Size, &TqSegmentClock::SetSize).Default(1);
+        b.Property("Size", QSegSizeType(), &TqSegmentClock::Size, &TqSegmentClock::SetSize)
+            .Default(1);
         return b.Build();
     }();
     return info;
@@ -52,7 +60,9 @@ void TqSegmentClock::DoChange() {
     if (OnTimeChange) OnTimeChange(this);
 }
 
-TDateTime TqSegmentClock::ShownTime() const { return Now() + m_offSetTime / 1440.0; }
+TDateTime TqSegmentClock::ShownTime() const {
+    return Now() + m_offSetTime / 1440.0;
+}
 
 std::string TqSegmentClock::FormatText() const {
     static constexpr const char* suffixes[] = {" a/p", " am/pm", " a/p", "am/pm", "a/p", ""};

@@ -9,9 +9,16 @@
 
 namespace qv {
 
-enum qxClockFormat { qxc12Hour, qxc12Hour_AMPM, qxc12Hour_AP, qxc12HourAMPM, qxc12HourAP, qxc24Hour };
-QV_ENUM_TYPE(qxClockFormat, "qxc12Hour", "qxc12Hour_AMPM", "qxc12Hour_AP", "qxc12HourAMPM", "qxc12HourAP",
-             "qxc24Hour")
+enum qxClockFormat {
+    qxc12Hour,
+    qxc12Hour_AMPM,
+    qxc12Hour_AP,
+    qxc12HourAMPM,
+    qxc12HourAP,
+    qxc24Hour
+};
+QV_ENUM_TYPE(qxClockFormat, "qxc12Hour", "qxc12Hour_AMPM", "qxc12Hour_AP", "qxc12HourAMPM",
+             "qxc12HourAP", "qxc24Hour")
 
 class TqSegmentClock : public TqCustomSegmentLabel {
     QV_OBJECT

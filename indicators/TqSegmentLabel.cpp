@@ -7,18 +7,25 @@ namespace qv {
 const TClassInfo& TqSegmentLabel::StaticClassInfo() {
     static const TClassInfo info = [] {
         TClassBuilder<TqSegmentLabel> b("TqSegmentLabel", &TqCustomSegmentLabel::StaticClassInfo());
-        PublishControlProperties(b, {"OnMouseDown", "OnMouseUp", "OnMouseMove", "OnClick", "OnDblClick"});
+        PublishControlProperties(
+            b, {"OnMouseDown", "OnMouseUp", "OnMouseMove", "OnClick", "OnDblClick"});
         b.Property("Caption", &TqSegmentLabel::Caption, &TqSegmentLabel::SetCaption);
-        b.Property("Color", ColorType(), &TqSegmentLabel::Color, &TqSegmentLabel::SetColor).Default(TColor(0));
+        b.Property("Color", ColorType(), &TqSegmentLabel::Color, &TqSegmentLabel::SetColor)
+            .Default(TColor(0));
         PublishControlProperties(b, {"Cursor", "Hint"});
         b.Property("LitColor", ColorType(), &TqSegmentLabel::LitColor, &TqSegmentLabel::SetLitColor)
             .Default(TColor(0x00FF00));
-        b.Property("NumberOfChars", &TqSegmentLabel::NumberOfChars, &TqSegmentLabel::SetNumberOfChars).Default(11);
-        b.Property("ParentColor", &TqSegmentLabel::ParentColor, &TqSegmentLabel::SetParentColor).Default(false);
+        b.Property("NumberOfChars", &TqSegmentLabel::NumberOfChars,
+                   &TqSegmentLabel::SetNumberOfChars)
+            .Default(11);
+        b.Property("ParentColor", &TqSegmentLabel::ParentColor, &TqSegmentLabel::SetParentColor)
+            .Default(false);
         PublishControlProperties(b, {"ParentShowHint", "ShowHint"});
-        b.Property("Size", QSegSizeType(), &TqSegmentLabel::Size, &TqSegmentLabel::SetSize).Default(1);
+        b.Property("Size", QSegSizeType(), &TqSegmentLabel::Size, &TqSegmentLabel::SetSize)
+            .Default(1);
         b.Property("Visible", &TqSegmentLabel::Visible, &TqSegmentLabel::SetVisible).Default(true);
-        b.Property("UnLitColor", ColorType(), &TqSegmentLabel::UnLitColor, &TqSegmentLabel::SetUnLitColor)
+        b.Property("UnLitColor", ColorType(), &TqSegmentLabel::UnLitColor,
+                   &TqSegmentLabel::SetUnLitColor)
             .Default(TColor(0x002000));
         return b.Build();
     }();

@@ -1,11 +1,11 @@
 #include "package/Package.h"
 
+#include "controls/Qbtn2.h"
 #include "package/Registration.h"
+#include "timing/Std2.h"
 #include "utility/Mystd.h"
 #include "utility/Qhelper.h"
 #include "utility/UnitGuard.h"
-#include "controls/Qbtn2.h"
-#include "timing/Std2.h"
 
 #include <array>
 #include <utility>
@@ -68,7 +68,6 @@ constexpr std::array<TPackageUnit, 23> kUnitBodies = {{
     {"Quelvar", [] { g_packageUnit.Enter(); }, [] { g_packageUnit.Leave(); }},
 }};
 
-
 // The table as hosts see it: each entry counts the calls (and reports them to the trace)
 // before running the unit's own counter-guarded pair.
 template <std::size_t I> void InitializeUnit() {
@@ -81,29 +80,38 @@ template <std::size_t I> void FinalizeUnit() {
     if (g_unitCounters[I] > 0) --g_unitCounters[I];
     kUnitBodies[I].finalization();
 }
-template <std::size_t... I> constexpr std::array<TPackageUnit, sizeof...(I)> MakeUnits(std::index_sequence<I...>) {
+template <std::size_t... I>
+constexpr std::array<TPackageUnit, sizeof...(I)> MakeUnits(std::index_sequence<I...>) {
     return {{{kUnitBodies[I].name, &InitializeUnit<I>, &FinalizeUnit<I>}...}};
 }
 constexpr std::array<TPackageUnit, 23> kUnits = MakeUnits(std::make_index_sequence<23>{});
 
 } // namespace
 
-std::span<const TPackageUnit> PackageUnits() { return kUnits; }
+std::span<const TPackageUnit> PackageUnits() {
+    return kUnits;
+}
 
 void InitializePackage() {
     ++g_loadCount;
-    for (const TPackageUnit& unit : kUnits) unit.initialization();
+    for (const TPackageUnit& unit : kUnits)
+        unit.initialization();
 }
 
 void FinalizePackage() {
     if (g_loadCount == 0) return;
     --g_loadCount;
-    for (auto it = kUnits.rbegin(); it != kUnits.rend(); ++it) it->finalization();
+    for (auto it = kUnits.rbegin(); it != kUnits.rend(); ++it)
+        it->finalization();
 }
 
-void RegisterPackage() { Register(); }
+void RegisterPackage() {
+    Register();
+}
 
-int PackageLoadCount() { return g_loadCount; }
+int PackageLoadCount() {
+    return g_loadCount;
+}
 
 int UnitCounter(const std::string& unit) {
     for (std::size_t i = 0; i < kUnits.size(); ++i)
@@ -111,6 +119,8 @@ int UnitCounter(const std::string& unit) {
     return -1;
 }
 
-void SetUnitTrace(TUnitTrace trace) { g_trace = std::move(trace); }
+void SetUnitTrace(TUnitTrace trace) {
+    g_trace = std::move(trace);
+}
 
 } // namespace qv

@@ -102,7 +102,8 @@ void RegisterPalette() {
         if (e.classInfo) calls[e.call].push_back(&e.classInfo());
     }
     // One call per table call, with the classes of that call that exist.
-    for (const auto& [call, classes] : calls) RegisterComponents(pages[call], classes);
+    for (const auto& [call, classes] : calls)
+        RegisterComponents(pages[call], classes);
 }
 
 const TClassInfo* Existing(const char* className) {
@@ -113,11 +114,15 @@ const TClassInfo* Existing(const char* className) {
 
 // The 17 design-time property editors, for the classes that exist.
 void RegisterPropertyEditors() {
-    for (const char* cls : {"TqBitmap", "TqBackground", "TqTileMap", "TqNWTileMap", "TqBitColBtn", "TqNWBitColBtn",
-                            "TqGauge", "TqSplashForm", "TqxAnalogClock", "TqxDinMeter"})
-        if (const TClassInfo* c = Existing(cls)) RegisterPropertyEditor("TBitmap", *c, "", "TqBitmapEditor");
-    if (const TClassInfo* c = Existing("TqShapeBtn")) RegisterPropertyEditor("sbType", *c, "", "TqShapeBtnEditor");
-    if (const TClassInfo* c = Existing("TqAngleLabel")) RegisterPropertyEditor("TqAngle", *c, "Angle", "TqAngleEditor");
+    for (const char* cls :
+         {"TqBitmap", "TqBackground", "TqTileMap", "TqNWTileMap", "TqBitColBtn", "TqNWBitColBtn",
+          "TqGauge", "TqSplashForm", "TqxAnalogClock", "TqxDinMeter"})
+        if (const TClassInfo* c = Existing(cls))
+            RegisterPropertyEditor("TBitmap", *c, "", "TqBitmapEditor");
+    if (const TClassInfo* c = Existing("TqShapeBtn"))
+        RegisterPropertyEditor("sbType", *c, "", "TqShapeBtnEditor");
+    if (const TClassInfo* c = Existing("TqAngleLabel"))
+        RegisterPropertyEditor("TqAngle", *c, "Angle", "TqAngleEditor");
     if (const TClassInfo* c = Existing("TqGauge"))
         RegisterPropertyEditor("gaCaptionStyle", *c, "CaptionStyle", "TqGaugeEditor");
     RegisterPropertyEditor("String", TComponent::StaticClassInfo(), "Hint", "TqHintEditor");
@@ -137,7 +142,8 @@ void Register() {
     RegisterPropertyEditors();
     for (const TRegistrationEntry& e : RegistrationTable())
         if (e.classInfo) RegisterComponentEditor(e.classInfo(), std::string(e.className) + "Edit");
-    for (const char* expert : {"Path search", "Help", "FAQ", "Line count"}) RegisterLibraryExpert(expert);
+    for (const char* expert : {"Path search", "Help", "FAQ", "Line count"})
+        RegisterLibraryExpert(expert);
 }
 
 } // namespace qv

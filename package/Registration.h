@@ -10,10 +10,10 @@
 namespace qv {
 
 struct TRegistrationEntry {
-    int call;                                   // the RegisterComponents call the class is in
+    int call; // the RegisterComponents call the class is in
     const char* className;
     const char* page;
-    const TClassInfo& (*classInfo)();           // null while the class is not built yet
+    const TClassInfo& (*classInfo)(); // null while the class is not built yet
 };
 
 // The 68 classes in registration order.

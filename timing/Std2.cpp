@@ -20,12 +20,15 @@ std::unique_ptr<TBitmap> MakeSteel() {
     steel->Canvas().FillRect({0, 0, 8, 8});
     for (int x = 0; x < 8; ++x)
         for (int y = 0; y < 8; ++y)
-            if (x % 2 == 1 && y % 2 == 1) steel->Canvas().SetPixel(x, y, static_cast<TColor>(0xFFFFFF));
+            if (x % 2 == 1 && y % 2 == 1)
+                steel->Canvas().SetPixel(x, y, static_cast<TColor>(0xFFFFFF));
     return steel;
 }
 } // namespace
 
-const TBitmap* TSteel() { return g_steel.get(); }
+const TBitmap* TSteel() {
+    return g_steel.get();
+}
 
 void PaintSteel(TCanvas& canvas, const TRect& rect) {
     if (!g_steel) return;

@@ -7,26 +7,31 @@
 namespace qv {
 
 const TClassInfo& TqxMMTimer::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TqxMMTimer>("TqxMMTimer", &TComponent::StaticClassInfo())
-                                       .Property("Enabled", &TqxMMTimer::Enabled, &TqxMMTimer::SetEnabled)
-                                       .Default(true)
-                                       .Property("Interval", &TqxMMTimer::Interval, &TqxMMTimer::SetInterval)
-                                       .Default(1000u)
-                                       .Event("OnTimer", &TqxMMTimer::GetOnTimer, &TqxMMTimer::SetOnTimer)
-                                       .Property("Resolution", &TqxMMTimer::Resolution, &TqxMMTimer::SetResolution)
-                                       .Default(10u)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TqxMMTimer>("TqxMMTimer", &TComponent::StaticClassInfo())
+            .Property("Enabled", &TqxMMTimer::Enabled, &TqxMMTimer::SetEnabled)
+            .Default(true)
+            .Property("Interval", &TqxMMTimer::Interval, &TqxMMTimer::SetInterval)
+            .Default(1000u)
+            .Event("OnTimer", &TqxMMTimer::GetOnTimer, &TqxMMTimer::SetOnTimer)
+            .Property("Resolution", &TqxMMTimer::Resolution, &TqxMMTimer::SetResolution)
+            .Default(10u)
+            .Build();
     return info;
 }
 
-TqxMMTimer::TqxMMTimer(TComponent* AOwner) : TqxMMTimer(AOwner, TMultimediaTimerService::System()) {}
+TqxMMTimer::TqxMMTimer(TComponent* AOwner)
+    : TqxMMTimer(AOwner, TMultimediaTimerService::System()) {}
 
 // The service timer starts in every case, also in the form designer.
-TqxMMTimer::TqxMMTimer(TComponent* AOwner, TMultimediaTimerService& service) : TComponent(AOwner), m_service(service) {
+TqxMMTimer::TqxMMTimer(TComponent* AOwner, TMultimediaTimerService& service)
+    : TComponent(AOwner), m_service(service) {
     StartTimer();
 }
 
-TqxMMTimer::~TqxMMTimer() { StopTimer(); }
+TqxMMTimer::~TqxMMTimer() {
+    StopTimer();
+}
 
 TNotifyEvent TqxMMTimer::GetOnTimer() const {
     const auto handler = m_onTimer.load();
@@ -52,13 +57,16 @@ void TqxMMTimer::SetResolution(unsigned value) {
 }
 
 void TqxMMTimer::StartTimer() {
-    m_timerId = m_service.SetEvent(m_interval, m_resolution, [this] {
-        try {
-            Timer();
-        } catch (...) {
-            // A handler's exception must never reach the timer service.
-        }
-    }, true);
+    m_timerId = m_service.SetEvent(
+        m_interval, m_resolution,
+        [this] {
+            try {
+                Timer();
+            } catch (...) {
+                // A handler's exception must never reach the timer service.
+            }
+        },
+        true);
     if (m_timerId == TIMERR_NOCANDO)
         throw ERangeError(Format("%d is not within the valid range", {m_resolution}));
 }
@@ -73,6 +81,8 @@ void TqxMMTimer::Timer() {
     if (const auto handler = m_onTimer.load(); handler && *handler) (*handler)(this);
 }
 
-void Delay(std::uint16_t milliseconds) { Sleep(milliseconds); }
+void Delay(std::uint16_t milliseconds) {
+    Sleep(milliseconds);
+}
 
 } // namespace qv

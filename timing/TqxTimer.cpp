@@ -8,7 +8,9 @@ namespace qv {
 
 TqxTimerThread::TqxTimerThread(TqxTimer& owner) : TThread(true), m_owner(owner) {}
 
-TqxTimerThread::~TqxTimerThread() { StopAndJoin(); }
+TqxTimerThread::~TqxTimerThread() {
+    StopAndJoin();
+}
 
 void TqxTimerThread::Execute() {
     // Wake-ups as close to the interval as the system allows (the default slack adds ~50 us).
@@ -21,19 +23,21 @@ void TqxTimerThread::Execute() {
 }
 
 const TClassInfo& TqxTimer::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TqxTimer>("TqxTimer", &TComponent::StaticClassInfo())
-                                       .Property("Priority", &TqxTimer::Priority, &TqxTimer::SetPriority)
-                                       .Default(TThreadPriority::tpNormal)
-                                       .Property("Enabled", &TqxTimer::Enabled, &TqxTimer::SetEnabled)
-                                       .Default(true)
-                                       .Property("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval)
-                                       .Default(1000u)
-                                       .Event("OnTimer", &TqxTimer::GetOnTimer, &TqxTimer::SetOnTimer)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TqxTimer>("TqxTimer", &TComponent::StaticClassInfo())
+            .Property("Priority", &TqxTimer::Priority, &TqxTimer::SetPriority)
+            .Default(TThreadPriority::tpNormal)
+            .Property("Enabled", &TqxTimer::Enabled, &TqxTimer::SetEnabled)
+            .Default(true)
+            .Property("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval)
+            .Default(1000u)
+            .Event("OnTimer", &TqxTimer::GetOnTimer, &TqxTimer::SetOnTimer)
+            .Build();
     return info;
 }
 
-TqxTimer::TqxTimer(TComponent* AOwner) : TComponent(AOwner), m_worker(std::make_unique<TqxTimerThread>(*this)) {
+TqxTimer::TqxTimer(TComponent* AOwner)
+    : TComponent(AOwner), m_worker(std::make_unique<TqxTimerThread>(*this)) {
     m_worker->Start();
 }
 
@@ -78,7 +82,8 @@ void TqxTimer::UpdateTimer() {
     }
     if (m_interval.load() != 0 && m_enabled && m_onTimer) {
         m_worker->SetPriority(m_priority.load());
-        while (m_worker->Suspended()) m_worker->Resume();
+        while (m_worker->Suspended())
+            m_worker->Resume();
     }
 }
 

@@ -23,7 +23,8 @@ TDialogBaseUnits GetDialogBaseUnits() {
         TBitmap scratch(1, 1);
         TCanvas& canvas = scratch.Canvas();
         canvas.Font().Assign(TFont());
-        const TSize letters = canvas.TextExtent("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+        const TSize letters =
+            canvas.TextExtent("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
         const int x = (letters.cx / 26 + 1) / 2;
         return TDialogBaseUnits{static_cast<std::uint16_t>(std::max(x, 1)),
                                 static_cast<std::uint16_t>(std::max(letters.cy, 1))};

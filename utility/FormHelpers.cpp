@@ -15,7 +15,9 @@ TCustomForm& FindForm(const TComponent& component) {
     throw EComponentError("NoForm");
 }
 
-const THintAppearance* HintAppearance() { return g_hintAppearance.get(); }
+const THintAppearance* HintAppearance() {
+    return g_hintAppearance.get();
+}
 
 void CreateHintAppearance() {
     g_hintAppearance = std::make_unique<THintAppearance>();
@@ -25,6 +27,8 @@ void CreateHintAppearance() {
     font.SetHeight(-11);
 }
 
-void FreeHintAppearance() { g_hintAppearance.reset(); }
+void FreeHintAppearance() {
+    g_hintAppearance.reset();
+}
 
 } // namespace qv

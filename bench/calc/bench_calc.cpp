@@ -72,7 +72,6 @@ void Muparser(benchmark::State& state, const std::vector<std::string>& texts) {
     }
 }
 
-
 } // namespace
 
 int main(int argc, char** argv) {

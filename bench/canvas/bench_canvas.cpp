@@ -608,7 +608,6 @@ std::vector<TScene> Scenes() {
     };
 }
 
-
 } // namespace
 
 int main(int argc, char** argv) {

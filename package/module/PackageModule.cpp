@@ -11,7 +11,8 @@ int g_moduleLoads = 0; // the entry points' load counter
 const std::vector<QvPackageUnit>& Units() {
     static const std::vector<QvPackageUnit> units = [] {
         std::vector<QvPackageUnit> list;
-        for (const qv::TPackageUnit& u : qv::PackageUnits()) list.push_back({u.name, u.initialization, u.finalization});
+        for (const qv::TPackageUnit& u : qv::PackageUnits())
+            list.push_back({u.name, u.initialization, u.finalization});
         return list;
     }();
     return units;
@@ -25,13 +26,19 @@ QV_EXPORT const QvPackageUnit* qv_package_units(int* count) {
     return Units().data();
 }
 
-QV_EXPORT int qv_package_initialize() { return ++g_moduleLoads; }
+QV_EXPORT int qv_package_initialize() {
+    return ++g_moduleLoads;
+}
 
 QV_EXPORT int qv_package_finalize() {
     if (g_moduleLoads > 0) --g_moduleLoads;
     return g_moduleLoads;
 }
 
-QV_EXPORT void qv_package_register() { qv::RegisterPackage(); }
+QV_EXPORT void qv_package_register() {
+    qv::RegisterPackage();
+}
 
-QV_EXPORT int qv_package_unit_counter(const char* unit) { return qv::UnitCounter(unit ? unit : ""); }
+QV_EXPORT int qv_package_unit_counter(const char* unit) {
+    return qv::UnitCounter(unit ? unit : "");
+}

@@ -21,8 +21,8 @@ enum class TNativeWindowState { Normal, Minimized, Maximized };
 
 struct TNativeWindowParams {
     std::string title;
-    TRect bounds;           // screen coordinates of the client area
-    bool popup{false};      // menus and hints: no decoration, not managed
+    TRect bounds;      // screen coordinates of the client area
+    bool popup{false}; // menus and hints: no decoration, not managed
 };
 
 enum class TMouseButton { Left, Right, Middle };
@@ -57,14 +57,14 @@ struct TBackendEvent {
     };
     Kind kind{Kind::MouseMove};
     TNativeWindowId window{0};
-    TPoint pos;                 // client coordinates (mouse), new origin (Moved)
+    TPoint pos; // client coordinates (mouse), new origin (Moved)
     TMouseButton button{TMouseButton::Left};
     bool doubleClick{false};
-    int wheelDelta{0};          // multiples of 120, positive away from the user
-    unsigned key{0};            // virtual-key code (KeyDown, KeyUp)
-    unsigned charCode{0};       // the character (Char), a byte of the active encoding
-    unsigned shift{0};          // TInputShift flags
-    TSize size;                 // Resized
+    int wheelDelta{0};    // multiples of 120, positive away from the user
+    unsigned key{0};      // virtual-key code (KeyDown, KeyUp)
+    unsigned charCode{0}; // the character (Char), a byte of the active encoding
+    unsigned shift{0};    // TInputShift flags
+    TSize size;           // Resized
     TNativeWindowState state{TNativeWindowState::Normal};
 };
 
@@ -91,7 +91,8 @@ public:
     virtual void AwaitFrameIdle(TNativeWindowId window) = 0;
     // Shows `damaged` (frame coordinates) of the window's frame buffer, which is the
     // window's frame storage or a buffer of the caller's.
-    virtual void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) = 0;
+    virtual void Present(TNativeWindowId window, const TPixelBuffer& frame,
+                         const TRect& damaged) = 0;
     virtual void SetCursorShape(TNativeWindowId window, int cursor) = 0;
     virtual void SetFocus(TNativeWindowId window) = 0;
 

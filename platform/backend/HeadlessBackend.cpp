@@ -92,7 +92,8 @@ TPixelBuffer THeadlessBackend::FrameStorage(TNativeWindowId window, TSize size) 
     return TPixelBuffer::View(storage.Row(0), storage.Width(), storage.Height(), storage.Stride());
 }
 
-void THeadlessBackend::Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) {
+void THeadlessBackend::Present(TNativeWindowId window, const TPixelBuffer& frame,
+                               const TRect& damaged) {
     std::lock_guard guard(m_lock);
     TWindowRecord& r = Record(window);
     if (r.presented.Width() != frame.Width() || r.presented.Height() != frame.Height())
@@ -166,11 +167,13 @@ void THeadlessBackend::SetScreen(const TRect& screen, const TRect& workArea) {
 void THeadlessBackend::Inject(const TBackendEvent& event) {
     {
         std::lock_guard guard(m_lock);
-        if (event.kind == TBackendEvent::Kind::MouseMove || event.kind == TBackendEvent::Kind::MouseDown ||
+        if (event.kind == TBackendEvent::Kind::MouseMove ||
+            event.kind == TBackendEvent::Kind::MouseDown ||
             event.kind == TBackendEvent::Kind::MouseUp) {
             auto it = m_windows.find(event.window);
             if (it != m_windows.end())
-                m_cursor = {it->second.params.bounds.left + event.pos.x, it->second.params.bounds.top + event.pos.y};
+                m_cursor = {it->second.params.bounds.left + event.pos.x,
+                            it->second.params.bounds.top + event.pos.y};
         }
         m_events.push_back(event);
     }
@@ -193,8 +196,8 @@ void THeadlessBackend::MouseMove(TNativeWindowId window, TPoint pos, unsigned sh
     Inject(e);
 }
 
-void THeadlessBackend::MouseDown(TNativeWindowId window, TPoint pos, TMouseButton button, unsigned shift,
-                                 bool doubleClick) {
+void THeadlessBackend::MouseDown(TNativeWindowId window, TPoint pos, TMouseButton button,
+                                 unsigned shift, bool doubleClick) {
     TBackendEvent e = InputEvent(TBackendEvent::Kind::MouseDown, window, shift);
     e.pos = pos;
     e.button = button;
@@ -202,7 +205,8 @@ void THeadlessBackend::MouseDown(TNativeWindowId window, TPoint pos, TMouseButto
     Inject(e);
 }
 
-void THeadlessBackend::MouseUp(TNativeWindowId window, TPoint pos, TMouseButton button, unsigned shift) {
+void THeadlessBackend::MouseUp(TNativeWindowId window, TPoint pos, TMouseButton button,
+                               unsigned shift) {
     TBackendEvent e = InputEvent(TBackendEvent::Kind::MouseUp, window, shift);
     e.pos = pos;
     e.button = button;
@@ -227,7 +231,8 @@ void THeadlessBackend::Char(TNativeWindowId window, unsigned charCode, unsigned 
     Inject(e);
 }
 
-void THeadlessBackend::TypeKey(TNativeWindowId window, unsigned key, unsigned charCode, unsigned shift) {
+void THeadlessBackend::TypeKey(TNativeWindowId window, unsigned key, unsigned charCode,
+                               unsigned shift) {
     KeyDown(window, key, shift);
     if (charCode) Char(window, charCode, shift);
     KeyUp(window, key, shift);

@@ -23,9 +23,13 @@ TApplication& Application() {
     return application;
 }
 
-TApplication* ApplicationIfAlive() { return g_application; }
+TApplication* ApplicationIfAlive() {
+    return g_application;
+}
 
-TPoint GetCursorPos() { return Application().CursorPos(); }
+TPoint GetCursorPos() {
+    return Application().CursorPos();
+}
 
 short GetKeyState(unsigned virtualKey) {
     auto* app = ApplicationIfAlive();
@@ -33,7 +37,8 @@ short GetKeyState(unsigned virtualKey) {
 }
 
 const TClassInfo& TApplication::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TApplication>("TApplication", &TComponent::StaticClassInfo()).Build();
+    static const TClassInfo info =
+        TClassBuilder<TApplication>("TApplication", &TComponent::StaticClassInfo()).Build();
     return info;
 }
 
@@ -53,7 +58,9 @@ TApplication::~TApplication() {
     g_application = nullptr;
 }
 
-TBackend& TApplication::Backend() { return *m_backend; }
+TBackend& TApplication::Backend() {
+    return *m_backend;
+}
 
 void TApplication::SetBackend(std::unique_ptr<TBackend> backend) {
     for (TCustomForm* f : m_forms)
@@ -104,9 +111,13 @@ TCustomForm* TApplication::FormOfNativeWindow(TNativeWindowId window) const {
     return nullptr;
 }
 
-void TApplication::SetCaptureControl(TControl* control) { m_capture = control; }
+void TApplication::SetCaptureControl(TControl* control) {
+    m_capture = control;
+}
 
-TPoint TApplication::CursorPos() { return m_cursorKnown ? m_cursor : m_backend->CursorPos(); }
+TPoint TApplication::CursorPos() {
+    return m_cursorKnown ? m_cursor : m_backend->CursorPos();
+}
 
 bool TApplication::KeyDown(unsigned virtualKey) const {
     if (virtualKey >= 256) return false;
@@ -166,13 +177,18 @@ bool TApplication::PaintForms() {
 
 // Timers.
 
-std::int64_t TApplication::NowMs() { return m_backend->NowMs(); }
-
-void TApplication::AddTimer(TTimer* timer) {
-    if (std::find(m_timers.begin(), m_timers.end(), timer) == m_timers.end()) m_timers.push_back(timer);
+std::int64_t TApplication::NowMs() {
+    return m_backend->NowMs();
 }
 
-void TApplication::RemoveTimer(TTimer* timer) { std::erase(m_timers, timer); }
+void TApplication::AddTimer(TTimer* timer) {
+    if (std::find(m_timers.begin(), m_timers.end(), timer) == m_timers.end())
+        m_timers.push_back(timer);
+}
+
+void TApplication::RemoveTimer(TTimer* timer) {
+    std::erase(m_timers, timer);
+}
 
 bool TApplication::FireDueTimers() {
     const std::int64_t now = NowMs();
@@ -192,7 +208,8 @@ std::int64_t TApplication::MsUntilNextTimer() {
     const auto consider = [&next](std::int64_t due) {
         if (due >= 0 && (next < 0 || due < next)) next = due;
     };
-    for (TTimer* t : m_timers) consider(t->DueAt());
+    for (TTimer* t : m_timers)
+        consider(t->DueAt());
     consider(m_hintShowAt);
     consider(m_hintHideAt);
     return next < 0 ? -1 : std::max<std::int64_t>(0, next - NowMs());
@@ -211,8 +228,10 @@ void TApplication::HandleInput(const TBackendEvent& event) {
     m_shift = event.shift;
     const auto setKey = [&](unsigned vk, bool down) {
         if (vk >= 256) return;
-        if (down) m_keysDown[vk / 32] |= 1u << (vk % 32);
-        else m_keysDown[vk / 32] &= ~(1u << (vk % 32));
+        if (down)
+            m_keysDown[vk / 32] |= 1u << (vk % 32);
+        else
+            m_keysDown[vk / 32] &= ~(1u << (vk % 32));
     };
     setKey(VK_SHIFT, event.shift & isShift);
     setKey(VK_CONTROL, event.shift & isCtrl);
@@ -229,7 +248,9 @@ void TApplication::HandleInput(const TBackendEvent& event) {
     case TBackendEvent::Kind::MouseDown:
     case TBackendEvent::Kind::MouseUp:
     case TBackendEvent::Kind::MouseMove:
-    case TBackendEvent::Kind::MouseWheel: HandleMouse(event, *form); break;
+    case TBackendEvent::Kind::MouseWheel:
+        HandleMouse(event, *form);
+        break;
     case TBackendEvent::Kind::MouseLeaveWindow:
         CancelHint();
         if (m_mouseControl && !m_capture) {
@@ -240,20 +261,32 @@ void TApplication::HandleInput(const TBackendEvent& event) {
         break;
     case TBackendEvent::Kind::KeyDown:
     case TBackendEvent::Kind::KeyUp:
-    case TBackendEvent::Kind::Char: HandleKey(event, *form); break;
-    case TBackendEvent::Kind::FocusIn: SetActiveForm(form); break;
+    case TBackendEvent::Kind::Char:
+        HandleKey(event, *form);
+        break;
+    case TBackendEvent::Kind::FocusIn:
+        SetActiveForm(form);
+        break;
     case TBackendEvent::Kind::FocusOut:
         if (m_activeForm == form) SetActiveForm(nullptr);
         break;
-    case TBackendEvent::Kind::Close: form->Close(); break;
-    case TBackendEvent::Kind::Resized: form->SetBounds(form->Left(), form->Top(), event.size.cx, event.size.cy); break;
-    case TBackendEvent::Kind::Moved: form->SetBounds(event.pos.x, event.pos.y, form->Width(), form->Height()); break;
+    case TBackendEvent::Kind::Close:
+        form->Close();
+        break;
+    case TBackendEvent::Kind::Resized:
+        form->SetBounds(form->Left(), form->Top(), event.size.cx, event.size.cy);
+        break;
+    case TBackendEvent::Kind::Moved:
+        form->SetBounds(event.pos.x, event.pos.y, form->Width(), form->Height());
+        break;
     case TBackendEvent::Kind::StateChanged: {
         static constexpr TWindowState states[] = {wsNormal, wsMinimized, wsMaximized};
         form->m_windowState = states[static_cast<int>(event.state)];
         break;
     }
-    case TBackendEvent::Kind::Expose: form->InvalidateFormRect(form->ClientRect()); break;
+    case TBackendEvent::Kind::Expose:
+        form->InvalidateFormRect(form->ClientRect());
+        break;
     }
 }
 
@@ -281,7 +314,8 @@ WPARAM MouseKeys(unsigned shift) {
 // Windowed controls get system messages through their window procedure (so hooks see
 // them); graphic controls directly.
 LRESULT Deliver(TControl& control, UINT msg, WPARAM w, LPARAM l) {
-    if (auto* win = dynamic_cast<TWinControl*>(&control)) return SendMessage(win->Handle(), msg, w, l);
+    if (auto* win = dynamic_cast<TWinControl*>(&control))
+        return SendMessage(win->Handle(), msg, w, l);
     return control.Perform(msg, w, l);
 }
 
@@ -311,7 +345,8 @@ void TApplication::HandleMouse(const TBackendEvent& event, TCustomForm& form) {
     m_cursorKnown = true;
     if (event.kind == TBackendEvent::Kind::MouseDown)
         for (TCustomForm* f : std::vector<TCustomForm*>(m_forms))
-            if (f != &form && IsForm(f) && f->IsPopupWindow() && f->Visible()) f->Perform(CM_CANCELMODE);
+            if (f != &form && IsForm(f) && f->IsPopupWindow() && f->Visible())
+                f->Perform(CM_CANCELMODE);
     if (event.kind != TBackendEvent::Kind::MouseMove) CancelHint();
     TControl* target = m_capture ? m_capture : DeepControlAt(form, event.pos, false);
     if (!target) return;
@@ -341,11 +376,13 @@ void TApplication::HandleMouse(const TBackendEvent& event, TCustomForm& form) {
         msg = WM_MOUSEWHEEL;
         keys |= static_cast<WPARAM>(static_cast<std::uint16_t>(event.wheelDelta)) << 16;
         break;
-    default: break;
+    default:
+        break;
     }
     if (msg == WM_MOUSEWHEEL) {
         // The wheel goes to the focused control, with screen coordinates.
-        TControl* focus = form.ActiveControl() ? static_cast<TControl*>(form.ActiveControl()) : &form;
+        TControl* focus =
+            form.ActiveControl() ? static_cast<TControl*>(form.ActiveControl()) : &form;
         Deliver(*focus, msg, keys, MAKELPARAM(screen.x, screen.y));
         return;
     }
@@ -360,10 +397,17 @@ void TApplication::HandleKey(const TBackendEvent& event, TCustomForm& form) {
     TWinControl* target = form.ActiveControl() ? form.ActiveControl() : &form;
     const bool alt = event.shift & isAlt;
     switch (event.kind) {
-    case TBackendEvent::Kind::KeyDown: Deliver(*target, alt ? WM_SYSKEYDOWN : WM_KEYDOWN, event.key, alt ? KF_ALTDOWN_LPARAM : 0); break;
-    case TBackendEvent::Kind::KeyUp: Deliver(*target, alt ? WM_SYSKEYUP : WM_KEYUP, event.key, 0); break;
-    case TBackendEvent::Kind::Char: Deliver(*target, alt ? WM_SYSCHAR : WM_CHAR, event.charCode, 0); break;
-    default: break;
+    case TBackendEvent::Kind::KeyDown:
+        Deliver(*target, alt ? WM_SYSKEYDOWN : WM_KEYDOWN, event.key, alt ? KF_ALTDOWN_LPARAM : 0);
+        break;
+    case TBackendEvent::Kind::KeyUp:
+        Deliver(*target, alt ? WM_SYSKEYUP : WM_KEYUP, event.key, 0);
+        break;
+    case TBackendEvent::Kind::Char:
+        Deliver(*target, alt ? WM_SYSCHAR : WM_CHAR, event.charCode, 0);
+        break;
+    default:
+        break;
     }
 }
 
@@ -376,7 +420,8 @@ void TApplication::SetShowHint(bool v) {
 }
 
 TControl* TApplication::HintControlOf(TControl* control) const {
-    while (control && !control->ShowHint()) control = control->Parent();
+    while (control && !control->ShowHint())
+        control = control->Parent();
     return control && !control->IsDesigning() ? control : nullptr;
 }
 
@@ -448,7 +493,8 @@ bool TApplication::FireDueHint(std::int64_t now) {
 TCursor TApplication::CursorOf(TControl* control) const {
     for (TControl* c = control; c; c = c->Parent()) {
         if (c->Cursor() != crDefault) return c->Cursor();
-        if (const LRESULT own = c->Perform(WM_SETCURSOR, 0, HTCLIENT); own != 0) return static_cast<TCursor>(own);
+        if (const LRESULT own = c->Perform(WM_SETCURSOR, 0, HTCLIENT); own != 0)
+            return static_cast<TCursor>(own);
     }
     return crDefault;
 }
@@ -457,7 +503,8 @@ void TApplication::UpdateCursorShape() {
     if (!m_mouseControl) return;
     const TCustomForm* form = GetParentForm(m_mouseControl);
     if (!form || !form->NativeWindow()) return;
-    const TCursor shape = Screen().Cursor() != crDefault ? Screen().Cursor() : CursorOf(m_mouseControl);
+    const TCursor shape =
+        Screen().Cursor() != crDefault ? Screen().Cursor() : CursorOf(m_mouseControl);
     if (form->NativeWindow() == m_cursorWindow && shape == m_cursorShape) return;
     m_cursorWindow = form->NativeWindow();
     m_cursorShape = shape;

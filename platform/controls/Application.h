@@ -150,7 +150,7 @@ private:
     TNativeWindowId m_cursorWindow{0};
     TCursor m_cursorShape{crDefault};
     unsigned m_shift{0};
-    TPoint m_cursor;          // where the last mouse event happened, on the screen
+    TPoint m_cursor; // where the last mouse event happened, on the screen
     bool m_cursorKnown{false};
     unsigned m_keysDown[256 / 32]{};
 };

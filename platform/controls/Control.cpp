@@ -15,15 +15,28 @@ namespace qv {
 
 const TTypeInfo& CursorType() {
     static const TTypeInfo info = [] {
-        static const std::pair<TCursor, const char*> names[] = {
-            {crDefault, "crDefault"}, {crNone, "crNone"},         {crArrow, "crArrow"},
-            {crCross, "crCross"},     {crIBeam, "crIBeam"},       {crSize, "crSize"},
-            {crSizeNESW, "crSizeNESW"}, {crSizeNS, "crSizeNS"},   {crSizeNWSE, "crSizeNWSE"},
-            {crSizeWE, "crSizeWE"},   {crUpArrow, "crUpArrow"},   {crHourGlass, "crHourGlass"},
-            {crDrag, "crDrag"},       {crNoDrop, "crNoDrop"},     {crHSplit, "crHSplit"},
-            {crVSplit, "crVSplit"},   {crMultiDrag, "crMultiDrag"}, {crSQLWait, "crSQLWait"},
-            {crNo, "crNo"},           {crAppStart, "crAppStart"}, {crHelp, "crHelp"},
-            {crHandPoint, "crHandPoint"}};
+        static const std::pair<TCursor, const char*> names[] = {{crDefault, "crDefault"},
+                                                                {crNone, "crNone"},
+                                                                {crArrow, "crArrow"},
+                                                                {crCross, "crCross"},
+                                                                {crIBeam, "crIBeam"},
+                                                                {crSize, "crSize"},
+                                                                {crSizeNESW, "crSizeNESW"},
+                                                                {crSizeNS, "crSizeNS"},
+                                                                {crSizeNWSE, "crSizeNWSE"},
+                                                                {crSizeWE, "crSizeWE"},
+                                                                {crUpArrow, "crUpArrow"},
+                                                                {crHourGlass, "crHourGlass"},
+                                                                {crDrag, "crDrag"},
+                                                                {crNoDrop, "crNoDrop"},
+                                                                {crHSplit, "crHSplit"},
+                                                                {crVSplit, "crVSplit"},
+                                                                {crMultiDrag, "crMultiDrag"},
+                                                                {crSQLWait, "crSQLWait"},
+                                                                {crNo, "crNo"},
+                                                                {crAppStart, "crAppStart"},
+                                                                {crHelp, "crHelp"},
+                                                                {crHandPoint, "crHandPoint"}};
         TTypeInfo t = TTypeInfo::Integer("TCursor", -32768, 32767);
         t.intToIdent = [](std::int64_t v) -> std::optional<std::string> {
             for (const auto& [c, n] : names)
@@ -66,18 +79,20 @@ bool IsAccel(unsigned ch, const std::string& caption) {
             ++i; // "&&" is a literal ampersand
             continue;
         }
-        return std::toupper(static_cast<unsigned char>(caption[i + 1])) == std::toupper(static_cast<int>(ch & 0xFF));
+        return std::toupper(static_cast<unsigned char>(caption[i + 1])) ==
+               std::toupper(static_cast<int>(ch & 0xFF));
     }
     return false;
 }
 
 const TClassInfo& TControl::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TControl>("TControl", &TComponent::StaticClassInfo())
-                                       .Property("Left", &TControl::Left, &TControl::SetLeft)
-                                       .Property("Top", &TControl::Top, &TControl::SetTop)
-                                       .Property("Width", &TControl::Width, &TControl::SetWidth)
-                                       .Property("Height", &TControl::Height, &TControl::SetHeight)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TControl>("TControl", &TComponent::StaticClassInfo())
+            .Property("Left", &TControl::Left, &TControl::SetLeft)
+            .Property("Top", &TControl::Top, &TControl::SetTop)
+            .Property("Width", &TControl::Width, &TControl::SetWidth)
+            .Property("Height", &TControl::Height, &TControl::SetHeight)
+            .Build();
     return info;
 }
 
@@ -103,11 +118,14 @@ void TControl::SetParent(TWinControl* AParent) {
     if (AParent) AParent->InsertControl(this);
 }
 
-TComponent* TControl::GetParentComponent() const { return m_parent; }
+TComponent* TControl::GetParentComponent() const {
+    return m_parent;
+}
 
 void TControl::SetParentComponent(TComponent* Value) {
     auto* parent = dynamic_cast<TWinControl*>(Value);
-    if (Value && !parent) throw EComponentError(ClassName() + " cannot be placed in a " + Value->ClassName());
+    if (Value && !parent)
+        throw EComponentError(ClassName() + " cannot be placed in a " + Value->ClassName());
     SetParent(parent);
 }
 
@@ -157,7 +175,9 @@ void TControl::SetVisible(bool v) {
     if (m_parent && m_align != alNone) m_parent->Realign();
 }
 
-bool TControl::Showing() const { return m_visible && m_parent && m_parent->Showing(); }
+bool TControl::Showing() const {
+    return m_visible && m_parent && m_parent->Showing();
+}
 
 void TControl::SetEnabled(bool v) {
     if (v == m_enabled) return;
@@ -235,7 +255,9 @@ void TControl::Loaded() {
     }
 }
 
-TCustomForm* TControl::ParentForm() const { return GetParentForm(this); }
+TCustomForm* TControl::ParentForm() const {
+    return GetParentForm(this);
+}
 
 LRESULT TControl::Perform(UINT Msg, WPARAM WParam, LPARAM LParam) {
     TMessage message{Msg, WParam, LParam, 0};
@@ -246,49 +268,117 @@ LRESULT TControl::Perform(UINT Msg, WPARAM WParam, LPARAM LParam) {
 void TControl::WndProc(TMessage& Message) {
     // Controls without double clicks get a second press as a press.
     if (!m_controlStyle.Contains(csDoubleClicks)) {
-        if (Message.Msg == WM_LBUTTONDBLCLK || Message.Msg == WM_RBUTTONDBLCLK || Message.Msg == WM_MBUTTONDBLCLK)
+        if (Message.Msg == WM_LBUTTONDBLCLK || Message.Msg == WM_RBUTTONDBLCLK ||
+            Message.Msg == WM_MBUTTONDBLCLK)
             Message.Msg -= WM_LBUTTONDBLCLK - WM_LBUTTONDOWN;
     }
     switch (Message.Msg) {
-    case WM_LBUTTONDOWN: WMLButtonDown(Message); break;
-    case WM_LBUTTONDBLCLK: WMLButtonDblClk(Message); break;
-    case WM_LBUTTONUP: WMLButtonUp(Message); break;
-    case WM_RBUTTONDOWN: WMRButtonDown(Message); break;
-    case WM_RBUTTONDBLCLK: WMRButtonDblClk(Message); break;
-    case WM_RBUTTONUP: WMRButtonUp(Message); break;
-    case WM_MBUTTONDOWN: WMMButtonDown(Message); break;
-    case WM_MBUTTONUP: WMMButtonUp(Message); break;
-    case WM_MOUSEMOVE: WMMouseMove(Message); break;
-    case WM_NCHITTEST: WMNCHitTest(Message); break;
-    case WM_ERASEBKGND: WMEraseBkgnd(Message); break;
-    case WM_PAINT: WMPaint(Message); break;
-    case WM_SIZE: WMSize(Message); break;
-    case CM_MOUSEENTER: CMMouseEnter(Message); break;
-    case CM_MOUSELEAVE: CMMouseLeave(Message); break;
-    case CM_HITTEST: CMHitTest(Message); break;
-    case CM_ENABLEDCHANGED: CMEnabledChanged(Message); break;
-    case CM_VISIBLECHANGED: CMVisibleChanged(Message); break;
-    case CM_COLORCHANGED: CMColorChanged(Message); break;
-    case CM_FONTCHANGED: CMFontChanged(Message); break;
-    case CM_TEXTCHANGED: CMTextChanged(Message); break;
-    case CM_PARENTCOLORCHANGED: CMParentColorChanged(Message); break;
-    case CM_PARENTFONTCHANGED: CMParentFontChanged(Message); break;
-    case CM_PARENTSHOWHINTCHANGED: CMParentShowHintChanged(Message); break;
-    case CM_SYSCOLORCHANGE: CMSysColorChange(Message); break;
-    case CM_DIALOGKEY: CMDialogKey(Message); break;
-    case CM_DIALOGCHAR: CMDialogChar(Message); break;
-    case CM_BUTTONPRESSED: CMButtonPressed(Message); break;
-    case CM_FOCUSCHANGED: CMFocusChanged(Message); break;
-    case CM_CANCELMODE: CMCancelMode(Message); break;
-    default: DefaultHandler(Message); break;
+    case WM_LBUTTONDOWN:
+        WMLButtonDown(Message);
+        break;
+    case WM_LBUTTONDBLCLK:
+        WMLButtonDblClk(Message);
+        break;
+    case WM_LBUTTONUP:
+        WMLButtonUp(Message);
+        break;
+    case WM_RBUTTONDOWN:
+        WMRButtonDown(Message);
+        break;
+    case WM_RBUTTONDBLCLK:
+        WMRButtonDblClk(Message);
+        break;
+    case WM_RBUTTONUP:
+        WMRButtonUp(Message);
+        break;
+    case WM_MBUTTONDOWN:
+        WMMButtonDown(Message);
+        break;
+    case WM_MBUTTONUP:
+        WMMButtonUp(Message);
+        break;
+    case WM_MOUSEMOVE:
+        WMMouseMove(Message);
+        break;
+    case WM_NCHITTEST:
+        WMNCHitTest(Message);
+        break;
+    case WM_ERASEBKGND:
+        WMEraseBkgnd(Message);
+        break;
+    case WM_PAINT:
+        WMPaint(Message);
+        break;
+    case WM_SIZE:
+        WMSize(Message);
+        break;
+    case CM_MOUSEENTER:
+        CMMouseEnter(Message);
+        break;
+    case CM_MOUSELEAVE:
+        CMMouseLeave(Message);
+        break;
+    case CM_HITTEST:
+        CMHitTest(Message);
+        break;
+    case CM_ENABLEDCHANGED:
+        CMEnabledChanged(Message);
+        break;
+    case CM_VISIBLECHANGED:
+        CMVisibleChanged(Message);
+        break;
+    case CM_COLORCHANGED:
+        CMColorChanged(Message);
+        break;
+    case CM_FONTCHANGED:
+        CMFontChanged(Message);
+        break;
+    case CM_TEXTCHANGED:
+        CMTextChanged(Message);
+        break;
+    case CM_PARENTCOLORCHANGED:
+        CMParentColorChanged(Message);
+        break;
+    case CM_PARENTFONTCHANGED:
+        CMParentFontChanged(Message);
+        break;
+    case CM_PARENTSHOWHINTCHANGED:
+        CMParentShowHintChanged(Message);
+        break;
+    case CM_SYSCOLORCHANGE:
+        CMSysColorChange(Message);
+        break;
+    case CM_DIALOGKEY:
+        CMDialogKey(Message);
+        break;
+    case CM_DIALOGCHAR:
+        CMDialogChar(Message);
+        break;
+    case CM_BUTTONPRESSED:
+        CMButtonPressed(Message);
+        break;
+    case CM_FOCUSCHANGED:
+        CMFocusChanged(Message);
+        break;
+    case CM_CANCELMODE:
+        CMCancelMode(Message);
+        break;
+    default:
+        DefaultHandler(Message);
+        break;
     }
 }
 
 void TControl::DefaultHandler(TMessage& Message) {
     switch (Message.Msg) {
-    case WM_NCHITTEST: Message.Result = HTCLIENT; break;
-    case CM_HITTEST: Message.Result = HTCLIENT; break;
-    default: break;
+    case WM_NCHITTEST:
+        Message.Result = HTCLIENT;
+        break;
+    case CM_HITTEST:
+        Message.Result = HTCLIENT;
+        break;
+    default:
+        break;
     }
 }
 
@@ -300,7 +390,8 @@ void TControl::DoMouseDown(TMessage& Message, TMouseButtonKind Button, TShiftSta
 }
 
 void TControl::DoMouseUp(TMessage& Message, TMouseButtonKind Button) {
-    MouseUp(Button, ShiftStateFromMouse(Message.WParam), GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam));
+    MouseUp(Button, ShiftStateFromMouse(Message.WParam), GET_X_LPARAM(Message.LParam),
+            GET_Y_LPARAM(Message.LParam));
 }
 
 void TControl::WMLButtonDown(TMessage& Message) {
@@ -323,29 +414,40 @@ void TControl::WMLButtonUp(TMessage& Message) {
     if (m_controlStyle.Contains(csCaptureMouse)) SetMouseCapture(false);
     if (m_controlState.Contains(csClicked)) {
         m_controlState.Exclude(csClicked);
-        if (ClientRect().Contains({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)})) Click();
+        if (ClientRect().Contains({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)}))
+            Click();
     }
     DoMouseUp(Message, mbLeft);
 }
 
-void TControl::WMRButtonDown(TMessage& Message) { DoMouseDown(Message, mbRight, {}); }
-void TControl::WMRButtonDblClk(TMessage& Message) { DoMouseDown(Message, mbRight, {ssDouble}); }
+void TControl::WMRButtonDown(TMessage& Message) {
+    DoMouseDown(Message, mbRight, {});
+}
+void TControl::WMRButtonDblClk(TMessage& Message) {
+    DoMouseDown(Message, mbRight, {ssDouble});
+}
 
 void TControl::WMRButtonUp(TMessage& Message) {
     DoMouseUp(Message, mbRight);
     if (m_popupMenu && m_popupMenu->AutoPopup() && !IsDesigning()) {
         m_popupMenu->SetPopupComponent(this);
-        const TPoint p = ClientToScreen({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)});
+        const TPoint p =
+            ClientToScreen({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)});
         m_popupMenu->Popup(p.x, p.y);
         Message.Result = 1;
     }
 }
 
-void TControl::WMMButtonDown(TMessage& Message) { DoMouseDown(Message, mbMiddle, {}); }
-void TControl::WMMButtonUp(TMessage& Message) { DoMouseUp(Message, mbMiddle); }
+void TControl::WMMButtonDown(TMessage& Message) {
+    DoMouseDown(Message, mbMiddle, {});
+}
+void TControl::WMMButtonUp(TMessage& Message) {
+    DoMouseUp(Message, mbMiddle);
+}
 
 void TControl::WMMouseMove(TMessage& Message) {
-    MouseMove(ShiftStateFromMouse(Message.WParam), GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam));
+    MouseMove(ShiftStateFromMouse(Message.WParam), GET_X_LPARAM(Message.LParam),
+              GET_Y_LPARAM(Message.LParam));
 }
 
 void TControl::MouseDown(TMouseButtonKind Button, TShiftState Shift, int X, int Y) {
@@ -387,12 +489,22 @@ void TControl::SendCancelMode() {
     form->ActiveControl()->Perform(CM_CANCELMODE, 0, reinterpret_cast<LPARAM>(this));
 }
 
-void TControl::WMNCHitTest(TMessage& Message) { DefaultHandler(Message); }
-void TControl::CMHitTest(TMessage& Message) { DefaultHandler(Message); }
-void TControl::WMEraseBkgnd(TMessage& Message) { DefaultHandler(Message); }
-void TControl::WMPaint(TMessage& Message) { DefaultHandler(Message); }
+void TControl::WMNCHitTest(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TControl::CMHitTest(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TControl::WMEraseBkgnd(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TControl::WMPaint(TMessage& Message) {
+    DefaultHandler(Message);
+}
 
-void TControl::WMSize(TMessage&) { Resize(); }
+void TControl::WMSize(TMessage&) {
+    Resize();
+}
 
 void TControl::Resize() {
     if (OnResize) OnResize(this);
@@ -400,24 +512,44 @@ void TControl::Resize() {
 
 // A control tells its parent that the pointer entered or left it (LParam: the control).
 void TControl::CMMouseEnter(TMessage& Message) {
-    if (m_parent) m_parent->Perform(CM_MOUSEENTER, 0, Message.LParam ? Message.LParam : reinterpret_cast<LPARAM>(this));
+    if (m_parent)
+        m_parent->Perform(CM_MOUSEENTER, 0,
+                          Message.LParam ? Message.LParam : reinterpret_cast<LPARAM>(this));
 }
 
 void TControl::CMMouseLeave(TMessage& Message) {
-    if (m_parent) m_parent->Perform(CM_MOUSELEAVE, 0, Message.LParam ? Message.LParam : reinterpret_cast<LPARAM>(this));
+    if (m_parent)
+        m_parent->Perform(CM_MOUSELEAVE, 0,
+                          Message.LParam ? Message.LParam : reinterpret_cast<LPARAM>(this));
 }
 
-void TControl::CMEnabledChanged(TMessage&) { Invalidate(); }
+void TControl::CMEnabledChanged(TMessage&) {
+    Invalidate();
+}
 void TControl::CMVisibleChanged(TMessage&) {}
-void TControl::CMColorChanged(TMessage&) { Invalidate(); }
-void TControl::CMFontChanged(TMessage&) { Invalidate(); }
+void TControl::CMColorChanged(TMessage&) {
+    Invalidate();
+}
+void TControl::CMFontChanged(TMessage&) {
+    Invalidate();
+}
 void TControl::CMTextChanged(TMessage&) {}
 void TControl::CMSysColorChange(TMessage&) {}
-void TControl::CMDialogKey(TMessage& Message) { DefaultHandler(Message); }
-void TControl::CMDialogChar(TMessage& Message) { DefaultHandler(Message); }
-void TControl::CMButtonPressed(TMessage& Message) { DefaultHandler(Message); }
-void TControl::CMFocusChanged(TMessage& Message) { DefaultHandler(Message); }
-void TControl::CMCancelMode(TMessage& Message) { DefaultHandler(Message); }
+void TControl::CMDialogKey(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TControl::CMDialogChar(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TControl::CMButtonPressed(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TControl::CMFocusChanged(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TControl::CMCancelMode(TMessage& Message) {
+    DefaultHandler(Message);
+}
 
 void TControl::CMParentColorChanged(TMessage&) {
     if (!m_parentColor || !m_parent) return;
@@ -438,12 +570,18 @@ void TControl::CMParentShowHintChanged(TMessage&) {
     if (m_parentShowHint && m_parent) m_showHint = m_parent->ShowHint();
 }
 
-void TControl::ParentColorChanged() { Perform(CM_PARENTCOLORCHANGED); }
-void TControl::ParentFontChanged() { Perform(CM_PARENTFONTCHANGED); }
+void TControl::ParentColorChanged() {
+    Perform(CM_PARENTCOLORCHANGED);
+}
+void TControl::ParentFontChanged() {
+    Perform(CM_PARENTFONTCHANGED);
+}
 
 // Painting.
 
-void TControl::PaintWindow(TCanvas& canvas) { Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas)); }
+void TControl::PaintWindow(TCanvas& canvas) {
+    Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
+}
 
 TPixelBuffer& TControl::PaintBuffer() {
     const TRect client = ClientRect();
@@ -465,7 +603,9 @@ void TControl::InvalidateRect(const TRect& r) {
     if (!area.IsEmpty()) form->InvalidateFormRect(area);
 }
 
-void TControl::Invalidate() { InvalidateRect(ClientRect()); }
+void TControl::Invalidate() {
+    InvalidateRect(ClientRect());
+}
 
 void TControl::Update() {
     if (TCustomForm* form = ParentForm()) form->PaintPending();

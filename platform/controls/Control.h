@@ -71,18 +71,21 @@ using TCursor = int;
 using TModalResult = int;
 
 QV_ENUM_TYPE(TMouseButtonKind, "mbLeft", "mbRight", "mbMiddle")
-QV_ENUM_TYPE(TShiftStateFlag, "ssShift", "ssAlt", "ssCtrl", "ssLeft", "ssRight", "ssMiddle", "ssDouble")
+QV_ENUM_TYPE(TShiftStateFlag, "ssShift", "ssAlt", "ssCtrl", "ssLeft", "ssRight", "ssMiddle",
+             "ssDouble")
 QV_SET_TYPE(TShiftState, TShiftStateFlag)
 QV_ENUM_TYPE(TAlign, "alNone", "alTop", "alBottom", "alLeft", "alRight", "alClient")
 QV_ENUM_TYPE(TAlignment, "taLeftJustify", "taRightJustify", "taCenter")
 QV_ENUM_TYPE(TDragMode, "dmManual", "dmAutomatic")
 
-using TMouseEvent = std::function<void(TObject* Sender, TMouseButtonKind Button, TShiftState Shift, int X, int Y)>;
+using TMouseEvent =
+    std::function<void(TObject* Sender, TMouseButtonKind Button, TShiftState Shift, int X, int Y)>;
 using TMouseMoveEvent = std::function<void(TObject* Sender, TShiftState Shift, int X, int Y)>;
 using TKeyEvent = std::function<void(TObject* Sender, unsigned& Key, TShiftState Shift)>;
 using TKeyPressEvent = std::function<void(TObject* Sender, char& Key)>;
 using TDragDropEvent = std::function<void(TObject* Sender, TObject* Source, int X, int Y)>;
-using TDragOverEvent = std::function<void(TObject* Sender, TObject* Source, int X, int Y, int State, bool& Accept)>;
+using TDragOverEvent =
+    std::function<void(TObject* Sender, TObject* Source, int X, int Y, int State, bool& Accept)>;
 using TEndDragEvent = std::function<void(TObject* Sender, TObject* Target, int X, int Y)>;
 QV_EVENT_TYPE(TMouseEvent)
 QV_EVENT_TYPE(TMouseMoveEvent)

@@ -9,12 +9,14 @@ namespace qv {
 
 TCustomForm* GetParentForm(const TControl* control) {
     const TControl* c = control;
-    while (c && c->Parent()) c = c->Parent();
+    while (c && c->Parent())
+        c = c->Parent();
     return dynamic_cast<TCustomForm*>(const_cast<TControl*>(c));
 }
 
 const TClassInfo& TCustomForm::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TCustomForm>("TCustomForm", &TWinControl::StaticClassInfo()).Build();
+    static const TClassInfo info =
+        TClassBuilder<TCustomForm>("TCustomForm", &TWinControl::StaticClassInfo()).Build();
     return info;
 }
 
@@ -47,7 +49,8 @@ void TCustomForm::SetWindowState(TWindowState v) {
     if (v == m_windowState) return;
     m_windowState = v;
     if (m_native) {
-        static constexpr TNativeWindowState states[] = {TNativeWindowState::Normal, TNativeWindowState::Minimized,
+        static constexpr TNativeWindowState states[] = {TNativeWindowState::Normal,
+                                                        TNativeWindowState::Minimized,
                                                         TNativeWindowState::Maximized};
         Application().Backend().SetWindowState(m_native, states[v]);
     }
@@ -62,7 +65,8 @@ void TCustomForm::SetActiveControl(TWinControl* control) {
 bool TCustomForm::SetFocusedControl(TWinControl* control) {
     if (control == m_activeControl) return true;
     TWinControl* old = m_activeControl;
-    if (old && old->HandleAllocated()) SendMessage(old->Handle(), WM_KILLFOCUS, control ? control->Handle() : 0);
+    if (old && old->HandleAllocated())
+        SendMessage(old->Handle(), WM_KILLFOCUS, control ? control->Handle() : 0);
     m_activeControl = control;
     // CM_EXIT from the old control up to the common parent, CM_ENTER down to the new one.
     const auto isAncestorOf = [](const TControl* a, const TControl* c) {
@@ -70,10 +74,13 @@ bool TCustomForm::SetFocusedControl(TWinControl* control) {
             if (c == a) return true;
         return false;
     };
-    for (TWinControl* c = old; c && c != this && !isAncestorOf(c, control); c = c->Parent()) c->Perform(CM_EXIT);
+    for (TWinControl* c = old; c && c != this && !isAncestorOf(c, control); c = c->Parent())
+        c->Perform(CM_EXIT);
     std::vector<TWinControl*> entering;
-    for (TWinControl* c = control; c && c != this && !isAncestorOf(c, old); c = c->Parent()) entering.push_back(c);
-    for (auto it = entering.rbegin(); it != entering.rend(); ++it) (*it)->Perform(CM_ENTER);
+    for (TWinControl* c = control; c && c != this && !isAncestorOf(c, old); c = c->Parent())
+        entering.push_back(c);
+    for (auto it = entering.rbegin(); it != entering.rend(); ++it)
+        (*it)->Perform(CM_ENTER);
     FocusChanged();
     if (control) {
         SendMessage(control->Handle(), WM_SETFOCUS, old ? old->Handle() : 0);
@@ -82,7 +89,9 @@ bool TCustomForm::SetFocusedControl(TWinControl* control) {
     return true;
 }
 
-void TCustomForm::FocusChanged() { Perform(CM_FOCUSCHANGED, 0, reinterpret_cast<LPARAM>(m_activeControl)); }
+void TCustomForm::FocusChanged() {
+    Perform(CM_FOCUSCHANGED, 0, reinterpret_cast<LPARAM>(m_activeControl));
+}
 
 void TCustomForm::WndProc(TMessage& Message) {
     if (Message.Msg == WM_GETMINMAXINFO) {
@@ -92,7 +101,9 @@ void TCustomForm::WndProc(TMessage& Message) {
     TWinControl::WndProc(Message);
 }
 
-void TCustomForm::WMGetMinMaxInfo(TMessage& Message) { DefaultHandler(Message); }
+void TCustomForm::WMGetMinMaxInfo(TMessage& Message) {
+    DefaultHandler(Message);
+}
 
 void TCustomForm::UpdateSizeLimits() {
     if (!m_native) return;
@@ -114,9 +125,10 @@ void TCustomForm::CMDialogKey(TMessage& Message) {
             Message.Result = 1;
             return;
         }
-        if ((key == VK_LEFT || key == VK_RIGHT || key == VK_UP || key == VK_DOWN) && m_activeControl &&
-            m_activeControl->Parent()) {
-            m_activeControl->Parent()->SelectNext(m_activeControl, key == VK_RIGHT || key == VK_DOWN, false);
+        if ((key == VK_LEFT || key == VK_RIGHT || key == VK_UP || key == VK_DOWN) &&
+            m_activeControl && m_activeControl->Parent()) {
+            m_activeControl->Parent()->SelectNext(m_activeControl,
+                                                  key == VK_RIGHT || key == VK_DOWN, false);
             Message.Result = 1;
             return;
         }
@@ -144,7 +156,8 @@ void TCustomForm::CMVisibleChanged(TMessage& Message) {
         InvalidateFormRect(ClientRect());
         if (!IsPopupWindow()) Application().SetActiveForm(this); // menus and hints leave it alone
         if (!m_activeControl)
-            if (TWinControl* first = FindNextControl(nullptr, true, true, false)) SetFocusedControl(first);
+            if (TWinControl* first = FindNextControl(nullptr, true, true, false))
+                SetFocusedControl(first);
     } else if (m_native) {
         if (OnHide) OnHide(this);
         backend.SetWindowVisible(m_native, false);
@@ -153,12 +166,12 @@ void TCustomForm::CMVisibleChanged(TMessage& Message) {
 }
 
 void TCustomForm::PlaceOnScreen() {
-    if (m_position != poScreenCenter && m_position != poDesktopCenter && m_position != poMainFormCenter &&
-        m_position != poOwnerFormCenter)
+    if (m_position != poScreenCenter && m_position != poDesktopCenter &&
+        m_position != poMainFormCenter && m_position != poOwnerFormCenter)
         return;
     const TRect area = Application().Backend().WorkArea();
-    SetBounds(area.left + (area.Width() - Width()) / 2, area.top + (area.Height() - Height()) / 2, Width(),
-              Height());
+    SetBounds(area.left + (area.Width() - Width()) / 2, area.top + (area.Height() - Height()) / 2,
+              Width(), Height());
 }
 
 void TCustomForm::CreateNativeWindow() {
@@ -219,7 +232,9 @@ void TCustomForm::DetachFrameStorage() {
     if (m_frame.IsView()) m_frame = TPixelBuffer(m_frame);
 }
 
-void TCustomForm::InvalidateFormRect(const TRect& r) { MergeDamage(Intersect(r, ClientRect())); }
+void TCustomForm::InvalidateFormRect(const TRect& r) {
+    MergeDamage(Intersect(r, ClientRect()));
+}
 
 // Keeps a short list of damaged rectangles; overlapping ones merge, and a long list
 // collapses into its bounding box.
@@ -240,8 +255,8 @@ void TCustomForm::MergeDamage(TRect r) {
     if (m_damage.size() > maxRects) {
         TRect all = m_damage.front();
         for (const TRect& d : m_damage)
-            all = {std::min(all.left, d.left), std::min(all.top, d.top), std::max(all.right, d.right),
-                   std::max(all.bottom, d.bottom)};
+            all = {std::min(all.left, d.left), std::min(all.top, d.top),
+                   std::max(all.right, d.right), std::max(all.bottom, d.bottom)};
         m_damage = {all};
     }
 }
@@ -272,7 +287,9 @@ void TCustomForm::Paint() {
     if (OnPaint) OnPaint(this);
 }
 
-void TCustomForm::WMPaint(TMessage&) { Paint(); }
+void TCustomForm::WMPaint(TMessage&) {
+    Paint();
+}
 
 TModalResult TCustomForm::ShowModal() {
     if (Visible()) throw EInvalidOperation("Cannot make a visible window modal");
@@ -280,7 +297,8 @@ TModalResult TCustomForm::ShowModal() {
     m_modalResult = mrNone;
     ++m_modalLevel;
     Show();
-    while (m_modalResult == mrNone && !app.Terminated()) app.HandleMessage();
+    while (m_modalResult == mrNone && !app.Terminated())
+        app.HandleMessage();
     --m_modalLevel;
     const TModalResult result = m_modalResult;
     Hide();
@@ -304,10 +322,17 @@ void TCustomForm::Close() {
         return;
     }
     switch (action) {
-    case caHide: Hide(); break;
-    case caMinimize: SetWindowState(wsMinimized); break;
-    case caFree: Release(); break;
-    case caNone: break;
+    case caHide:
+        Hide();
+        break;
+    case caMinimize:
+        SetWindowState(wsMinimized);
+        break;
+    case caFree:
+        Release();
+        break;
+    case caNone:
+        break;
     }
 }
 
@@ -321,38 +346,39 @@ void TCustomForm::Release() {
 }
 
 const TClassInfo& TForm::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TForm>("TForm", &TCustomForm::StaticClassInfo())
-                                       .Property("Caption", &TForm::Caption, &TForm::SetCaption)
-                                       .Property("Color", ColorType(), &TForm::Color, &TForm::SetColor)
-                                       .Default(clBtnFace)
-                                       .Object("Font", &TForm::Font)
-                                       .Property("BorderStyle", &TForm::BorderStyle, &TForm::SetBorderStyle)
-                                       .Default(bsSizeable)
-                                       .Property("Position", &TForm::Position, &TForm::SetPosition)
-                                       .Default(poDesigned)
-                                       .Property("WindowState", &TForm::WindowState, &TForm::SetWindowState)
-                                       .Default(wsNormal)
-                                       .Property("FormStyle", &TForm::FormStyle, &TForm::SetFormStyle)
-                                       .Default(fsNormal)
-                                       .Property("KeyPreview", &TForm::KeyPreview, &TForm::SetKeyPreview)
-                                       .Default(false)
-                                       .Property("ClientWidth", &TForm::ClientWidth, &TForm::SetClientWidth)
-                                       .NotStored()
-                                       .Property("ClientHeight", &TForm::ClientHeight, &TForm::SetClientHeight)
-                                       .NotStored()
-                                       .Event("OnCreate", &TForm::OnCreate)
-                                       .Event("OnShow", &TForm::OnShow)
-                                       .Event("OnHide", &TForm::OnHide)
-                                       .Event("OnClose", &TForm::OnClose)
-                                       .Event("OnCloseQuery", &TForm::OnCloseQuery)
-                                       .Event("OnDestroy", &TForm::OnDestroy)
-                                       .Event("OnPaint", &TForm::OnPaint)
-                                       .Event("OnClick", &TForm::OnClick)
-                                       .Event("OnKeyDown", &TForm::OnKeyDown)
-                                       .Event("OnKeyPress", &TForm::OnKeyPress)
-                                       .Event("OnKeyUp", &TForm::OnKeyUp)
-                                       .Event("OnResize", &TForm::OnResize)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TForm>("TForm", &TCustomForm::StaticClassInfo())
+            .Property("Caption", &TForm::Caption, &TForm::SetCaption)
+            .Property("Color", ColorType(), &TForm::Color, &TForm::SetColor)
+            .Default(clBtnFace)
+            .Object("Font", &TForm::Font)
+            .Property("BorderStyle", &TForm::BorderStyle, &TForm::SetBorderStyle)
+            .Default(bsSizeable)
+            .Property("Position", &TForm::Position, &TForm::SetPosition)
+            .Default(poDesigned)
+            .Property("WindowState", &TForm::WindowState, &TForm::SetWindowState)
+            .Default(wsNormal)
+            .Property("FormStyle", &TForm::FormStyle, &TForm::SetFormStyle)
+            .Default(fsNormal)
+            .Property("KeyPreview", &TForm::KeyPreview, &TForm::SetKeyPreview)
+            .Default(false)
+            .Property("ClientWidth", &TForm::ClientWidth, &TForm::SetClientWidth)
+            .NotStored()
+            .Property("ClientHeight", &TForm::ClientHeight, &TForm::SetClientHeight)
+            .NotStored()
+            .Event("OnCreate", &TForm::OnCreate)
+            .Event("OnShow", &TForm::OnShow)
+            .Event("OnHide", &TForm::OnHide)
+            .Event("OnClose", &TForm::OnClose)
+            .Event("OnCloseQuery", &TForm::OnCloseQuery)
+            .Event("OnDestroy", &TForm::OnDestroy)
+            .Event("OnPaint", &TForm::OnPaint)
+            .Event("OnClick", &TForm::OnClick)
+            .Event("OnKeyDown", &TForm::OnKeyDown)
+            .Event("OnKeyPress", &TForm::OnKeyPress)
+            .Event("OnKeyUp", &TForm::OnKeyUp)
+            .Event("OnResize", &TForm::OnResize)
+            .Build();
     return info;
 }
 

@@ -9,25 +9,27 @@
 namespace qv {
 
 const TClassInfo& TMenuItem::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TMenuItem>("TMenuItem", &TComponent::StaticClassInfo())
-                                       .Property("Caption", &TMenuItem::Caption, &TMenuItem::SetCaption)
-                                       .Property("Checked", &TMenuItem::Checked, &TMenuItem::SetChecked)
-                                       .Default(false)
-                                       .Property("Default", &TMenuItem::Default, &TMenuItem::SetDefault)
-                                       .Default(false)
-                                       .Property("Enabled", &TMenuItem::Enabled, &TMenuItem::SetEnabled)
-                                       .Default(true)
-                                       .Property("Visible", &TMenuItem::Visible, &TMenuItem::SetVisible)
-                                       .Default(true)
-                                       .Event("OnClick", &TMenuItem::OnClick)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TMenuItem>("TMenuItem", &TComponent::StaticClassInfo())
+            .Property("Caption", &TMenuItem::Caption, &TMenuItem::SetCaption)
+            .Property("Checked", &TMenuItem::Checked, &TMenuItem::SetChecked)
+            .Default(false)
+            .Property("Default", &TMenuItem::Default, &TMenuItem::SetDefault)
+            .Default(false)
+            .Property("Enabled", &TMenuItem::Enabled, &TMenuItem::SetEnabled)
+            .Default(true)
+            .Property("Visible", &TMenuItem::Visible, &TMenuItem::SetVisible)
+            .Default(true)
+            .Event("OnClick", &TMenuItem::OnClick)
+            .Build();
     return info;
 }
 
 TMenuItem::TMenuItem(TComponent* AOwner) : TComponent(AOwner) {}
 
 TMenuItem::~TMenuItem() {
-    for (TMenuItem* child : m_items) child->m_parent = nullptr;
+    for (TMenuItem* child : m_items)
+        child->m_parent = nullptr;
     if (m_parent) std::erase(m_parent->m_items, this);
 }
 
@@ -47,9 +49,12 @@ void TMenuItem::Click() {
 }
 
 void TMenuItem::SetParentComponent(TComponent* Value) {
-    if (auto* menu = dynamic_cast<TPopupMenu*>(Value)) menu->Items()->Add(this);
-    else if (auto* item = dynamic_cast<TMenuItem*>(Value)) item->Add(this);
-    else if (Value) throw EComponentError("A menu item can only be placed in a menu or another menu item");
+    if (auto* menu = dynamic_cast<TPopupMenu*>(Value))
+        menu->Items()->Add(this);
+    else if (auto* item = dynamic_cast<TMenuItem*>(Value))
+        item->Add(this);
+    else if (Value)
+        throw EComponentError("A menu item can only be placed in a menu or another menu item");
 }
 
 void TMenuItem::GetChildren(const std::function<void(TComponent*)>& Proc, TComponent* Root) const {
@@ -148,8 +153,10 @@ protected:
 
     void KeyDown(unsigned& Key, TShiftState Shift) override {
         TCustomForm::KeyDown(Key, Shift);
-        if (Key == VK_ESCAPE) m_menu.CloseMenu();
-        else if (Key == VK_RETURN) Choose(m_hot);
+        if (Key == VK_ESCAPE)
+            m_menu.CloseMenu();
+        else if (Key == VK_RETURN)
+            Choose(m_hot);
         else if (Key == VK_DOWN || Key == VK_UP) {
             const int n = static_cast<int>(m_rows.size());
             for (int step = 0; step < n; ++step) {
@@ -167,17 +174,21 @@ private:
 };
 
 const TClassInfo& TPopupMenu::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TPopupMenu>("TPopupMenu", &TComponent::StaticClassInfo())
-                                       .Property("AutoPopup", &TPopupMenu::AutoPopup, &TPopupMenu::SetAutoPopup)
-                                       .Default(true)
-                                       .Event("OnPopup", &TPopupMenu::OnPopup)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TPopupMenu>("TPopupMenu", &TComponent::StaticClassInfo())
+            .Property("AutoPopup", &TPopupMenu::AutoPopup, &TPopupMenu::SetAutoPopup)
+            .Default(true)
+            .Event("OnPopup", &TPopupMenu::OnPopup)
+            .Build();
     return info;
 }
 
-TPopupMenu::TPopupMenu(TComponent* AOwner) : TComponent(AOwner), m_items(std::make_unique<TMenuItem>(nullptr)) {}
+TPopupMenu::TPopupMenu(TComponent* AOwner)
+    : TComponent(AOwner), m_items(std::make_unique<TMenuItem>(nullptr)) {}
 
-TPopupMenu::~TPopupMenu() { CloseMenu(); }
+TPopupMenu::~TPopupMenu() {
+    CloseMenu();
+}
 
 void TPopupMenu::SetPopupComponent(TComponent* v) {
     m_popupComponent = v;
@@ -214,6 +225,8 @@ void TPopupMenu::CloseMenu() {
     window->Release();
 }
 
-TCustomForm* TPopupMenu::MenuWindow() const { return m_window; }
+TCustomForm* TPopupMenu::MenuWindow() const {
+    return m_window;
+}
 
 } // namespace qv

@@ -20,12 +20,17 @@ struct TMessage {
 };
 
 constexpr LPARAM MAKELPARAM(int low, int high) {
-    return static_cast<LPARAM>((static_cast<std::uint32_t>(static_cast<std::uint16_t>(low))) |
-                               (static_cast<std::uint32_t>(static_cast<std::uint16_t>(high)) << 16));
+    return static_cast<LPARAM>(
+        (static_cast<std::uint32_t>(static_cast<std::uint16_t>(low))) |
+        (static_cast<std::uint32_t>(static_cast<std::uint16_t>(high)) << 16));
 }
 // The signed x and y packed into a mouse message's LParam.
-constexpr int GET_X_LPARAM(LPARAM l) { return static_cast<std::int16_t>(l & 0xFFFF); }
-constexpr int GET_Y_LPARAM(LPARAM l) { return static_cast<std::int16_t>((l >> 16) & 0xFFFF); }
+constexpr int GET_X_LPARAM(LPARAM l) {
+    return static_cast<std::int16_t>(l & 0xFFFF);
+}
+constexpr int GET_Y_LPARAM(LPARAM l) {
+    return static_cast<std::int16_t>((l >> 16) & 0xFFFF);
+}
 
 // Window messages.
 constexpr UINT WM_NULL = 0x0000;

@@ -7,13 +7,14 @@
 namespace qv {
 
 const TClassInfo& TTimer::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TTimer>("TTimer", &TComponent::StaticClassInfo())
-                                       .Property("Enabled", &TTimer::Enabled, &TTimer::SetEnabled)
-                                       .Default(true)
-                                       .Property("Interval", &TTimer::Interval, &TTimer::SetInterval)
-                                       .Default(1000u)
-                                       .Event("OnTimer", &TTimer::GetOnTimer, &TTimer::SetOnTimer)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TTimer>("TTimer", &TComponent::StaticClassInfo())
+            .Property("Enabled", &TTimer::Enabled, &TTimer::SetEnabled)
+            .Default(true)
+            .Property("Interval", &TTimer::Interval, &TTimer::SetInterval)
+            .Default(1000u)
+            .Event("OnTimer", &TTimer::GetOnTimer, &TTimer::SetOnTimer)
+            .Build();
     return info;
 }
 

@@ -12,7 +12,8 @@
 namespace qv {
 
 const TClassInfo& TWinControl::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TWinControl>("TWinControl", &TControl::StaticClassInfo()).Build();
+    static const TClassInfo info =
+        TClassBuilder<TWinControl>("TWinControl", &TControl::StaticClassInfo()).Build();
     return info;
 }
 
@@ -56,9 +57,9 @@ void TWinControl::RemoveControl(TControl* control) {
     if (it == m_controls.end()) return;
     control->Invalidate();
     if (auto* win = dynamic_cast<TWinControl*>(control)) {
-        if (TCustomForm* form = ParentForm(); form && form->ActiveControl() &&
-                                              (form->ActiveControl() == win ||
-                                               GetParentForm(form->ActiveControl()) == form)) {
+        if (TCustomForm* form = ParentForm();
+            form && form->ActiveControl() &&
+            (form->ActiveControl() == win || GetParentForm(form->ActiveControl()) == form)) {
             for (TControl* c = form->ActiveControl(); c; c = c->Parent())
                 if (c == win) {
                     form->SetFocusedControl(nullptr);
@@ -80,7 +81,9 @@ void TWinControl::MoveToBack(TControl* control) {
     control->Invalidate();
 }
 
-TRect TWinControl::ClientRect() const { return {0, 0, Width(), Height()}; }
+TRect TWinControl::ClientRect() const {
+    return {0, 0, Width(), Height()};
+}
 
 TControl* TWinControl::ControlAtPos(TPoint pos, bool allowDisabled, bool allowWinControls) const {
     for (auto it = m_controls.rbegin(); it != m_controls.rend(); ++it) {
@@ -91,7 +94,8 @@ TControl* TWinControl::ControlAtPos(TPoint pos, bool allowDisabled, bool allowWi
         if (!c->BoundsRect().Contains(pos)) continue;
         const LPARAM local = MAKELPARAM(pos.x - c->Left(), pos.y - c->Top());
         // Windowed controls answer the window hit test; graphic ones the control hit test.
-        if (windowed ? c->Perform(WM_NCHITTEST, 0, local) == HTTRANSPARENT : c->Perform(CM_HITTEST, 0, local) == 0)
+        if (windowed ? c->Perform(WM_NCHITTEST, 0, local) == HTTRANSPARENT
+                     : c->Perform(CM_HITTEST, 0, local) == 0)
             continue;
         return c;
     }
@@ -106,7 +110,8 @@ void TWinControl::Broadcast(TMessage& Message) {
     }
 }
 
-void TWinControl::GetChildren(const std::function<void(TComponent*)>& Proc, TComponent* Root) const {
+void TWinControl::GetChildren(const std::function<void(TComponent*)>& Proc,
+                              TComponent* Root) const {
     TControl::GetChildren(Proc, Root);
     for (TControl* c : m_controls)
         if (c->Owner() == Root) Proc(c);
@@ -149,12 +154,16 @@ void TWinControl::AlignControls(TRect& rect) {
                 c->SetBounds(rect.right - c->Width(), rect.top, c->Width(), rect.Height());
                 rect.right -= c->Width();
                 break;
-            case alClient: c->SetBounds(rect.left, rect.top, rect.Width(), rect.Height()); break;
-            case alNone: break;
+            case alClient:
+                c->SetBounds(rect.left, rect.top, rect.Width(), rect.Height());
+                break;
+            case alNone:
+                break;
             }
         }
     };
-    for (TAlign a : {alTop, alBottom, alLeft, alRight, alClient}) place(a);
+    for (TAlign a : {alTop, alBottom, alLeft, alRight, alClient})
+        place(a);
 }
 
 // Focus.
@@ -177,7 +186,8 @@ void TWinControl::SetTabOrder(int value) {
     if (!parent) return;
     auto& list = parent->m_tabList;
     std::erase(list, this);
-    const auto index = static_cast<std::size_t>(std::clamp(value, 0, static_cast<int>(list.size())));
+    const auto index =
+        static_cast<std::size_t>(std::clamp(value, 0, static_cast<int>(list.size())));
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(index), this);
 }
 
@@ -188,7 +198,9 @@ void TWinControl::Loaded() {
     for (TWinControl* w : m_tabList)
         if (w->m_pendingTabOrder >= 0) ordered.push_back(w);
     std::stable_sort(ordered.begin(), ordered.end(),
-                     [](const TWinControl* a, const TWinControl* b) { return a->m_pendingTabOrder < b->m_pendingTabOrder; });
+                     [](const TWinControl* a, const TWinControl* b) {
+                         return a->m_pendingTabOrder < b->m_pendingTabOrder;
+                     });
     for (TWinControl* w : ordered) {
         const int order = std::exchange(w->m_pendingTabOrder, -1);
         w->SetTabOrder(order);
@@ -236,13 +248,16 @@ TWinControl* TWinControl::FindNextControl(TWinControl* current, bool goForward, 
         i = goForward ? (i + 1) % count : (i + count - 1) % count;
         TWinControl* c = list[static_cast<std::size_t>(i)];
         if (c == current && n < count - 1) continue;
-        if ((!checkTabStop || c->TabStop()) && (!checkParent || c->Parent() == this) && c->CanFocus()) return c;
+        if ((!checkTabStop || c->TabStop()) && (!checkParent || c->Parent() == this) &&
+            c->CanFocus())
+            return c;
     }
     return nullptr;
 }
 
 void TWinControl::SelectNext(TWinControl* current, bool goForward, bool checkTabStop) {
-    if (TWinControl* next = FindNextControl(current, goForward, checkTabStop, !checkTabStop)) next->SetFocus();
+    if (TWinControl* next = FindNextControl(current, goForward, checkTabStop, !checkTabStop))
+        next->SetFocus();
 }
 
 // Keyboard.
@@ -250,15 +265,22 @@ void TWinControl::SelectNext(TWinControl* current, bool goForward, bool checkTab
 bool TWinControl::DoDialogKey(unsigned key, LPARAM keyData) {
     LRESULT mask = 0;
     switch (key) {
-    case VK_TAB: mask = DLGC_WANTTAB; break;
+    case VK_TAB:
+        mask = DLGC_WANTTAB;
+        break;
     case VK_LEFT:
     case VK_RIGHT:
     case VK_UP:
-    case VK_DOWN: mask = DLGC_WANTARROWS; break;
+    case VK_DOWN:
+        mask = DLGC_WANTARROWS;
+        break;
     case VK_RETURN:
     case VK_ESCAPE:
-    case VK_CANCEL: mask = DLGC_WANTALLKEYS; break;
-    default: return false;
+    case VK_CANCEL:
+        mask = DLGC_WANTALLKEYS;
+        break;
+    default:
+        return false;
     }
     if (Perform(WM_GETDLGCODE) & mask) return false;
     TCustomForm* form = ParentForm();
@@ -307,7 +329,8 @@ void TWinControl::WMChar(TMessage& Message) {
 void TWinControl::WMSysChar(TMessage& Message) {
     TCustomForm* form = ParentForm();
     if (!form) form = dynamic_cast<TCustomForm*>(this);
-    if (form && form->Perform(CM_DIALOGCHAR, Message.WParam, Message.LParam | KF_ALTDOWN_LPARAM) != 0)
+    if (form &&
+        form->Perform(CM_DIALOGCHAR, Message.WParam, Message.LParam | KF_ALTDOWN_LPARAM) != 0)
         Message.Result = 1;
 }
 
@@ -331,27 +354,45 @@ void TWinControl::DoExit() {
     if (OnExit) OnExit(this);
 }
 
-void TWinControl::WMSetFocus(TMessage& Message) { DefaultHandler(Message); }
-void TWinControl::WMKillFocus(TMessage& Message) { DefaultHandler(Message); }
-void TWinControl::WMGetDlgCode(TMessage& Message) { DefaultHandler(Message); }
-void TWinControl::CMEnter(TMessage&) { DoEnter(); }
-void TWinControl::CMExit(TMessage&) { DoExit(); }
+void TWinControl::WMSetFocus(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TWinControl::WMKillFocus(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TWinControl::WMGetDlgCode(TMessage& Message) {
+    DefaultHandler(Message);
+}
+void TWinControl::CMEnter(TMessage&) {
+    DoEnter();
+}
+void TWinControl::CMExit(TMessage&) {
+    DoExit();
+}
 
-void TWinControl::CMDialogKey(TMessage& Message) { Broadcast(Message); }
-void TWinControl::CMDialogChar(TMessage& Message) { Broadcast(Message); }
-void TWinControl::CMFocusChanged(TMessage& Message) { Broadcast(Message); }
+void TWinControl::CMDialogKey(TMessage& Message) {
+    Broadcast(Message);
+}
+void TWinControl::CMDialogChar(TMessage& Message) {
+    Broadcast(Message);
+}
+void TWinControl::CMFocusChanged(TMessage& Message) {
+    Broadcast(Message);
+}
 
 void TWinControl::CMColorChanged(TMessage& Message) {
     m_brush.SetColor(Color());
     TControl::CMColorChanged(Message);
     TMessage m{CM_PARENTCOLORCHANGED, 0, 0, 0};
-    for (TControl* c : std::vector<TControl*>(m_controls)) c->WndProc(m);
+    for (TControl* c : std::vector<TControl*>(m_controls))
+        c->WndProc(m);
 }
 
 void TWinControl::CMFontChanged(TMessage& Message) {
     TControl::CMFontChanged(Message);
     TMessage m{CM_PARENTFONTCHANGED, 0, 0, 0};
-    for (TControl* c : std::vector<TControl*>(m_controls)) c->WndProc(m);
+    for (TControl* c : std::vector<TControl*>(m_controls))
+        c->WndProc(m);
 }
 
 void TWinControl::CMEnabledChanged(TMessage& Message) {
@@ -370,29 +411,50 @@ void TWinControl::CMVisibleChanged(TMessage& Message) {
 
 void TWinControl::CMSysColorChange(TMessage& Message) {
     TControl::CMSysColorChange(Message);
-    for (TControl* c : std::vector<TControl*>(m_controls)) c->Perform(CM_SYSCOLORCHANGE);
+    for (TControl* c : std::vector<TControl*>(m_controls))
+        c->Perform(CM_SYSCOLORCHANGE);
     Invalidate();
 }
 
 void TWinControl::CMParentShowHintChanged(TMessage& Message) {
     TControl::CMParentShowHintChanged(Message);
-    for (TControl* c : std::vector<TControl*>(m_controls)) c->Perform(CM_PARENTSHOWHINTCHANGED);
+    for (TControl* c : std::vector<TControl*>(m_controls))
+        c->Perform(CM_PARENTSHOWHINTCHANGED);
 }
 
 void TWinControl::WndProc(TMessage& Message) {
     switch (Message.Msg) {
     case WM_KEYDOWN:
-    case WM_SYSKEYDOWN: WMKeyDown(Message); return;
+    case WM_SYSKEYDOWN:
+        WMKeyDown(Message);
+        return;
     case WM_KEYUP:
-    case WM_SYSKEYUP: WMKeyUp(Message); return;
-    case WM_CHAR: WMChar(Message); return;
-    case WM_SYSCHAR: WMSysChar(Message); return;
-    case WM_SETFOCUS: WMSetFocus(Message); return;
-    case WM_KILLFOCUS: WMKillFocus(Message); return;
-    case WM_GETDLGCODE: WMGetDlgCode(Message); return;
-    case CM_ENTER: CMEnter(Message); return;
-    case CM_EXIT: CMExit(Message); return;
-    default: TControl::WndProc(Message);
+    case WM_SYSKEYUP:
+        WMKeyUp(Message);
+        return;
+    case WM_CHAR:
+        WMChar(Message);
+        return;
+    case WM_SYSCHAR:
+        WMSysChar(Message);
+        return;
+    case WM_SETFOCUS:
+        WMSetFocus(Message);
+        return;
+    case WM_KILLFOCUS:
+        WMKillFocus(Message);
+        return;
+    case WM_GETDLGCODE:
+        WMGetDlgCode(Message);
+        return;
+    case CM_ENTER:
+        CMEnter(Message);
+        return;
+    case CM_EXIT:
+        CMExit(Message);
+        return;
+    default:
+        TControl::WndProc(Message);
     }
 }
 
@@ -482,8 +544,9 @@ void TWinControl::PaintControls(TPixelBuffer& surface, const TRect& area) {
 
 void TWinControl::PaintTree(TPixelBuffer& frame, TPoint origin, const TRect& clip) {
     const TRect client = ClientRect();
-    const TRect visible = Intersect(Intersect(clip, Bounds(origin.x, origin.y, client.Width(), client.Height())),
-                                    frame.Bounds());
+    const TRect visible =
+        Intersect(Intersect(clip, Bounds(origin.x, origin.y, client.Width(), client.Height())),
+                  frame.Bounds());
     if (visible.IsEmpty()) return;
     PaintPixelsOf(*this, frame, origin, visible, [this](TPixelBuffer& pixels, const TRect& local) {
         const TRegion own = OwnPaintClip(local);
@@ -507,7 +570,9 @@ const TClassInfo& TGraphicControl::StaticClassInfo() {
 
 TGraphicControl::TGraphicControl(TComponent* AOwner) : TControl(AOwner) {}
 
-void TGraphicControl::WMPaint(TMessage&) { Paint(); }
+void TGraphicControl::WMPaint(TMessage&) {
+    Paint();
+}
 
 const TClassInfo& TCustomControl::StaticClassInfo() {
     static const TClassInfo info =
@@ -517,6 +582,8 @@ const TClassInfo& TCustomControl::StaticClassInfo() {
 
 TCustomControl::TCustomControl(TComponent* AOwner) : TWinControl(AOwner) {}
 
-void TCustomControl::WMPaint(TMessage&) { Paint(); }
+void TCustomControl::WMPaint(TMessage&) {
+    Paint();
+}
 
 } // namespace qv

@@ -111,9 +111,9 @@ private:
     static void PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint origin,
                               const TRect& visible, const TPaintPixels& paint);
     TRegion OwnPaintClip(const TRect& area) const;
-    std::vector<TControl*> m_controls; // z-order, bottom first; not owned: the owner frees them
+    std::vector<TControl*> m_controls;   // z-order, bottom first; not owned: the owner frees them
     std::vector<TWinControl*> m_tabList; // the windowed children in tab order
-    int m_pendingTabOrder{-1};         // a tab order read from a form file, applied in Loaded
+    int m_pendingTabOrder{-1};           // a tab order read from a form file, applied in Loaded
     HWND m_handle{0};
     bool m_tabStop{false};
     TBrush m_brush;

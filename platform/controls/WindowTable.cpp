@@ -84,12 +84,20 @@ HWND RegisterWindowProc(TWndMethod proc) {
     return hwnd;
 }
 
-void UnregisterWindowProc(HWND hwnd) { Table().windows.erase(hwnd); }
+void UnregisterWindowProc(HWND hwnd) {
+    Table().windows.erase(hwnd);
+}
 
-bool IsWindow(HWND hwnd) { return Table().windows.count(hwnd) != 0; }
+bool IsWindow(HWND hwnd) {
+    return Table().windows.count(hwnd) != 0;
+}
 
-HWND AllocateHWnd(TWndMethod proc) { return RegisterWindowProc(std::move(proc)); }
-void DeallocateHWnd(HWND hwnd) { UnregisterWindowProc(hwnd); }
+HWND AllocateHWnd(TWndMethod proc) {
+    return RegisterWindowProc(std::move(proc));
+}
+void DeallocateHWnd(HWND hwnd) {
+    UnregisterWindowProc(hwnd);
+}
 
 LRESULT SendMessage(HWND hwnd, TMessage& message) {
     auto& t = Table();
@@ -113,7 +121,9 @@ bool PostMessage(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
     return true;
 }
 
-void QueueCall(std::function<void()> call) { Enqueue(std::move(call)); }
+void QueueCall(std::function<void()> call) {
+    Enqueue(std::move(call));
+}
 
 bool DispatchOnePosted() {
     TQueued item;
@@ -165,7 +175,9 @@ TWindowHook& TWindowHook::operator=(TWindowHook&& other) noexcept {
     return *this;
 }
 
-TWindowHook::~TWindowHook() { Remove(); }
+TWindowHook::~TWindowHook() {
+    Remove();
+}
 
 void TWindowHook::Remove() {
     if (!m_id) return;

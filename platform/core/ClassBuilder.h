@@ -3,7 +3,8 @@
 // call, in declaration order:
 //
 //   const TClassInfo& TqLed::StaticClassInfo() {
-//       static const TClassInfo info = TClassBuilder<TqLed>("TqLed", &TGraphicControl::StaticClassInfo())
+//       static const TClassInfo info = TClassBuilder<TqLed>("TqLed",
+//       &TGraphicControl::StaticClassInfo())
 //           .Property("LedStyle", &TqLed::LedStyle, &TqLed::SetLedStyle).Default(lstRound)
 //           .Event("OnMouseEnter", &TqLed::OnMouseEnter)
 //           .Build();
@@ -30,16 +31,20 @@ namespace detail {
 template <class T> struct IsSet : std::false_type {};
 template <class E> struct IsSet<TSet<E>> : std::true_type {};
 
-template <class V> constexpr bool IsOrdinal =
-    std::is_integral_v<V> || std::is_enum_v<V> || IsSet<V>::value;
+template <class V>
+constexpr bool IsOrdinal = std::is_integral_v<V> || std::is_enum_v<V> || IsSet<V>::value;
 
 template <class V> std::int64_t ToOrd(const V& v) {
-    if constexpr (IsSet<V>::value) return static_cast<std::int64_t>(v.Bits());
-    else return static_cast<std::int64_t>(v);
+    if constexpr (IsSet<V>::value)
+        return static_cast<std::int64_t>(v.Bits());
+    else
+        return static_cast<std::int64_t>(v);
 }
 template <class V> V FromOrd(std::int64_t n) {
-    if constexpr (IsSet<V>::value) return V::FromBits(static_cast<std::uint64_t>(n));
-    else return static_cast<V>(n);
+    if constexpr (IsSet<V>::value)
+        return V::FromBits(static_cast<std::uint64_t>(n));
+    else
+        return static_cast<V>(n);
 }
 } // namespace detail
 
@@ -66,7 +71,9 @@ public:
         using V = std::decay_t<std::invoke_result_t<G, const C&>>;
         auto p = NewProperty(std::move(name), type);
         if constexpr (detail::IsOrdinal<V>) {
-            p->getOrd = [get](const TObject& o) { return detail::ToOrd(std::invoke(get, Self(o))); };
+            p->getOrd = [get](const TObject& o) {
+                return detail::ToOrd(std::invoke(get, Self(o)));
+            };
             if constexpr (!std::is_same_v<S, TDiscardWrites>)
                 p->setOrd = [set](TObject& o, std::int64_t v) {
                     std::invoke(set, Self(o), detail::FromOrd<V>(v));
@@ -80,9 +87,13 @@ public:
                     std::invoke(set, Self(o), static_cast<V>(v));
                 };
         } else if constexpr (std::is_convertible_v<V, std::string>) {
-            p->getString = [get](const TObject& o) { return std::string(std::invoke(get, Self(o))); };
+            p->getString = [get](const TObject& o) {
+                return std::string(std::invoke(get, Self(o)));
+            };
             if constexpr (!std::is_same_v<S, TDiscardWrites>)
-                p->setString = [set](TObject& o, const std::string& v) { std::invoke(set, Self(o), v); };
+                p->setString = [set](TObject& o, const std::string& v) {
+                    std::invoke(set, Self(o), v);
+                };
         } else {
             static_assert(detail::IsOrdinal<V>, "unsupported published property type");
         }
@@ -145,7 +156,9 @@ public:
         using F = std::decay_t<std::invoke_result_t<G, const C&>>;
         auto p = NewProperty(std::move(name), TypeInfoOf<F>());
         p->getMethod = [get](const TObject& o) { return std::any(std::invoke(get, Self(o))); };
-        p->hasMethod = [get](const TObject& o) { return static_cast<bool>(std::invoke(get, Self(o))); };
+        p->hasMethod = [get](const TObject& o) {
+            return static_cast<bool>(std::invoke(get, Self(o)));
+        };
         p->setMethod = [set, name = p->name](TObject& o, const std::any& v) {
             if (!v.has_value()) {
                 std::invoke(set, Self(o), F{});

@@ -19,7 +19,8 @@ TClassTable& Table() {
     static TClassTable table;
     return table;
 }
-const TClassInfo* FindLocked(const std::vector<const TClassInfo*>& classes, const std::string& name) {
+const TClassInfo* FindLocked(const std::vector<const TClassInfo*>& classes,
+                             const std::string& name) {
     for (const TClassInfo* c : classes)
         if (strcasecmp(c->name.c_str(), name.c_str()) == 0) return c;
     return nullptr;
@@ -36,7 +37,8 @@ void RegisterClass(const TClassInfo& cls) {
 }
 
 void RegisterClasses(std::initializer_list<const TClassInfo*> classes) {
-    for (const TClassInfo* c : classes) RegisterClass(*c);
+    for (const TClassInfo* c : classes)
+        RegisterClass(*c);
 }
 
 void UnRegisterClass(const TClassInfo& cls) {

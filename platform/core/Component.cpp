@@ -98,13 +98,18 @@ void TComponent::SetName(const std::string& NewName) {
 }
 
 void TComponent::SetDesigning(bool value, bool setChildren) {
-    if (value) m_state.Include(csDesigning);
-    else m_state.Exclude(csDesigning);
+    if (value)
+        m_state.Include(csDesigning);
+    else
+        m_state.Exclude(csDesigning);
     if (setChildren)
-        for (TComponent* c : m_components) c->SetDesigning(value);
+        for (TComponent* c : m_components)
+            c->SetDesigning(value);
 }
 
-void TComponent::BeginLoading() { m_state.Include(csLoading).Include(csReading); }
+void TComponent::BeginLoading() {
+    m_state.Include(csLoading).Include(csReading);
+}
 
 void TComponent::FreeNotification(TComponent* component) {
     if (!component || component == this) return;
@@ -140,12 +145,15 @@ void TComponent::Notification(TComponent* AComponent, TOperation Operation) {
             c->Notification(AComponent, Operation);
 }
 
-void TComponent::Loaded() { m_state.Exclude(csLoading); }
+void TComponent::Loaded() {
+    m_state.Exclude(csLoading);
+}
 
 void TComponent::Destroying() {
     if (m_state.Contains(csDestroying)) return;
     m_state.Include(csDestroying);
-    for (TComponent* c : m_components) c->Destroying();
+    for (TComponent* c : m_components)
+        c->Destroying();
 }
 
 void TComponent::GetChildren(const std::function<void(TComponent*)>& Proc, TComponent* Root) const {
@@ -155,8 +163,10 @@ void TComponent::GetChildren(const std::function<void(TComponent*)>& Proc, TComp
 }
 
 void TComponent::SetEventHandlerName(const std::string& event, const std::string& handler) {
-    if (handler.empty()) m_handlerNames.erase(event);
-    else m_handlerNames[event] = handler;
+    if (handler.empty())
+        m_handlerNames.erase(event);
+    else
+        m_handlerNames[event] = handler;
 }
 
 } // namespace qv

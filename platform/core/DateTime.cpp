@@ -30,16 +30,21 @@ TDateTime SystemNow() {
     const std::time_t t = std::chrono::system_clock::to_time_t(now);
     std::tm local{};
     localtime_r(&t, &local);
-    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
+    const auto ms =
+        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() %
+        1000;
     return EncodeDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) +
-           EncodeTime(local.tm_hour, local.tm_min, std::min(local.tm_sec, 59), static_cast<int>(ms));
+           EncodeTime(local.tm_hour, local.tm_min, std::min(local.tm_sec, 59),
+                      static_cast<int>(ms));
 }
 
 // Days from 0001-01-01 to the given date, proleptic Gregorian.
 std::int64_t DayNumber(int year, int month, int day) {
-    static constexpr std::array<int, 12> before = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
+    static constexpr std::array<int, 12> before = {0,   31,  59,  90,  120, 151,
+                                                   181, 212, 243, 273, 304, 334};
     const std::int64_t y = year - 1;
-    std::int64_t days = y * 365 + y / 4 - y / 100 + y / 400 + before[static_cast<std::size_t>(month - 1)] + day - 1;
+    std::int64_t days =
+        y * 365 + y / 4 - y / 100 + y / 400 + before[static_cast<std::size_t>(month - 1)] + day - 1;
     if (month > 2 && IsLeapYear(year)) ++days;
     return days;
 }
@@ -48,9 +53,9 @@ constexpr std::int64_t kEpochDayNumber = 693593; // DayNumber(1899, 12, 30)
 
 const std::array<const char*, 12> kShortMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-const std::array<const char*, 12> kLongMonths = {"January", "February", "March",     "April",
-                                                 "May",     "June",     "July",      "August",
-                                                 "September", "October", "November", "December"};
+const std::array<const char*, 12> kLongMonths = {"January",   "February", "March",    "April",
+                                                 "May",       "June",     "July",     "August",
+                                                 "September", "October",  "November", "December"};
 const std::array<const char*, 7> kShortDays = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
 const std::array<const char*, 7> kLongDays = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                               "Thursday", "Friday", "Saturday"};
@@ -73,13 +78,17 @@ TDateTime Now() {
     return source ? source() : SystemNow();
 }
 
-TDateTime Date() { return std::floor(Now()); }
+TDateTime Date() {
+    return std::floor(Now());
+}
 TDateTime Time() {
     const TDateTime now = Now();
     return now - std::floor(now);
 }
 
-bool IsLeapYear(int year) { return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0; }
+bool IsLeapYear(int year) {
+    return (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
+}
 
 TDateTime EncodeTime(int hour, int minute, int second, int millisecond) {
     if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59 ||
@@ -91,7 +100,8 @@ TDateTime EncodeTime(int hour, int minute, int second, int millisecond) {
 TDateTime EncodeDate(int year, int month, int day) {
     static constexpr std::array<int, 12> lengths = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     if (year < 1 || year > 9999 || month < 1 || month > 12 || day < 1 ||
-        day > lengths[static_cast<std::size_t>(month - 1)] + (month == 2 && IsLeapYear(year) ? 1 : 0))
+        day >
+            lengths[static_cast<std::size_t>(month - 1)] + (month == 2 && IsLeapYear(year) ? 1 : 0))
         throw EConvertError("Invalid argument to date encode");
     return static_cast<TDateTime>(DayNumber(year, month, day) - kEpochDayNumber);
 }
@@ -125,7 +135,8 @@ TDateParts DecodeDate(TDateTime value) {
     static constexpr std::array<int, 12> lengths = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     int month = 0;
     for (; month < 12; ++month) {
-        const int len = lengths[static_cast<std::size_t>(month)] + (month == 1 && IsLeapYear(d.year) ? 1 : 0);
+        const int len =
+            lengths[static_cast<std::size_t>(month)] + (month == 1 && IsLeapYear(d.year) ? 1 : 0);
         if (days < len) break;
         days -= len;
     }
@@ -156,10 +167,12 @@ private:
         for (std::size_t i = 0; i < f.size(); ++i) {
             if (f[i] == '"' || f[i] == '\'') {
                 const char q = f[i];
-                while (++i < f.size() && f[i] != q) {}
+                while (++i < f.size() && f[i] != q) {
+                }
                 continue;
             }
-            if (Starts(f.substr(i), "am/pm") || Starts(f.substr(i), "a/p") || Starts(f.substr(i), "ampm"))
+            if (Starts(f.substr(i), "am/pm") || Starts(f.substr(i), "a/p") ||
+                Starts(f.substr(i), "ampm"))
                 return true;
         }
         return false;
@@ -174,7 +187,8 @@ private:
     static std::size_t Run(std::string_view f, std::size_t i) {
         const char c = static_cast<char>(std::tolower(static_cast<unsigned char>(f[i])));
         std::size_t n = 1;
-        while (i + n < f.size() && std::tolower(static_cast<unsigned char>(f[i + n])) == c) ++n;
+        while (i + n < f.size() && std::tolower(static_cast<unsigned char>(f[i + n])) == c)
+            ++n;
         return n;
     }
 
@@ -190,19 +204,22 @@ private:
             const char c = static_cast<char>(std::tolower(static_cast<unsigned char>(raw)));
             if (raw == '"' || raw == '\'') {
                 std::size_t j = i + 1;
-                while (j < f.size() && f[j] != raw) out += f[j++];
+                while (j < f.size() && f[j] != raw)
+                    out += f[j++];
                 i = j + 1;
                 continue;
             }
             if (Starts(f.substr(i), "am/pm")) {
                 const bool pm = m_time.hour >= 12;
-                out += std::isupper(static_cast<unsigned char>(raw)) ? (pm ? "PM" : "AM") : (pm ? "pm" : "am");
+                out += std::isupper(static_cast<unsigned char>(raw)) ? (pm ? "PM" : "AM")
+                                                                     : (pm ? "pm" : "am");
                 i += 5;
                 continue;
             }
             if (Starts(f.substr(i), "a/p")) {
                 const bool pm = m_time.hour >= 12;
-                out += std::isupper(static_cast<unsigned char>(raw)) ? (pm ? "P" : "A") : (pm ? "p" : "a");
+                out += std::isupper(static_cast<unsigned char>(raw)) ? (pm ? "P" : "A")
+                                                                     : (pm ? "p" : "a");
                 i += 3;
                 continue;
             }
@@ -218,26 +235,40 @@ private:
                 m_afterHour = true;
                 i += std::min<std::size_t>(n, 2);
                 continue;
-            case 'n': out += n >= 2 ? Two(m_time.minute) : std::to_string(m_time.minute); break;
-            case 's': out += n >= 2 ? Two(m_time.second) : std::to_string(m_time.second); break;
+            case 'n':
+                out += n >= 2 ? Two(m_time.minute) : std::to_string(m_time.minute);
+                break;
+            case 's':
+                out += n >= 2 ? Two(m_time.second) : std::to_string(m_time.second);
+                break;
             case 'z': {
                 const std::string ms = std::to_string(m_time.millisecond);
                 out += n >= 3 ? std::string(3 - ms.size(), '0') + ms : ms;
                 break;
             }
             case 'm':
-                if (m_afterHour && n <= 2) out += n == 2 ? Two(m_time.minute) : std::to_string(m_time.minute);
-                else if (n == 1) out += std::to_string(m_date.month);
-                else if (n == 2) out += Two(m_date.month);
-                else if (n == 3) out += kShortMonths[static_cast<std::size_t>(m_date.month - 1)];
-                else out += kLongMonths[static_cast<std::size_t>(m_date.month - 1)];
+                if (m_afterHour && n <= 2)
+                    out += n == 2 ? Two(m_time.minute) : std::to_string(m_time.minute);
+                else if (n == 1)
+                    out += std::to_string(m_date.month);
+                else if (n == 2)
+                    out += Two(m_date.month);
+                else if (n == 3)
+                    out += kShortMonths[static_cast<std::size_t>(m_date.month - 1)];
+                else
+                    out += kLongMonths[static_cast<std::size_t>(m_date.month - 1)];
                 break;
             case 'd':
-                if (n == 1) out += std::to_string(m_date.day);
-                else if (n == 2) out += Two(m_date.day);
-                else if (n == 3) out += kShortDays[static_cast<std::size_t>(m_weekday)];
-                else if (n == 4) out += kLongDays[static_cast<std::size_t>(m_weekday)];
-                else out += TDateFormatter("m/d/yyyy", m_value).Run();
+                if (n == 1)
+                    out += std::to_string(m_date.day);
+                else if (n == 2)
+                    out += Two(m_date.day);
+                else if (n == 3)
+                    out += kShortDays[static_cast<std::size_t>(m_weekday)];
+                else if (n == 4)
+                    out += kLongDays[static_cast<std::size_t>(m_weekday)];
+                else
+                    out += TDateFormatter("m/d/yyyy", m_value).Run();
                 break;
             case 'y':
                 out += n <= 2 ? Two(m_date.year % 100) : std::to_string(m_date.year);
@@ -247,8 +278,13 @@ private:
                 if (m_time.hour || m_time.minute || m_time.second)
                     out += TDateFormatter(" h:nn:ss AMPM", m_value).Run();
                 break;
-            case 't': out += TDateFormatter(n >= 2 ? "h:nn:ss AMPM" : "h:nn AMPM", m_value).Run(); break;
-            default: out += raw; i += 1; continue;
+            case 't':
+                out += TDateFormatter(n >= 2 ? "h:nn:ss AMPM" : "h:nn AMPM", m_value).Run();
+                break;
+            default:
+                out += raw;
+                i += 1;
+                continue;
             }
             if (c != 'h' && c != 'm' && c != 'n' && c != ':' && c != ' ') m_afterHour = false;
             if (c == 'm') m_afterHour = false;

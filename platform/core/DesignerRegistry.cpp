@@ -44,10 +44,12 @@ void RegisterComponents(const std::string& page, const std::vector<const TClassI
     auto& r = Registry();
     std::lock_guard guard(r.lock);
     ++r.componentCalls;
-    auto it = std::find_if(r.pages.begin(), r.pages.end(), [&](const TPage& p) { return p.name == page; });
+    auto it = std::find_if(r.pages.begin(), r.pages.end(),
+                           [&](const TPage& p) { return p.name == page; });
     if (it == r.pages.end()) it = r.pages.insert(r.pages.end(), TPage{page, {}});
     for (const TClassInfo* cls : classes)
-        if (std::find(it->classes.begin(), it->classes.end(), cls) == it->classes.end()) it->classes.push_back(cls);
+        if (std::find(it->classes.begin(), it->classes.end(), cls) == it->classes.end())
+            it->classes.push_back(cls);
 }
 
 void RegisterPropertyEditor(const std::string& propertyType, const TClassInfo& componentClass,
@@ -73,7 +75,8 @@ std::vector<std::string> PalettePages() {
     auto& r = Registry();
     std::lock_guard guard(r.lock);
     std::vector<std::string> names;
-    for (const TPage& p : r.pages) names.push_back(p.name);
+    for (const TPage& p : r.pages)
+        names.push_back(p.name);
     return names;
 }
 
@@ -121,7 +124,8 @@ void ClearDesignerRegistry() {
         r.experts.clear();
         r.componentCalls = 0;
     }
-    for (const TClassInfo* cls : added) UnRegisterClass(*cls);
+    for (const TClassInfo* cls : added)
+        UnRegisterClass(*cls);
 }
 
 } // namespace qv

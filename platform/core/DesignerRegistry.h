@@ -12,10 +12,10 @@
 namespace qv {
 
 struct TPropertyEditorEntry {
-    std::string propertyType;          // the property's type name, e.g. "TBitmap"
-    const TClassInfo* componentClass;  // the class it applies to (and its descendants)
-    std::string propertyName;          // empty: every property of that type
-    std::string editor;                // the editor's name
+    std::string propertyType;         // the property's type name, e.g. "TBitmap"
+    const TClassInfo* componentClass; // the class it applies to (and its descendants)
+    std::string propertyName;         // empty: every property of that type
+    std::string editor;               // the editor's name
 };
 
 struct TComponentEditorEntry {
@@ -25,7 +25,8 @@ struct TComponentEditorEntry {
 
 // Registration calls, in the order a package makes them.
 void RegisterComponents(const std::string& page, const std::vector<const TClassInfo*>& classes);
-inline void RegisterComponents(const std::string& page, std::initializer_list<const TClassInfo*> classes) {
+inline void RegisterComponents(const std::string& page,
+                               std::initializer_list<const TClassInfo*> classes) {
     RegisterComponents(page, std::vector<const TClassInfo*>(classes));
 }
 void RegisterPropertyEditor(const std::string& propertyType, const TClassInfo& componentClass,

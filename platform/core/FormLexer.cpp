@@ -9,8 +9,12 @@
 namespace qv {
 
 namespace {
-bool IsIdentStart(char c) { return std::isalpha(static_cast<unsigned char>(c)) || c == '_'; }
-bool IsIdentChar(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; }
+bool IsIdentStart(char c) {
+    return std::isalpha(static_cast<unsigned char>(c)) || c == '_';
+}
+bool IsIdentChar(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
+}
 int HexDigit(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -27,7 +31,9 @@ bool EqualsNoCase(std::string_view a, std::string_view b) {
 }
 } // namespace
 
-TFormLexer::TFormLexer(std::string_view text) : m_text(text) { Next(); }
+TFormLexer::TFormLexer(std::string_view text) : m_text(text) {
+    Next();
+}
 
 char TFormLexer::Peek(std::size_t ahead) const {
     return m_pos + ahead < m_text.size() ? m_text[m_pos + ahead] : '\0';
@@ -46,9 +52,11 @@ void TFormLexer::Advance() {
 
 void TFormLexer::SkipSpaceAndComments() {
     for (;;) {
-        while (m_pos < m_text.size() && std::isspace(static_cast<unsigned char>(Peek()))) Advance();
+        while (m_pos < m_text.size() && std::isspace(static_cast<unsigned char>(Peek())))
+            Advance();
         if (Peek() == '/' && Peek(1) == '/') {
-            while (m_pos < m_text.size() && Peek() != '\n') Advance();
+            while (m_pos < m_text.size() && Peek() != '\n')
+                Advance();
             continue;
         }
         return;
@@ -66,12 +74,17 @@ void TFormLexer::FailAt(int line, int column, const std::string& message) const 
 
 std::string TFormLexer::Describe(const TFormToken& token) const {
     switch (token.kind) {
-    case TFormToken::Kind::End: return "end of file";
-    case TFormToken::Kind::Ident: return "'" + token.text + "'";
+    case TFormToken::Kind::End:
+        return "end of file";
+    case TFormToken::Kind::Ident:
+        return "'" + token.text + "'";
     case TFormToken::Kind::Integer:
-    case TFormToken::Kind::Float: return "number";
-    case TFormToken::Kind::String: return "string";
-    case TFormToken::Kind::Symbol: return "'" + token.text + "'";
+    case TFormToken::Kind::Float:
+        return "number";
+    case TFormToken::Kind::String:
+        return "string";
+    case TFormToken::Kind::Symbol:
+        return "'" + token.text + "'";
     }
     return "token";
 }
@@ -130,9 +143,9 @@ void TFormLexer::LexNumber(bool hex) {
             Advance();
         }
     }
-    if ((Peek() == 'e' || Peek() == 'E') &&
-        (std::isdigit(static_cast<unsigned char>(Peek(1))) ||
-         ((Peek(1) == '+' || Peek(1) == '-') && std::isdigit(static_cast<unsigned char>(Peek(2)))))) {
+    if ((Peek() == 'e' || Peek() == 'E') && (std::isdigit(static_cast<unsigned char>(Peek(1))) ||
+                                             ((Peek(1) == '+' || Peek(1) == '-') &&
+                                              std::isdigit(static_cast<unsigned char>(Peek(2)))))) {
         isFloat = true;
         digits += Peek();
         Advance();
@@ -239,7 +252,8 @@ TFormValue TFormLexer::ReadValue() {
         Next();
         return v;
     }
-    case TFormToken::Kind::String: return ReadString();
+    case TFormToken::Kind::String:
+        return ReadString();
     case TFormToken::Kind::Ident: {
         auto v = TFormValue::Identifier(m_token.text);
         Next();
@@ -265,7 +279,8 @@ TFormValue TFormLexer::ReadValue() {
         if (IsSymbol('(')) return ReadList();
         if (IsSymbol('{')) return ReadBinary();
         break;
-    case TFormToken::Kind::End: break;
+    case TFormToken::Kind::End:
+        break;
     }
     Fail("expected a property value but found " + Describe(m_token));
 }
@@ -314,7 +329,8 @@ TFormValue TFormLexer::ReadBinary() {
     const int line = m_token.line, column = m_token.column;
     std::vector<std::uint8_t> bytes;
     for (;;) {
-        while (std::isspace(static_cast<unsigned char>(Peek()))) Advance();
+        while (std::isspace(static_cast<unsigned char>(Peek())))
+            Advance();
         if (m_pos >= m_text.size()) FailAt(line, column, "unterminated binary data: expected '}'");
         if (Peek() == '}') {
             Advance();

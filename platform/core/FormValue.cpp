@@ -3,9 +3,9 @@
 #include "Exceptions.h"
 #include "FormLexer.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <algorithm>
 #include <cstdio>
 
 namespace qv {
@@ -60,13 +60,20 @@ TFormValue TFormValue::Data(std::vector<std::uint8_t> v) {
 
 const char* TFormValue::KindName() const {
     switch (kind) {
-    case Kind::Integer: return "integer";
-    case Kind::Float: return "number";
-    case Kind::String: return "string";
-    case Kind::Ident: return "identifier";
-    case Kind::Set: return "set";
-    case Kind::List: return "list";
-    case Kind::Binary: return "binary data";
+    case Kind::Integer:
+        return "integer";
+    case Kind::Float:
+        return "number";
+    case Kind::String:
+        return "string";
+    case Kind::Ident:
+        return "identifier";
+    case Kind::Set:
+        return "set";
+    case Kind::List:
+        return "list";
+    case Kind::Binary:
+        return "binary data";
     }
     return "value";
 }
@@ -138,14 +145,18 @@ std::string FormatFormValue(const TFormValue& value, const std::string& indent) 
     case TFormValue::Kind::Integer:
         if (value.hexDigits > 0) {
             char buf[32];
-            std::snprintf(buf, sizeof buf, "$%0*llX", std::min(value.hexDigits, 16),
-                          static_cast<unsigned long long>(static_cast<std::uint32_t>(value.integer)));
+            std::snprintf(
+                buf, sizeof buf, "$%0*llX", std::min(value.hexDigits, 16),
+                static_cast<unsigned long long>(static_cast<std::uint32_t>(value.integer)));
             return buf;
         }
         return std::to_string(value.integer);
-    case TFormValue::Kind::Float: return FormatFloat(value.real, value.doublePrecision);
-    case TFormValue::Kind::String: return FormatString(value.text, indent);
-    case TFormValue::Kind::Ident: return value.text;
+    case TFormValue::Kind::Float:
+        return FormatFloat(value.real, value.doublePrecision);
+    case TFormValue::Kind::String:
+        return FormatString(value.text, indent);
+    case TFormValue::Kind::Ident:
+        return value.text;
     case TFormValue::Kind::Set: {
         std::string out = "[";
         for (std::size_t i = 0; i < value.items.size(); ++i) {
@@ -156,10 +167,12 @@ std::string FormatFormValue(const TFormValue& value, const std::string& indent) 
     }
     case TFormValue::Kind::List: {
         std::string out = "(";
-        for (const auto& item : value.list) out += "\n" + indent + "  " + FormatFormValue(item, indent + "  ");
+        for (const auto& item : value.list)
+            out += "\n" + indent + "  " + FormatFormValue(item, indent + "  ");
         return out + ")";
     }
-    case TFormValue::Kind::Binary: return FormatBinary(value.bytes, indent);
+    case TFormValue::Kind::Binary:
+        return FormatBinary(value.bytes, indent);
     }
     return {};
 }

@@ -16,11 +16,11 @@ struct TFormValue {
     Kind kind{Kind::Integer};
     std::int64_t integer{0};
     long double real{0};
-    bool doublePrecision{false};    // Float: written with the shortest text of a double
-    int hexDigits{0};               // Integer: written as $ and this many hex digits
-    std::string text;               // String and Ident
-    std::vector<std::string> items; // Set
-    std::vector<TFormValue> list;   // List
+    bool doublePrecision{false};     // Float: written with the shortest text of a double
+    int hexDigits{0};                // Integer: written as $ and this many hex digits
+    std::string text;                // String and Ident
+    std::vector<std::string> items;  // Set
+    std::vector<TFormValue> list;    // List
     std::vector<std::uint8_t> bytes; // Binary
 
     static TFormValue Int(std::int64_t v);

@@ -9,8 +9,12 @@ const TClassInfo& TObject::StaticClassInfo() {
     return info;
 }
 
-const std::string& TObject::ClassName() const { return ClassInfo().name; }
+const std::string& TObject::ClassName() const {
+    return ClassInfo().name;
+}
 
-bool TObject::InheritsFrom(const TClassInfo& cls) const { return ClassInfo().InheritsFrom(cls); }
+bool TObject::InheritsFrom(const TClassInfo& cls) const {
+    return ClassInfo().InheritsFrom(cls);
+}
 
 } // namespace qv

@@ -28,7 +28,9 @@ public:
 #define QV_OBJECT                                                                                  \
 public:                                                                                            \
     static const ::qv::TClassInfo& StaticClassInfo();                                              \
-    const ::qv::TClassInfo& ClassInfo() const override { return StaticClassInfo(); }
+    const ::qv::TClassInfo& ClassInfo() const override {                                           \
+        return StaticClassInfo();                                                                  \
+    }
 
 using TNotifyEvent = std::function<void(TObject* Sender)>;
 

@@ -10,7 +10,9 @@ const TClassInfo& TPersistent::StaticClassInfo() {
     return info;
 }
 
-void TPersistent::Assign(const TPersistent& Source) { Source.AssignTo(*this); }
+void TPersistent::Assign(const TPersistent& Source) {
+    Source.AssignTo(*this);
+}
 
 void TPersistent::AssignTo(TPersistent& Dest) const {
     throw EConvertError("Cannot assign a " + ClassName() + " to a " + Dest.ClassName());

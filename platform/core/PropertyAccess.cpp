@@ -16,7 +16,9 @@ const std::any* TEventTable::Find(const std::string& name) const {
     return nullptr;
 }
 
-std::vector<const TPropInfo*> GetPropList(const TObject& obj) { return obj.ClassInfo().Properties(); }
+std::vector<const TPropInfo*> GetPropList(const TObject& obj) {
+    return obj.ClassInfo().Properties();
+}
 
 const TPropInfo& GetPropInfo(const TObject& obj, const std::string& name) {
     const TPropInfo* p = obj.ClassInfo().FindProperty(name);
@@ -27,7 +29,8 @@ const TPropInfo& GetPropInfo(const TObject& obj, const std::string& name) {
 namespace {
 
 [[noreturn]] void WrongKind(const TPropInfo& prop, const TFormValue& value, const char* expected) {
-    throw EConvertError("Property " + prop.name + " expects " + expected + " but got " + value.KindName());
+    throw EConvertError("Property " + prop.name + " expects " + expected + " but got " +
+                        value.KindName());
 }
 
 TFormValue OrdinalValue(const TObject& obj, const TPropInfo& prop) {
@@ -44,7 +47,8 @@ TFormValue OrdinalValue(const TObject& obj, const TPropInfo& prop) {
             if ((static_cast<std::uint64_t>(v) >> i) & 1u) items.push_back(t.element->names[i]);
         return TFormValue::SetOf(std::move(items));
     }
-    case TTypeKind::Char: return TFormValue::Str(std::string(1, static_cast<char>(v)));
+    case TTypeKind::Char:
+        return TFormValue::Str(std::string(1, static_cast<char>(v)));
     default: {
         if (t.intToIdent)
             if (auto ident = t.intToIdent(v)) return TFormValue::Identifier(*ident);
@@ -59,7 +63,8 @@ std::int64_t IdentifierOrdinal(const TPropInfo& prop, const std::string& ident) 
     const TTypeInfo& t = *prop.type;
     if (t.kind == TTypeKind::Enumeration) {
         if (auto n = t.OrdinalOf(ident)) return *n;
-        throw EConvertError("'" + ident + "' is not a value of " + t.name + " (property " + prop.name + ")");
+        throw EConvertError("'" + ident + "' is not a value of " + t.name + " (property " +
+                            prop.name + ")");
     }
     if (t.identToInt)
         if (auto n = t.identToInt(ident)) return *n;
@@ -71,8 +76,9 @@ std::int64_t SetBits(const TPropInfo& prop, const TFormValue& value) {
     std::uint64_t bits = 0;
     for (const auto& item : value.items) {
         auto n = prop.type->element->OrdinalOf(item);
-        if (!n) throw EConvertError("'" + item + "' is not a value of " + prop.type->element->name +
-                                    " (property " + prop.name + ")");
+        if (!n)
+            throw EConvertError("'" + item + "' is not a value of " + prop.type->element->name +
+                                " (property " + prop.name + ")");
         bits |= std::uint64_t{1} << *n;
     }
     return static_cast<std::int64_t>(bits);
@@ -99,15 +105,19 @@ void SetOrdinal(TObject& obj, const TPropInfo& prop, const TFormValue& value) {
     }
     if (t.kind != TTypeKind::Set && (n < t.minValue || n > t.maxValue))
         throw ERangeError("Value " + std::to_string(n) + " out of range for property " + prop.name +
-                          " (" + std::to_string(t.minValue) + ".." + std::to_string(t.maxValue) + ")");
+                          " (" + std::to_string(t.minValue) + ".." + std::to_string(t.maxValue) +
+                          ")");
     prop.setOrd(obj, n);
 }
 
 void SetFloat(TObject& obj, const TPropInfo& prop, const TFormValue& value) {
     long double v = 0;
-    if (value.kind == TFormValue::Kind::Float) v = value.real;
-    else if (value.kind == TFormValue::Kind::Integer) v = static_cast<long double>(value.integer);
-    else WrongKind(prop, value, "a number");
+    if (value.kind == TFormValue::Kind::Float)
+        v = value.real;
+    else if (value.kind == TFormValue::Kind::Integer)
+        v = static_cast<long double>(value.integer);
+    else
+        WrongKind(prop, value, "a number");
     if (prop.type->floatType == TFloatType::Double && std::isfinite(v) &&
         std::fabs(v) > static_cast<long double>(std::numeric_limits<double>::max()))
         throw ERangeError("Value out of range for property " + prop.name);
@@ -144,9 +154,12 @@ void SetReference(TObject& obj, const TPropInfo& prop, const TFormValue& value,
         return;
     }
     TComponent* target = nullptr;
-    if (context.resolve) target = context.resolve(value.text);
-    else if (auto* c = dynamic_cast<const TComponent*>(&obj)) target = FindComponentByPath(c, value.text);
-    if (!target) throw EConvertError("No component named " + value.text + " for property " + prop.name);
+    if (context.resolve)
+        target = context.resolve(value.text);
+    else if (auto* c = dynamic_cast<const TComponent*>(&obj))
+        target = FindComponentByPath(c, value.text);
+    if (!target)
+        throw EConvertError("No component named " + value.text + " for property " + prop.name);
     if (!target->InheritsFrom(prop.type->classOf()))
         throw EConvertError(value.text + " is a " + target->ClassName() + ", not a " +
                             prop.type->classOf().name + " (property " + prop.name + ")");
@@ -160,12 +173,14 @@ TFormValue GetPropValue(const TObject& obj, const TPropInfo& prop) {
     case TTypeKind::Integer:
     case TTypeKind::Char:
     case TTypeKind::Enumeration:
-    case TTypeKind::Set: return OrdinalValue(obj, prop);
+    case TTypeKind::Set:
+        return OrdinalValue(obj, prop);
     case TTypeKind::Float:
         if (prop.type->floatType == TFloatType::Double)
             return TFormValue::RealDouble(static_cast<double>(prop.getFloat(obj)));
         return TFormValue::Real(prop.getFloat(obj));
-    case TTypeKind::String: return TFormValue::Str(prop.getString(obj));
+    case TTypeKind::String:
+        return TFormValue::Str(prop.getString(obj));
     case TTypeKind::Class: {
         if (!prop.isReference)
             throw EConvertError("Property " + prop.name + " holds an object; read its properties");
@@ -196,10 +211,18 @@ void SetPropValue(TObject& obj, const TPropInfo& prop, const TFormValue& value,
     case TTypeKind::Integer:
     case TTypeKind::Char:
     case TTypeKind::Enumeration:
-    case TTypeKind::Set: SetOrdinal(obj, prop, value); return;
-    case TTypeKind::Float: SetFloat(obj, prop, value); return;
-    case TTypeKind::String: SetString(obj, prop, value); return;
-    case TTypeKind::Method: SetMethod(obj, prop, value, context); return;
+    case TTypeKind::Set:
+        SetOrdinal(obj, prop, value);
+        return;
+    case TTypeKind::Float:
+        SetFloat(obj, prop, value);
+        return;
+    case TTypeKind::String:
+        SetString(obj, prop, value);
+        return;
+    case TTypeKind::Method:
+        SetMethod(obj, prop, value, context);
+        return;
     case TTypeKind::Class:
         if (prop.isReference) {
             SetReference(obj, prop, value, context);
@@ -214,11 +237,13 @@ std::pair<TObject*, const TPropInfo*> ResolvePropPath(TObject& obj, const std::s
     std::size_t start = 0;
     for (;;) {
         const std::size_t dot = path.find('.', start);
-        const std::string name = path.substr(start, dot == std::string::npos ? std::string::npos : dot - start);
+        const std::string name =
+            path.substr(start, dot == std::string::npos ? std::string::npos : dot - start);
         const TPropInfo& prop = GetPropInfo(*current, name);
         if (dot == std::string::npos) return {current, &prop};
         if (prop.type->kind != TTypeKind::Class || prop.isReference || !prop.getObject(*current))
-            throw EConvertError("Property " + name + " of " + current->ClassName() + " has no properties");
+            throw EConvertError("Property " + name + " of " + current->ClassName() +
+                                " has no properties");
         current = prop.getObject(*current);
         start = dot + 1;
     }
@@ -280,7 +305,8 @@ TComponent* FindComponentByPath(const TComponent* from, const std::string& name)
     for (const TComponent* scope = from; scope; scope = scope->Owner()) {
         if (dot == std::string::npos) {
             if (TComponent* found = scope->FindComponent(name)) return found;
-            if (strcasecmp(scope->Name().c_str(), name.c_str()) == 0) return const_cast<TComponent*>(scope);
+            if (strcasecmp(scope->Name().c_str(), name.c_str()) == 0)
+                return const_cast<TComponent*>(scope);
         } else if (TComponent* outer = scope->FindComponent(name.substr(0, dot))) {
             return outer->FindComponent(name.substr(dot + 1));
         }

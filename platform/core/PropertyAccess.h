@@ -19,7 +19,9 @@ class TComponent;
 // holds the std::function of the event's type, for example a TNotifyEvent.
 class TEventTable {
 public:
-    template <class F> void Add(const std::string& name, F handler) { m_handlers[name] = std::any(std::move(handler)); }
+    template <class F> void Add(const std::string& name, F handler) {
+        m_handlers[name] = std::any(std::move(handler));
+    }
     const std::any* Find(const std::string& name) const;
 
 private:

@@ -11,7 +11,8 @@ template <class E> class TSet {
 public:
     constexpr TSet() = default;
     constexpr TSet(std::initializer_list<E> items) {
-        for (E e : items) Include(e);
+        for (E e : items)
+            Include(e);
     }
     static constexpr TSet FromBits(std::uint64_t bits) {
         TSet s;

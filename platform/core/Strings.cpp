@@ -10,12 +10,14 @@
 namespace qv {
 
 const TClassInfo& TStrings::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TStrings>("TStrings", &TPersistent::StaticClassInfo()).Build();
+    static const TClassInfo info =
+        TClassBuilder<TStrings>("TStrings", &TPersistent::StaticClassInfo()).Build();
     return info;
 }
 
 const TClassInfo& TStringList::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TStringList>("TStringList", &TStrings::StaticClassInfo()).Build();
+    static const TClassInfo info =
+        TClassBuilder<TStringList>("TStringList", &TStrings::StaticClassInfo()).Build();
     return info;
 }
 
@@ -33,7 +35,8 @@ int TStrings::AddObject(const std::string& s, TObject* object) {
 
 void TStrings::AddStrings(const TStrings& other) {
     BeginUpdate();
-    for (int i = 0; i < other.Count(); ++i) AddObject(other.Get(i), other.GetObject(i));
+    for (int i = 0; i < other.Count(); ++i)
+        AddObject(other.Get(i), other.GetObject(i));
     EndUpdate();
 }
 
@@ -67,7 +70,8 @@ void TStrings::Exchange(int a, int b) {
 
 std::string TStrings::Text() const {
     std::string out;
-    for (int i = 0; i < Count(); ++i) out += Get(i) + "\n";
+    for (int i = 0; i < Count(); ++i)
+        out += Get(i) + "\n";
     return out;
 }
 
@@ -79,7 +83,9 @@ void TStrings::SetText(const std::string& text) {
         std::size_t end = text.find_first_of("\r\n", start);
         if (end == std::string::npos) end = text.size();
         Add(text.substr(start, end - start));
-        if (end < text.size() && text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n') ++end;
+        if (end < text.size() && text[end] == '\r' && end + 1 < text.size() &&
+            text[end + 1] == '\n')
+            ++end;
         start = end + 1;
     }
     EndUpdate();
@@ -131,26 +137,30 @@ void TStrings::DefineProperties(TFiler& Filer) {
         "Strings",
         [this](const TFormValue& value) {
             if (value.kind != TFormValue::Kind::List)
-                throw EConvertError(std::string("Strings expects a list of strings but got ") + value.KindName());
+                throw EConvertError(std::string("Strings expects a list of strings but got ") +
+                                    value.KindName());
             BeginUpdate();
             Clear();
             for (const TFormValue& item : value.list) {
                 if (item.kind != TFormValue::Kind::String)
-                    throw EConvertError(std::string("Strings expects strings but got ") + item.KindName());
+                    throw EConvertError(std::string("Strings expects strings but got ") +
+                                        item.KindName());
                 Add(item.text);
             }
             EndUpdate();
         },
         [this] {
             std::vector<TFormValue> items;
-            for (int i = 0; i < Count(); ++i) items.push_back(TFormValue::Str(Get(i)));
+            for (int i = 0; i < Count(); ++i)
+                items.push_back(TFormValue::Str(Get(i)));
             return TFormValue::ListOf(std::move(items));
         },
         Count() > 0);
 }
 
 TStringList::TStringList(std::initializer_list<std::string> lines) {
-    for (const auto& line : lines) m_items.push_back({line, nullptr});
+    for (const auto& line : lines)
+        m_items.push_back({line, nullptr});
 }
 
 void TStringList::CheckIndex(int index, bool allowEnd) const {
@@ -197,9 +207,10 @@ void TStringList::Insert(int index, const std::string& s) {
     CheckIndex(index, true);
     Changing();
     if (m_sorted) {
-        auto pos = std::lower_bound(m_items.begin(), m_items.end(), s, [](const TItem& item, const std::string& v) {
-            return UpperCase(item.text) < UpperCase(v);
-        });
+        auto pos = std::lower_bound(m_items.begin(), m_items.end(), s,
+                                    [](const TItem& item, const std::string& v) {
+                                        return UpperCase(item.text) < UpperCase(v);
+                                    });
         m_items.insert(pos, {s, nullptr});
     } else {
         m_items.insert(m_items.begin() + index, {s, nullptr});
@@ -239,8 +250,9 @@ void TStringList::SetSorted(bool value) {
 
 void TStringList::Sort() {
     Changing();
-    std::stable_sort(m_items.begin(), m_items.end(),
-                     [](const TItem& a, const TItem& b) { return UpperCase(a.text) < UpperCase(b.text); });
+    std::stable_sort(m_items.begin(), m_items.end(), [](const TItem& a, const TItem& b) {
+        return UpperCase(a.text) < UpperCase(b.text);
+    });
     Changed();
 }
 

@@ -43,7 +43,8 @@ std::string Special(long double value) {
 
 std::string ExponentText(int exponent, int minDigits, bool alwaysSign) {
     std::string digits = std::to_string(std::abs(exponent));
-    while (static_cast<int>(digits.size()) < minDigits) digits.insert(0, "0");
+    while (static_cast<int>(digits.size()) < minDigits)
+        digits.insert(0, "0");
     if (exponent < 0) return "-" + digits;
     return (alwaysSign ? "+" : "") + digits;
 }
@@ -76,7 +77,8 @@ std::string Fixed(long double value, int decimals, bool thousands) {
     const bool negative = std::signbit(value) && text.find_first_not_of("0.") != std::string::npos;
     if (thousands) {
         const std::size_t point = text.find('.');
-        text = GroupThousands(text.substr(0, point)) + (point == std::string::npos ? "" : text.substr(point));
+        text = GroupThousands(text.substr(0, point)) +
+               (point == std::string::npos ? "" : text.substr(point));
     }
     return negative ? "-" + text : text;
 }
@@ -85,16 +87,19 @@ std::string General(long double value, int precision, int digits) {
     precision = std::clamp(precision, 1, 18);
     if (value == 0) return "0";
     TDecimal d = ToDecimal(value, precision);
-    while (d.digits.size() > 1 && d.digits.back() == '0') d.digits.pop_back();
+    while (d.digits.size() > 1 && d.digits.back() == '0')
+        d.digits.pop_back();
     std::string out = d.negative ? "-" : "";
     if (d.exponent >= precision || d.exponent < -4) {
         out += d.digits.substr(0, 1);
         if (d.digits.size() > 1) out += "." + d.digits.substr(1);
         return out + "E" + ExponentText(d.exponent, digits, false);
     }
-    if (d.exponent < 0) return out + "0." + std::string(static_cast<std::size_t>(-d.exponent - 1), '0') + d.digits;
+    if (d.exponent < 0)
+        return out + "0." + std::string(static_cast<std::size_t>(-d.exponent - 1), '0') + d.digits;
     const std::size_t intDigits = static_cast<std::size_t>(d.exponent) + 1;
-    if (d.digits.size() <= intDigits) return out + d.digits + std::string(intDigits - d.digits.size(), '0');
+    if (d.digits.size() <= intDigits)
+        return out + d.digits + std::string(intDigits - d.digits.size(), '0');
     return out + d.digits.substr(0, intDigits) + "." + d.digits.substr(intDigits);
 }
 
@@ -106,8 +111,10 @@ std::string FloatToStrF(long double value, TFloatFormat format, int precision, i
     // digits than the precision allows.
     const bool huge = std::fabs(value) >= std::pow(10.0L, std::clamp(precision, 1, 18));
     switch (format) {
-    case TFloatFormat::ffGeneral: return General(value, precision, digits);
-    case TFloatFormat::ffExponent: return Exponential(value, precision, digits);
+    case TFloatFormat::ffGeneral:
+        return General(value, precision, digits);
+    case TFloatFormat::ffExponent:
+        return Exponential(value, precision, digits);
     case TFloatFormat::ffFixed:
         return huge ? General(value, precision, 0) : Fixed(value, digits, false);
     case TFloatFormat::ffNumber:
@@ -115,14 +122,17 @@ std::string FloatToStrF(long double value, TFloatFormat format, int precision, i
     case TFloatFormat::ffCurrency: {
         if (huge) return General(value, precision, 0);
         const std::string amount = Fixed(std::fabs(value), digits, true);
-        return value < 0 && amount.find_first_not_of("0.,") != std::string::npos ? "($" + amount + ")"
-                                                                                 : "$" + amount;
+        return value < 0 && amount.find_first_not_of("0.,") != std::string::npos
+                   ? "($" + amount + ")"
+                   : "$" + amount;
     }
     }
     return {};
 }
 
-std::string FloatToStr(long double value) { return FloatToStrF(value, TFloatFormat::ffGeneral, 15, 0); }
+std::string FloatToStr(long double value) {
+    return FloatToStrF(value, TFloatFormat::ffGeneral, 15, 0);
+}
 
 namespace {
 
@@ -153,7 +163,8 @@ private:
     char Peek() const { return m_pos < m_format.size() ? m_format[m_pos] : '\0'; }
 
     [[noreturn]] void Invalid() const {
-        throw EConvertError("Format '" + std::string(m_format) + "' invalid or incompatible with argument");
+        throw EConvertError("Format '" + std::string(m_format) +
+                            "' invalid or incompatible with argument");
     }
 
     // A number or '*' (taken from the arguments); -1 when absent.
@@ -196,7 +207,8 @@ private:
             precision = std::max(Number(), 0);
         }
         if (m_pos >= m_format.size()) Invalid();
-        const char type = static_cast<char>(std::tolower(static_cast<unsigned char>(m_format[m_pos++])));
+        const char type =
+            static_cast<char>(std::tolower(static_cast<unsigned char>(m_format[m_pos++])));
         std::string text = Convert(type, Next(), precision);
         if (width > static_cast<int>(text.size())) {
             const std::string pad(static_cast<std::size_t>(width) - text.size(), ' ');
@@ -236,11 +248,21 @@ private:
             std::snprintf(buf, sizeof buf, "%llX", static_cast<unsigned long long>(u));
             return PadDigits(buf, precision);
         }
-        case 'e': return FloatToStrF(Float(arg), TFloatFormat::ffExponent, precision < 0 ? 15 : precision, 3);
-        case 'f': return FloatToStrF(Float(arg), TFloatFormat::ffFixed, 18, precision < 0 ? 2 : precision);
-        case 'g': return FloatToStrF(Float(arg), TFloatFormat::ffGeneral, precision < 0 ? 15 : precision, 0);
-        case 'n': return FloatToStrF(Float(arg), TFloatFormat::ffNumber, 18, precision < 0 ? 2 : precision);
-        case 'm': return FloatToStrF(Float(arg), TFloatFormat::ffCurrency, 18, precision < 0 ? 2 : precision);
+        case 'e':
+            return FloatToStrF(Float(arg), TFloatFormat::ffExponent, precision < 0 ? 15 : precision,
+                               3);
+        case 'f':
+            return FloatToStrF(Float(arg), TFloatFormat::ffFixed, 18,
+                               precision < 0 ? 2 : precision);
+        case 'g':
+            return FloatToStrF(Float(arg), TFloatFormat::ffGeneral, precision < 0 ? 15 : precision,
+                               0);
+        case 'n':
+            return FloatToStrF(Float(arg), TFloatFormat::ffNumber, 18,
+                               precision < 0 ? 2 : precision);
+        case 'm':
+            return FloatToStrF(Float(arg), TFloatFormat::ffCurrency, 18,
+                               precision < 0 ? 2 : precision);
         case 'p': {
             const void* const* p = arg.AsPointer();
             if (!p) Invalid();
@@ -251,14 +273,18 @@ private:
         }
         case 's': {
             std::string s;
-            if (const std::string* str = arg.AsString()) s = *str;
-            else if (const char* ch = arg.AsChar()) s = std::string(1, *ch);
-            else Invalid();
+            if (const std::string* str = arg.AsString())
+                s = *str;
+            else if (const char* ch = arg.AsChar())
+                s = std::string(1, *ch);
+            else
+                Invalid();
             if (precision >= 0 && static_cast<std::size_t>(precision) < s.size())
                 s.resize(static_cast<std::size_t>(precision));
             return s;
         }
-        default: Invalid();
+        default:
+            Invalid();
         }
     }
 
@@ -280,7 +306,9 @@ std::string Format(std::string_view format, std::initializer_list<TVarRec> args)
     return TFormatter(format, args).Run();
 }
 
-std::string IntToStr(std::int64_t value) { return std::to_string(value); }
+std::string IntToStr(std::int64_t value) {
+    return std::to_string(value);
+}
 
 std::string IntToHex(std::int64_t value, int digits) {
     char buf[32];
@@ -312,7 +340,8 @@ std::int64_t StrToInt64(std::string_view text) {
     if (begin == end || ec != std::errc() || ptr != end) return fail();
     if (base == 16 && !negative) return static_cast<std::int64_t>(magnitude);
     if (magnitude > static_cast<std::uint64_t>(INT64_MAX) + (negative ? 1 : 0)) return fail();
-    return negative ? static_cast<std::int64_t>(0 - magnitude) : static_cast<std::int64_t>(magnitude);
+    return negative ? static_cast<std::int64_t>(0 - magnitude)
+                    : static_cast<std::int64_t>(magnitude);
 }
 
 int StrToInt(std::string_view text) {
@@ -348,13 +377,15 @@ std::int64_t Round(long double value) {
     std::fesetround(FE_TONEAREST);
     const long double r = std::nearbyintl(value);
     std::fesetround(saved);
-    if (!(r >= -kInt64Limit && r < kInt64Limit)) throw EInvalidOp("Invalid floating point operation");
+    if (!(r >= -kInt64Limit && r < kInt64Limit))
+        throw EInvalidOp("Invalid floating point operation");
     return static_cast<std::int64_t>(r);
 }
 
 std::int64_t Trunc(long double value) {
     const long double t = std::truncl(value);
-    if (!(t >= -kInt64Limit && t < kInt64Limit)) throw EInvalidOp("Invalid floating point operation");
+    if (!(t >= -kInt64Limit && t < kInt64Limit))
+        throw EInvalidOp("Invalid floating point operation");
     return static_cast<std::int64_t>(t);
 }
 
@@ -385,11 +416,14 @@ std::uint32_t NextRandom() {
 }
 } // namespace
 
-double Random() { return NextRandom() * (1.0 / 4294967296.0); }
+double Random() {
+    return NextRandom() * (1.0 / 4294967296.0);
+}
 
 int Random(int range) {
     if (range <= 0) return 0;
-    return static_cast<int>((static_cast<std::uint64_t>(NextRandom()) * static_cast<std::uint32_t>(range)) >> 32);
+    return static_cast<int>(
+        (static_cast<std::uint64_t>(NextRandom()) * static_cast<std::uint32_t>(range)) >> 32);
 }
 
 void Randomize() {
@@ -397,28 +431,38 @@ void Randomize() {
     g_randSeed.store(static_cast<std::uint32_t>(ticks ^ (ticks >> 32)));
 }
 
-std::uint32_t RandSeed() { return g_randSeed.load(); }
-void SetRandSeed(std::uint32_t seed) { g_randSeed.store(seed); }
+std::uint32_t RandSeed() {
+    return g_randSeed.load();
+}
+void SetRandSeed(std::uint32_t seed) {
+    g_randSeed.store(seed);
+}
 
 std::string UpperCase(std::string_view s) {
     std::string r(s);
-    for (char& c : r) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    for (char& c : r)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     return r;
 }
 
 std::string LowerCase(std::string_view s) {
     std::string r(s);
-    for (char& c : r) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (char& c : r)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return r;
 }
 
 std::string Trim(std::string_view s) {
     std::size_t b = 0, e = s.size();
-    while (b < e && static_cast<unsigned char>(s[b]) <= ' ') ++b;
-    while (e > b && static_cast<unsigned char>(s[e - 1]) <= ' ') --e;
+    while (b < e && static_cast<unsigned char>(s[b]) <= ' ')
+        ++b;
+    while (e > b && static_cast<unsigned char>(s[e - 1]) <= ' ')
+        --e;
     return std::string(s.substr(b, e - b));
 }
 
-bool SameText(std::string_view a, std::string_view b) { return UpperCase(a) == UpperCase(b); }
+bool SameText(std::string_view a, std::string_view b) {
+    return UpperCase(a) == UpperCase(b);
+}
 
 } // namespace qv

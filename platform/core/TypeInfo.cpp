@@ -105,11 +105,16 @@ bool TPropInfo::IsDefault(const TObject& obj) const {
     case TTypeKind::Integer:
     case TTypeKind::Char:
     case TTypeKind::Enumeration:
-    case TTypeKind::Set: return defaultOrd && getOrd(obj) == *defaultOrd;
-    case TTypeKind::Float: return getFloat(obj) == 0;
-    case TTypeKind::String: return getString(obj).empty();
-    case TTypeKind::Class: return getObject(obj) == nullptr;
-    case TTypeKind::Method: return false; // written when a handler name is known
+    case TTypeKind::Set:
+        return defaultOrd && getOrd(obj) == *defaultOrd;
+    case TTypeKind::Float:
+        return getFloat(obj) == 0;
+    case TTypeKind::String:
+        return getString(obj).empty();
+    case TTypeKind::Class:
+        return getObject(obj) == nullptr;
+    case TTypeKind::Method:
+        return false; // written when a handler name is known
     }
     return false;
 }
@@ -121,7 +126,8 @@ bool TClassInfo::InheritsFrom(const TClassInfo& other) const {
 }
 
 std::vector<const TPropInfo*> TClassInfo::Properties() const {
-    std::vector<const TPropInfo*> result = parent ? parent->Properties() : std::vector<const TPropInfo*>{};
+    std::vector<const TPropInfo*> result =
+        parent ? parent->Properties() : std::vector<const TPropInfo*>{};
     for (const auto& p : ownProperties) {
         // A class may publish an inherited property again (to change its default or to
         // place it); the redeclaration replaces the inherited one at its own position.

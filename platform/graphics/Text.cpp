@@ -72,8 +72,8 @@ public:
             throw EInvalidGraphic("Cannot open font " + file);
         const int units = std::max<int>(m_face->units_per_EM, 1);
         const int cell = std::max<int>(m_face->ascender - m_face->descender, 1);
-        int em =
-            request.height < 0 ? -request.height : (request.height == 0 ? 12 : request.height * units / cell);
+        int em = request.height < 0 ? -request.height
+                                    : (request.height == 0 ? 12 : request.height * units / cell);
         em = std::clamp(em, 1, 2048);
         FT_Set_Pixel_Sizes(m_face, 0, static_cast<FT_UInt>(em));
         const auto& m = m_face->size->metrics;

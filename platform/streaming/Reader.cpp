@@ -32,10 +32,13 @@ public:
         try {
             TComponent* root = ReadObject(nullptr, existingRoot);
             if (m_lexer.Current().kind != TFormToken::Kind::End)
-                m_lexer.Fail("expected end of file but found " + m_lexer.Describe(m_lexer.Current()));
+                m_lexer.Fail("expected end of file but found " +
+                             m_lexer.Describe(m_lexer.Current()));
             ResolveFixups(root);
-            for (TComponent* c : m_loaded) c->EndReading();
-            for (TComponent* c : m_loaded) c->Loaded();
+            for (TComponent* c : m_loaded)
+                c->EndReading();
+            for (TComponent* c : m_loaded)
+                c->Loaded();
             return root;
         } catch (...) {
             FreeCreated();
@@ -80,20 +83,22 @@ private:
         }
     }
 
-    TComponent* Instantiate(const std::string& className, TComponent* parent, TComponent* existingRoot,
-                            const TFormToken& at) {
+    TComponent* Instantiate(const std::string& className, TComponent* parent,
+                            TComponent* existingRoot, const TFormToken& at) {
         if (existingRoot) {
             const TClassInfo* cls = GetClass(className);
             if (!existingRoot->ClassInfo().InheritsFrom(cls ? *cls : existingRoot->ClassInfo()) ||
                 (!cls && strcasecmp(className.c_str(), existingRoot->ClassName().c_str()) != 0))
                 m_lexer.FailAt(at.line, at.column,
-                               "the file describes a " + className + ", not a " + existingRoot->ClassName());
+                               "the file describes a " + className + ", not a " +
+                                   existingRoot->ClassName());
             Prepare(existingRoot);
             return existingRoot;
         }
         const TClassInfo* cls = GetClass(className);
         if (!cls) m_lexer.FailAt(at.line, at.column, "unknown class " + className);
-        if (!cls->create) m_lexer.FailAt(at.line, at.column, "class " + className + " cannot be created by name");
+        if (!cls->create)
+            m_lexer.FailAt(at.line, at.column, "class " + className + " cannot be created by name");
         TComponent* owner = parent ? m_root : m_rootOwner;
         TComponent* component = nullptr;
         Check(at, [&] { component = cls->create(owner); });
@@ -133,7 +138,8 @@ private:
             Check(valueAt, [&] { defined->read(value); });
             return;
         }
-        m_lexer.FailAt(at.line, at.column, "unknown property " + path + " of " + component.ClassName());
+        m_lexer.FailAt(at.line, at.column,
+                       "unknown property " + path + " of " + component.ClassName());
     }
 
     static TObject* NestedObject(TComponent& component, const std::string& path) {
@@ -143,17 +149,19 @@ private:
         return prop->getObject(*owner);
     }
 
-    void Apply(TComponent& component, TObject& target, const TPropInfo& prop, const TFormValue& value,
-               const TFormToken& at) {
+    void Apply(TComponent& component, TObject& target, const TPropInfo& prop,
+               const TFormValue& value, const TFormToken& at) {
         if (prop.type->kind == TTypeKind::Class && prop.isReference) {
             if (value.kind != TFormValue::Kind::Ident)
-                throw EConvertError("Property " + prop.name + " expects a component name but got " + value.KindName());
+                throw EConvertError("Property " + prop.name + " expects a component name but got " +
+                                    value.KindName());
             m_fixups.push_back({&component, &target, &prop, value.text, at.line, at.column});
             return;
         }
         if (prop.type->kind == TTypeKind::Method && !m_options.events) {
             if (value.kind != TFormValue::Kind::Ident)
-                throw EConvertError("Event " + prop.name + " expects a handler name but got " + value.KindName());
+                throw EConvertError("Event " + prop.name + " expects a handler name but got " +
+                                    value.KindName());
             component.SetEventHandlerName(prop.name, value.text);
             return;
         }
@@ -164,8 +172,11 @@ private:
         for (const TFixup& f : m_fixups) {
             if (strcasecmp(f.name.c_str(), "nil") == 0) continue;
             TComponent* found = FindComponentByPath(f.instance, f.name);
-            if (!found && root && strcasecmp(root->Name().c_str(), f.name.c_str()) == 0) found = root;
-            if (!found) m_lexer.FailAt(f.line, f.column, "unknown component " + f.name + " for property " + f.prop->name);
+            if (!found && root && strcasecmp(root->Name().c_str(), f.name.c_str()) == 0)
+                found = root;
+            if (!found)
+                m_lexer.FailAt(f.line, f.column,
+                               "unknown component " + f.name + " for property " + f.prop->name);
             const TPropInfo& prop = *f.prop;
             TObject& target = *f.target;
             TFormToken at;
@@ -210,7 +221,8 @@ std::unique_ptr<TComponent> ReadComponentText(std::string_view text, const TRead
     return std::unique_ptr<TComponent>(TFormReader(text, options).Read(nullptr));
 }
 
-TComponent* ReadComponentText(std::string_view text, TComponent& owner, const TReadOptions& options) {
+TComponent* ReadComponentText(std::string_view text, TComponent& owner,
+                              const TReadOptions& options) {
     return TFormReader(text, options, &owner).Read(nullptr);
 }
 
@@ -218,7 +230,8 @@ void ReadRootText(TComponent& root, std::string_view text, const TReadOptions& o
     TFormReader(text, options).Read(&root);
 }
 
-std::unique_ptr<TComponent> ReadComponentFile(const std::string& path, const TReadOptions& options) {
+std::unique_ptr<TComponent> ReadComponentFile(const std::string& path,
+                                              const TReadOptions& options) {
     std::ifstream in(path, std::ios::binary);
     if (!in) throw EReadError(path + ": cannot open the file");
     std::stringstream buffer;

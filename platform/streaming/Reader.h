@@ -34,13 +34,16 @@ struct TReadOptions {
 };
 
 // Creates the root component from the file's class name; the caller owns it.
-std::unique_ptr<TComponent> ReadComponentText(std::string_view text, const TReadOptions& options = {});
+std::unique_ptr<TComponent> ReadComponentText(std::string_view text,
+                                              const TReadOptions& options = {});
 // The same with the root owned by `owner`, which frees it.
-TComponent* ReadComponentText(std::string_view text, TComponent& owner, const TReadOptions& options = {});
+TComponent* ReadComponentText(std::string_view text, TComponent& owner,
+                              const TReadOptions& options = {});
 // Reads into an existing root (a form built in code), whose class must be the file's class
 // or derive from it.
 void ReadRootText(TComponent& root, std::string_view text, const TReadOptions& options = {});
 // The same for files; errors name the file too.
-std::unique_ptr<TComponent> ReadComponentFile(const std::string& path, const TReadOptions& options = {});
+std::unique_ptr<TComponent> ReadComponentFile(const std::string& path,
+                                              const TReadOptions& options = {});
 
 } // namespace qv

@@ -44,7 +44,8 @@ private:
         WriteDefinedProperties(obj, prefix, indent);
     }
 
-    void WriteDefinedProperties(const TObject& obj, const std::string& prefix, const std::string& indent) {
+    void WriteDefinedProperties(const TObject& obj, const std::string& prefix,
+                                const std::string& indent) {
         auto* persistent = dynamic_cast<TPersistent*>(const_cast<TObject*>(&obj));
         if (!persistent) return;
         TFiler filer;
@@ -63,7 +64,9 @@ private:
 
 } // namespace
 
-std::string WriteComponentText(const TComponent& root) { return TFormWriter().Write(root); }
+std::string WriteComponentText(const TComponent& root) {
+    return TFormWriter().Write(root);
+}
 
 void WriteComponentFile(const TComponent& root, const std::string& path) {
     const std::string text = WriteComponentText(root);

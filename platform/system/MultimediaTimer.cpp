@@ -82,7 +82,8 @@ private:
             if (::read(m_timer, &expirations, sizeof expirations) != sizeof expirations) continue;
             // Deadlines are absolute: a wake-up that comes after several of them calls back
             // once for each, so the count of ticks never falls behind the clock.
-            for (std::uint64_t i = 0; i < expirations && !m_stopped.load(); ++i) m_callback();
+            for (std::uint64_t i = 0; i < expirations && !m_stopped.load(); ++i)
+                m_callback();
         }
     }
 
@@ -104,8 +105,8 @@ TMultimediaTimerService::~TMultimediaTimerService() {
     }
 }
 
-unsigned TMultimediaTimerService::SetEvent(unsigned delayMs, unsigned /*resolutionMs*/, TCallback callback,
-                                           bool periodic) {
+unsigned TMultimediaTimerService::SetEvent(unsigned delayMs, unsigned /*resolutionMs*/,
+                                           TCallback callback, bool periodic) {
     if (delayMs == 0 || delayMs > 1000000 || !callback) return 0;
     auto event = std::make_unique<TEvent>(delayMs, std::move(callback), periodic);
     if (!event->Valid()) return 0;
@@ -126,8 +127,10 @@ void TMultimediaTimerService::KillEvent(unsigned id) {
         event = std::move(it->second);
         m_events.erase(it);
     }
-    if (event->OnOwnThread()) event.release()->FreeOnExit();
-    else event.reset(); // stops and joins outside the lock
+    if (event->OnOwnThread())
+        event.release()->FreeOnExit();
+    else
+        event.reset(); // stops and joins outside the lock
 }
 
 TMultimediaTimerService& TMultimediaTimerService::System() {

@@ -21,7 +21,8 @@ public:
 
     // Starts an event every `delayMs` (once when not periodic); 0 when it cannot be started
     // (delay 0 or above 1 000 000 ms). `resolutionMs` is the accuracy asked for.
-    virtual unsigned SetEvent(unsigned delayMs, unsigned resolutionMs, TCallback callback, bool periodic);
+    virtual unsigned SetEvent(unsigned delayMs, unsigned resolutionMs, TCallback callback,
+                              bool periodic);
     // Stops the event. After it returns the callback does not run again (unless called from
     // the callback itself, which then finishes first). Unknown ids are ignored.
     virtual void KillEvent(unsigned id);

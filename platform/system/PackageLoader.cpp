@@ -14,7 +14,8 @@ TLoadedPackage::TLoadedPackage(const std::string& path) : m_path(path) {
         auto initialize = reinterpret_cast<QvPackageCountFn>(Symbol("qv_package_initialize"));
         m_units = units(&m_count);
         initialize();
-        for (int i = 0; i < m_count; ++i) m_units[i].initialization();
+        for (int i = 0; i < m_count; ++i)
+            m_units[i].initialization();
     } catch (...) {
         ::dlclose(m_handle);
         throw;
@@ -22,7 +23,8 @@ TLoadedPackage::TLoadedPackage(const std::string& path) : m_path(path) {
 }
 
 TLoadedPackage::~TLoadedPackage() {
-    for (int i = m_count; i-- > 0;) m_units[i].finalization();
+    for (int i = m_count; i-- > 0;)
+        m_units[i].finalization();
     reinterpret_cast<QvPackageCountFn>(Symbol("qv_package_finalize"))();
     ::dlclose(m_handle);
 }
@@ -33,10 +35,13 @@ void* TLoadedPackage::Symbol(const char* name) const {
     return symbol;
 }
 
-void TLoadedPackage::Register() { reinterpret_cast<QvPackageRegisterFn>(Symbol("qv_package_register"))(); }
+void TLoadedPackage::Register() {
+    reinterpret_cast<QvPackageRegisterFn>(Symbol("qv_package_register"))();
+}
 
 int TLoadedPackage::UnitCounter(const std::string& unit) const {
-    return reinterpret_cast<QvPackageUnitCounterFn>(Symbol("qv_package_unit_counter"))(unit.c_str());
+    return reinterpret_cast<QvPackageUnitCounterFn>(Symbol("qv_package_unit_counter"))(
+        unit.c_str());
 }
 
 } // namespace qv

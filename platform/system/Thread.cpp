@@ -55,13 +55,20 @@ void Enqueue(const std::shared_ptr<TSyncRequest>& request) {
 
 int NiceOf(TThreadPriority p) {
     switch (p) {
-    case TThreadPriority::tpIdle: return 19;
-    case TThreadPriority::tpLowest: return 10;
-    case TThreadPriority::tpLower: return 5;
-    case TThreadPriority::tpNormal: return 0;
-    case TThreadPriority::tpHigher: return -5;
-    case TThreadPriority::tpHighest: return -10;
-    case TThreadPriority::tpTimeCritical: return -20;
+    case TThreadPriority::tpIdle:
+        return 19;
+    case TThreadPriority::tpLowest:
+        return 10;
+    case TThreadPriority::tpLower:
+        return 5;
+    case TThreadPriority::tpNormal:
+        return 0;
+    case TThreadPriority::tpHigher:
+        return -5;
+    case TThreadPriority::tpHighest:
+        return -10;
+    case TThreadPriority::tpTimeCritical:
+        return -20;
     }
     return 0;
 }
@@ -87,7 +94,9 @@ TThread::TThread(bool CreateSuspended) : m_state(std::make_shared<TState>()) {
     m_state->suspendCount = CreateSuspended ? 1 : 0;
 }
 
-TThread::~TThread() { StopAndJoin(); }
+TThread::~TThread() {
+    StopAndJoin();
+}
 
 void TThread::StopAndJoin() {
     {
@@ -194,8 +203,7 @@ bool TThread::Finished() const {
 }
 
 int TThread::WaitFor() {
-    if (std::this_thread::get_id() == ThreadID())
-        throw EThread("A thread cannot wait for itself");
+    if (std::this_thread::get_id() == ThreadID()) throw EThread("A thread cannot wait for itself");
     {
         std::unique_lock guard(m_state->lock);
         if (!m_state->started) throw EThread("Cannot wait for a thread that was never started");
@@ -208,7 +216,8 @@ int TThread::WaitFor() {
                 m_state->changed.wait(guard, [&] { return m_state->finished; });
                 break;
             }
-            m_state->changed.wait_for(guard, std::chrono::milliseconds(1), [&] { return m_state->finished; });
+            m_state->changed.wait_for(guard, std::chrono::milliseconds(1),
+                                      [&] { return m_state->finished; });
             if (m_state->finished) break;
         }
         CheckSynchronize(); // the worker may be waiting for the main thread
@@ -258,7 +267,9 @@ void TThread::SetReturnValue(int value) {
     m_state->returnValue = value;
 }
 
-std::thread::id TThread::ThreadID() const { return m_thread.get_id(); }
+std::thread::id TThread::ThreadID() const {
+    return m_thread.get_id();
+}
 
 void TThread::CheckSuspended() {
     std::unique_lock guard(m_state->lock);
@@ -270,7 +281,8 @@ bool TThread::Sleep(unsigned ms) {
     bool fullTime;
     {
         std::unique_lock guard(m_state->lock);
-        fullTime = !m_state->changed.wait_until(guard, deadline, [&] { return m_state->terminated; });
+        fullTime =
+            !m_state->changed.wait_until(guard, deadline, [&] { return m_state->terminated; });
     }
     CheckSuspended();
     return fullTime && !Terminated();
@@ -310,9 +322,13 @@ void TThread::Queue(TThread* thread, std::function<void()> method) {
     Enqueue(request);
 }
 
-bool TThread::IsMainThread() { return std::this_thread::get_id() == MainThreadId(); }
+bool TThread::IsMainThread() {
+    return std::this_thread::get_id() == MainThreadId();
+}
 
-void TThread::SetMainThread(std::thread::id id) { MainThreadId() = id; }
+void TThread::SetMainThread(std::thread::id id) {
+    MainThreadId() = id;
+}
 
 bool CheckSynchronize() {
     auto& q = SyncQueue();

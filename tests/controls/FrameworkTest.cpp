@@ -14,12 +14,15 @@ using namespace qv;
 
 namespace {
 
-THeadlessBackend& Headless() { return static_cast<THeadlessBackend&>(Application().Backend()); }
+THeadlessBackend& Headless() {
+    return static_cast<THeadlessBackend&>(Application().Backend());
+}
 
 // A windowed control that logs what happens to it and paints its colour.
 class TProbe : public TCustomControl {
 public:
-    explicit TProbe(TComponent* owner, std::vector<std::string>* log = nullptr) : TCustomControl(owner), m_log(log) {
+    explicit TProbe(TComponent* owner, std::vector<std::string>* log = nullptr)
+        : TCustomControl(owner), m_log(log) {
         SetControlStyle(ControlStyle() + TControlStyle{csOpaque});
         SetTabStop(true);
     }
@@ -122,8 +125,10 @@ protected:
         Canvas().FrameRect(ClientRect());
     }
     void CMHitTest(TMessage& m) override {
-        if (passMouse) m.Result = 0;
-        else TGraphicControl::CMHitTest(m);
+        if (passMouse)
+            m.Result = 0;
+        else
+            TGraphicControl::CMHitTest(m);
     }
     void Click() override {
         ++clicks;
@@ -146,7 +151,8 @@ protected:
         std::vector<std::string> kept;
         for (const auto& e : log) {
             bool skip = false;
-            for (const char* n : noise) skip = skip || e.find(n) != std::string::npos;
+            for (const char* n : noise)
+                skip = skip || e.find(n) != std::string::npos;
             if (!skip) kept.push_back(e);
         }
         return kept;
@@ -170,14 +176,16 @@ TEST_F(Framework, ClickComesBeforeMouseUpOnlyForAReleaseInside) {
     Headless().MouseDown(Window(), {20, 20});
     Headless().MouseUp(Window(), {21, 22});
     Pump();
-    EXPECT_EQ(Without({"enter", "leave"}), (std::vector<std::string>{"P:down 10,10", "P:click", "P:up 11,12"}));
+    EXPECT_EQ(Without({"enter", "leave"}),
+              (std::vector<std::string>{"P:down 10,10", "P:click", "P:up 11,12"}));
 
     log.clear();
     Headless().MouseDown(Window(), {20, 20});
     Headless().MouseMove(Window(), {150, 100}); // captured: still reaches P, outside
     Headless().MouseUp(Window(), {150, 100});
     Pump();
-    EXPECT_EQ(Without({"enter"}), (std::vector<std::string>{"P:down 10,10", "P:move 140,90", "P:leave", "P:up 140,90"}));
+    EXPECT_EQ(Without({"enter"}), (std::vector<std::string>{"P:down 10,10", "P:move 140,90",
+                                                            "P:leave", "P:up 140,90"}));
 
     log.clear();
     Headless().MouseDown(Window(), {20, 20});
@@ -199,7 +207,8 @@ TEST_F(Framework, MouseEnterAndLeaveFollowThePointer) {
     Headless().MouseMove(Window(), {70, 10});
     Headless().MouseMove(Window(), {150, 100});
     Pump();
-    EXPECT_EQ(Without({"move", "focus"}), (std::vector<std::string>{"A:enter", "A:leave", "B:enter", "B:leave"}));
+    EXPECT_EQ(Without({"move", "focus"}),
+              (std::vector<std::string>{"A:enter", "A:leave", "B:enter", "B:leave"}));
 }
 
 TEST_F(Framework, TabOrderFocusAndArrowKeysOnlyForControlsThatAskForThem) {
@@ -242,7 +251,8 @@ TEST_F(Framework, EnterAndExitFollowTheFocus) {
     log.clear();
     b->SetFocus();
     a->SetFocus();
-    EXPECT_EQ(log, (std::vector<std::string>{"A:exit-focus", "B:enter-focus", "B:exit-focus", "A:enter-focus"}));
+    EXPECT_EQ(log, (std::vector<std::string>{"A:exit-focus", "B:enter-focus", "B:exit-focus",
+                                             "A:enter-focus"}));
 }
 
 TEST_F(Framework, EnterAndEscapeReachTheDefaultAndCancelButtonsAndModalResultEndsShowModal) {
@@ -314,8 +324,8 @@ TEST_F(Framework, TransparentGraphicControlShowsItsParentAndPassesTheMouseOn) {
     form->Show();
     TBitmap shot;
     form->Screenshot(shot);
-    EXPECT_EQ(shot.Canvas().Pixel(10, 10), clRed);   // the glass's frame
-    EXPECT_EQ(shot.Canvas().Pixel(25, 25), clLime);  // its inside shows the parent
+    EXPECT_EQ(shot.Canvas().Pixel(10, 10), clRed);    // the glass's frame
+    EXPECT_EQ(shot.Canvas().Pixel(25, 25), clLime);   // its inside shows the parent
     EXPECT_EQ(shot.Canvas().Pixel(150, 120), clBlue); // the form
 
     Headless().MouseDown(Window(), {25, 25});
@@ -465,7 +475,7 @@ TEST_F(Framework, TabOrderIsIndependentOfTheZOrderAndIsRestoredFromFormFiles) {
     EXPECT_EQ(b->TabOrder(), 0);
     EXPECT_EQ(a->TabOrder(), 1);
     EXPECT_EQ(form->Controls(1), b); // still painted on top
-    b->SetTabOrder(99); // clamped to the end
+    b->SetTabOrder(99);              // clamped to the end
     EXPECT_EQ(b->TabOrder(), 1);
 
     // Read in an order that differs from the tab order.

@@ -64,13 +64,15 @@ TEST(WindowTable, PostedMessagesArriveInOrderAndSkipWindowsThatAreGone) {
     PostMessage(w, WM_USER, 1);
     PostMessage(gone, WM_USER, 2);
     std::thread other([&] {
-        for (WPARAM i = 3; i <= 5; ++i) PostMessage(w, WM_USER, i);
+        for (WPARAM i = 3; i <= 5; ++i)
+            PostMessage(w, WM_USER, i);
     });
     other.join();
     QueueCall([&] { got.push_back(6); });
     DeallocateHWnd(gone);
     EXPECT_TRUE(got.empty()); // nothing runs before the loop delivers it
-    while (DispatchOnePosted()) {}
+    while (DispatchOnePosted()) {
+    }
     EXPECT_EQ(got, (std::vector<WPARAM>{1, 3, 4, 5, 6}));
     EXPECT_FALSE(PostMessage(0, WM_USER));
     DeallocateHWnd(w);

@@ -1,6 +1,6 @@
+#include "platform/core/Component.h"
 #include "platform/core/ClassBuilder.h"
 #include "platform/core/ClassRegistry.h"
-#include "platform/core/Component.h"
 
 #include <gtest/gtest.h>
 
@@ -73,7 +73,7 @@ TEST(ComponentNames, MustBeIdentifiersAndUniqueAmongTheOwnersComponents) {
     EXPECT_THROW(b->SetName("a b"), EComponentError);
     EXPECT_EQ(b->Name(), "");
     b->SetName("_ok2");
-    b->SetName(""); // unnamed is allowed
+    b->SetName("");     // unnamed is allowed
     a->SetName("Led1"); // renaming to its own name is fine
     // A second owner has its own namespace.
     TComponent other(nullptr);

@@ -1,5 +1,5 @@
-#include "platform/core/ClassRegistry.h"
 #include "platform/core/DesignerRegistry.h"
+#include "platform/core/ClassRegistry.h"
 #include "tests/support/TestComponents.h"
 
 #include <gtest/gtest.h>

@@ -9,11 +9,12 @@ using namespace qv;
 TEST(PublishedProperties, ListedInDeclarationOrderAfterTheBaseClass) {
     TTestWidget w(nullptr);
     std::vector<std::string> names;
-    for (const TPropInfo* p : GetPropList(w)) names.push_back(p->name);
-    const std::vector<std::string> expected = {"Name",    "Tag",        "Count",  "Active", "Style",
-                                               "Options", "Shade",      "Percent", "Ratio", "Precise",
-                                               "Caption", "ShortLabel", "Status", "Font",  "Lines",
-                                               "Buddy",   "OnClick"};
+    for (const TPropInfo* p : GetPropList(w))
+        names.push_back(p->name);
+    const std::vector<std::string> expected = {
+        "Name",   "Tag",     "Count", "Active",  "Style",   "Options",
+        "Shade",  "Percent", "Ratio", "Precise", "Caption", "ShortLabel",
+        "Status", "Font",    "Lines", "Buddy",   "OnClick"};
     EXPECT_EQ(names, expected);
 }
 

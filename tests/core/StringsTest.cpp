@@ -1,5 +1,5 @@
-#include "platform/core/Exceptions.h"
 #include "platform/core/Strings.h"
+#include "platform/core/Exceptions.h"
 
 #include <gtest/gtest.h>
 

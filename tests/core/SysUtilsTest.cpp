@@ -1,5 +1,5 @@
-#include "platform/core/Exceptions.h"
 #include "platform/core/SysUtils.h"
+#include "platform/core/Exceptions.h"
 
 #include <gtest/gtest.h>
 
@@ -34,7 +34,8 @@ TEST(Format, IndexesStringsAndPercent) {
     EXPECT_EQ(Format("%1:s %0:s %s", {"a", "b", "c"}), "b a b");
     EXPECT_EQ(Format("%.2s|%3s|%%", {"hello", "x"}), "he|  x|%");
     EXPECT_EQ(Format("%s", {'c'}), "c");
-    EXPECT_EQ(Format("%d is not within the valid range", {70000}), "70000 is not within the valid range");
+    EXPECT_EQ(Format("%d is not within the valid range", {70000}),
+              "70000 is not within the valid range");
 }
 
 TEST(Format, FixedGeneralNumberAndMoney) {
@@ -86,8 +87,8 @@ TEST(Rounding, MulDivRoundsHalvesAwayFromZeroAndDivisorZeroGivesMinusOne) {
     EXPECT_EQ(MulDiv(5, 1, 2), 3);   // 2.5 -> 3
     EXPECT_EQ(MulDiv(-5, 1, 2), -3); // -2.5 -> -3
     EXPECT_EQ(MulDiv(5, -1, -2), 3);
-    EXPECT_EQ(MulDiv(7, 1, 3), 2);   // 2.33 -> 2
-    EXPECT_EQ(MulDiv(8, 1, 3), 3);   // 2.67 -> 3
+    EXPECT_EQ(MulDiv(7, 1, 3), 2);                     // 2.33 -> 2
+    EXPECT_EQ(MulDiv(8, 1, 3), 3);                     // 2.67 -> 3
     EXPECT_EQ(MulDiv(100000, 100000, 100), 100000000); // needs the 64-bit intermediate
     EXPECT_EQ(MulDiv(1, 2, 0), -1);
     EXPECT_EQ(MulDiv(INT32_MAX, INT32_MAX, 1), -1); // does not fit

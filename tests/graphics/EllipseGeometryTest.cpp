@@ -31,7 +31,8 @@ TEST(EllipseGeometry, QuadrantsWalkedAgainMatchQuadrantsKeptWhole) {
         for (int i = 0; i < 20; ++i) {
             const int first = std::uniform_int_distribution<int>(0, count - 1)(random);
             const int last = std::uniform_int_distribution<int>(first + 1, count)(random);
-            EXPECT_EQ(PointsOf(walked, first, last), PointsOf(whole, first, last)) << first << ".." << last;
+            EXPECT_EQ(PointsOf(walked, first, last), PointsOf(whole, first, last))
+                << first << ".." << last;
             // The hull encloses the run.
             const TRect hull = walked.Hull(first, last);
             for (const TPoint p : PointsOf(whole, first, last))

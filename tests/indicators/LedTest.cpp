@@ -7,8 +7,8 @@
 using namespace qv;
 
 namespace {
-constexpr TColor kRed = 0x0000FF, kMaroon = 0x000080, kBlack = 0, kSilver = 0xC0C0C0, kGrey = 0x808080,
-                 kWhite = 0xFFFFFF, kFuchsia = 0xFF00FF;
+constexpr TColor kRed = 0x0000FF, kMaroon = 0x000080, kBlack = 0, kSilver = 0xC0C0C0,
+                 kGrey = 0x808080, kWhite = 0xFFFFFF, kFuchsia = 0xFF00FF;
 
 class Led : public IndicatorTest {
 protected:
@@ -33,50 +33,50 @@ TEST_F(Led, DefaultsAndPublishedEnabledIsTheLampState) {
     SetPropText(*led, "Enabled", "True");
     EXPECT_TRUE(led->LedOn());
     EXPECT_TRUE(led->TControl::Enabled()); // the control stays enabled either way
-    led->writeLedOn(true); // no change: no event
+    led->writeLedOn(true);                 // no change: no event
     EXPECT_EQ(changes, 1);
 }
 
 TEST_F(Led, SquareStyleCoversTheWholeControlWithItsBevelsAtTwoSizes) {
     TqLed* small = NewLed(17, 17, lstSquare);
     small->writeLedOn(true);
-    EXPECT_EQ(PixelOf(*small, 0, 0), kBlack);      // outer frame, s = 1
+    EXPECT_EQ(PixelOf(*small, 0, 0), kBlack); // outer frame, s = 1
     EXPECT_EQ(PixelOf(*small, 16, 8), kBlack);
-    EXPECT_EQ(PixelOf(*small, 2, 8), kBlack);      // inner frame at 3s - 1
-    EXPECT_EQ(PixelOf(*small, 1, 8), kSilver);     // light bevel
-    EXPECT_EQ(PixelOf(*small, 15, 8), kGrey);      // dark bevel
-    EXPECT_EQ(PixelOf(*small, 8, 8), kRed);        // the lamp
-    EXPECT_EQ(PixelOf(*small, 4, 4), kWhite);      // light patch
+    EXPECT_EQ(PixelOf(*small, 2, 8), kBlack);  // inner frame at 3s - 1
+    EXPECT_EQ(PixelOf(*small, 1, 8), kSilver); // light bevel
+    EXPECT_EQ(PixelOf(*small, 15, 8), kGrey);  // dark bevel
+    EXPECT_EQ(PixelOf(*small, 8, 8), kRed);    // the lamp
+    EXPECT_EQ(PixelOf(*small, 4, 4), kWhite);  // light patch
     EXPECT_EQ(PixelOf(*small, 7, 4), kSilver);
-    EXPECT_EQ(PixelOf(*small, 12, 13), kGrey);     // patch given with reversed corners
+    EXPECT_EQ(PixelOf(*small, 12, 13), kGrey); // patch given with reversed corners
 
-    TqLed* big = NewLed(40, 25, lstSquare);        // s = 2 (only the width counts)
+    TqLed* big = NewLed(40, 25, lstSquare); // s = 2 (only the width counts)
     big->SetLeft(100);
     EXPECT_EQ(PixelOf(*big, 1, 1), kBlack);
-    EXPECT_EQ(PixelOf(*big, 0, 0), kBlack);        // a two-pixel pen centred on (s - 1, s - 1)
-    EXPECT_EQ(PixelOf(*big, 2, 12), kSilver);      // light bevel at 2s - 1
-    EXPECT_EQ(PixelOf(*big, 5, 12), kBlack);       // inner frame: 3s - 1 = 5
-    EXPECT_EQ(PixelOf(*big, 8, 8), kWhite);        // light patch (4s, 4s)-(6s, 5s)
+    EXPECT_EQ(PixelOf(*big, 0, 0), kBlack);   // a two-pixel pen centred on (s - 1, s - 1)
+    EXPECT_EQ(PixelOf(*big, 2, 12), kSilver); // light bevel at 2s - 1
+    EXPECT_EQ(PixelOf(*big, 5, 12), kBlack);  // inner frame: 3s - 1 = 5
+    EXPECT_EQ(PixelOf(*big, 8, 8), kWhite);   // light patch (4s, 4s)-(6s, 5s)
     EXPECT_EQ(PixelOf(*big, 20, 12), kMaroon);
 }
 
 TEST_F(Led, RoundStylesKeepTheParentColourInTheCornersAndLightTheCentre) {
     TqLed* round = NewLed(17, 17, lstRound);
-    EXPECT_EQ(PixelOf(*round, 0, 0), kFuchsia);   // the parent's colour
-    EXPECT_EQ(PixelOf(*round, 8, 0), kBlack);     // outline, width 1
-    EXPECT_EQ(PixelOf(*round, 8, 8), kMaroon);    // dark lamp
+    EXPECT_EQ(PixelOf(*round, 0, 0), kFuchsia); // the parent's colour
+    EXPECT_EQ(PixelOf(*round, 8, 0), kBlack);   // outline, width 1
+    EXPECT_EQ(PixelOf(*round, 8, 8), kMaroon);  // dark lamp
     round->writeLedOn(true);
     EXPECT_EQ(PixelOf(*round, 8, 8), kRed);
 
     TqLed* simple = NewLed(34, 34, lstSimpleRound); // s = 2: an outline two pixels wide
     simple->SetLeft(100);
     EXPECT_EQ(PixelOf(*simple, 17, 0), kBlack);
-    EXPECT_EQ(PixelOf(*simple, 17, 2), kMaroon);  // wide pens are centred on the thin outline
+    EXPECT_EQ(PixelOf(*simple, 17, 2), kMaroon); // wide pens are centred on the thin outline
     EXPECT_EQ(PixelOf(*simple, 17, 17), kMaroon);
     EXPECT_EQ(PixelOf(*simple, 0, 0), kFuchsia);
 
     round->SetSteelLook(true);
-    EXPECT_EQ(PixelOf(*round, 1, 1), kWhite);     // steel in the corner
+    EXPECT_EQ(PixelOf(*round, 1, 1), kWhite); // steel in the corner
     EXPECT_EQ(PixelOf(*round, 0, 0), kSilver);
 }
 
@@ -135,7 +135,8 @@ TEST_F(Led, PulseLightsForAWhileAndBlinkTogglesOnTheFakeClock) {
 TEST_F(Led, BlinkThenIntervalFromAFormDoesNotBlinkInTheDesigner) {
     RegisterClass(TqLed::StaticClassInfo());
     RegisterClass(TForm::StaticClassInfo());
-    const char* text = "object F: TForm\n object L: TqLed\n  Blink = True\n  BlinkInterval = 300\n end\nend\n";
+    const char* text =
+        "object F: TForm\n object L: TqLed\n  Blink = True\n  BlinkInterval = 300\n end\nend\n";
     auto designed = ReadComponentText(text, {true, nullptr});
     auto* designLed = dynamic_cast<TqLed*>(designed->FindComponent("L"));
     ASSERT_NE(designLed, nullptr);

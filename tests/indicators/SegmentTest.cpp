@@ -16,7 +16,7 @@ TEST_F(IndicatorTest, NewCellIsBlackWithEverySegmentUnlit) {
     EXPECT_EQ(cell->Width(), 19);
     EXPECT_EQ(cell->Height(), 29);
     EXPECT_EQ(PixelOf(*cell, 0, 0), kBlack);
-    EXPECT_EQ(PixelOf(*cell, 9, 3), kUnlit);  // top bar
+    EXPECT_EQ(PixelOf(*cell, 9, 3), kUnlit);   // top bar
     EXPECT_EQ(PixelOf(*cell, 18, 27), kUnlit); // the point: a line at Size 1
 }
 
@@ -27,7 +27,7 @@ TEST_F(IndicatorTest, CellGeometryScalesWithSizeAndSnapsHeights) {
     EXPECT_EQ(cell->Size(), 3);
     EXPECT_EQ(cell->Height(), 87);
     EXPECT_EQ(cell->Width(), 57);
-    cell->SetChar('0'); // crossed by the rising diagonal (segment 12)
+    cell->SetChar('0');                        // crossed by the rising diagonal (segment 12)
     EXPECT_EQ(PixelOf(*cell, 27, 9), kLit);    // top bar at Size 3: y from 6 to 12
     EXPECT_EQ(PixelOf(*cell, 36, 24), kLit);   // on the upper right diagonal
     EXPECT_EQ(PixelOf(*cell, 20, 45), kUnlit); // middle bar (left half): not part of "0"
@@ -111,7 +111,8 @@ TEST_F(IndicatorTest, LabelFoldsPointsIntoThePreviousCell) {
     label->SetCaption("12.5");
     const auto chars = [&] {
         std::string s;
-        for (int i = 0; i < label->NumberOfChars(); ++i) s += static_cast<char>(label->Cell(i)->Char());
+        for (int i = 0; i < label->NumberOfChars(); ++i)
+            s += static_cast<char>(label->Cell(i)->Char());
         return s;
     };
     EXPECT_EQ(chars(), "125 ");
@@ -154,12 +155,14 @@ TEST_F(IndicatorTest, ClockShowsTheTimeOnItsCells) {
     c->SetParent(form);
     ASSERT_EQ(c->NumberOfChars(), 4);
     std::string shown;
-    for (int i = 0; i < 4; ++i) shown += static_cast<char>(c->Cell(i)->Char());
+    for (int i = 0; i < 4; ++i)
+        shown += static_cast<char>(c->Cell(i)->Char());
     EXPECT_EQ(shown, "0930");
     EXPECT_EQ(c->Cell(1)->Punktur(), spColon);
 
-    const std::pair<qxClockFormat, int> counts[] = {{qxc12Hour, 4},     {qxc12Hour_AMPM, 7}, {qxc12Hour_AP, 6},
-                                                    {qxc12HourAMPM, 6}, {qxc12HourAP, 5},    {qxc24Hour, 4}};
+    const std::pair<qxClockFormat, int> counts[] = {{qxc12Hour, 4},    {qxc12Hour_AMPM, 7},
+                                                    {qxc12Hour_AP, 6}, {qxc12HourAMPM, 6},
+                                                    {qxc12HourAP, 5},  {qxc24Hour, 4}};
     for (auto [format, cells] : counts) {
         c->SetClockFormat(format);
         EXPECT_EQ(c->NumberOfChars(), cells) << format;
@@ -168,7 +171,8 @@ TEST_F(IndicatorTest, ClockShowsTheTimeOnItsCells) {
     c->SetClockFormat(qxc12Hour_AMPM);
     EXPECT_EQ(c->NumberOfChars(), 9);
     std::string ampm;
-    for (int i = 0; i < 9; ++i) ampm += static_cast<char>(c->Cell(i)->Char());
+    for (int i = 0; i < 9; ++i)
+        ampm += static_cast<char>(c->Cell(i)->Char());
     EXPECT_EQ(ampm, "093000 am");
 
     int changes = 0;
@@ -177,7 +181,8 @@ TEST_F(IndicatorTest, ClockShowsTheTimeOnItsCells) {
     c->SetClockFormat(qxc24Hour);
     c->SetOffSetTime(-90); // 08:00
     std::string offset;
-    for (int i = 0; i < 4; ++i) offset += static_cast<char>(c->Cell(i)->Char());
+    for (int i = 0; i < 4; ++i)
+        offset += static_cast<char>(c->Cell(i)->Char());
     EXPECT_EQ(offset, "0800");
     EXPECT_GE(changes, 1);
 }

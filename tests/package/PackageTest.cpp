@@ -14,7 +14,9 @@ using namespace qv;
 
 TEST(Package, UnitsInitializeInTableOrderOnceAndFinalizeInReverse) {
     std::vector<std::string> trace;
-    SetUnitTrace([&](const char* unit, bool init) { trace.push_back((init ? "+" : "-") + std::string(unit)); });
+    SetUnitTrace([&](const char* unit, bool init) {
+        trace.push_back((init ? "+" : "-") + std::string(unit));
+    });
     ASSERT_EQ(PackageUnits().size(), 23u);
     EXPECT_STREQ(PackageUnits()[3].name, "Std2");
     EXPECT_EQ(TSteel(), nullptr);
@@ -55,10 +57,12 @@ TEST(Package, SteelTextureIsSilverWithWhiteOddPixels) {
     copy.Assign(steel);
     TCanvas& c = copy.Canvas();
     EXPECT_EQ(c.Pixel(1, 1), TColor(0xFFFFFF));
-    for (TPoint p : {TPoint{0, 0}, TPoint{1, 0}, TPoint{0, 1}, TPoint{2, 1}}) EXPECT_EQ(c.Pixel(p.x, p.y), TColor(0xC0C0C0));
+    for (TPoint p : {TPoint{0, 0}, TPoint{1, 0}, TPoint{0, 1}, TPoint{2, 1}})
+        EXPECT_EQ(c.Pixel(p.x, p.y), TColor(0xC0C0C0));
     int white = 0;
     for (int y = 0; y < 8; ++y)
-        for (int x = 0; x < 8; ++x) white += c.Pixel(x, y) == TColor(0xFFFFFF);
+        for (int x = 0; x < 8; ++x)
+            white += c.Pixel(x, y) == TColor(0xFFFFFF);
     EXPECT_EQ(white, 16);
     FinalizePackage();
 }
@@ -73,7 +77,8 @@ TEST(Package, SteelPaintingTilesFromTheCanvasOriginAndRestoresTheBrush) {
     EXPECT_EQ(a.Canvas().Pixel(4, 3), TColor(0xC0C0C0));
     EXPECT_EQ(a.Canvas().Pixel(2, 2), TColor(0xFFFFFF)); // outside the rectangle: untouched
     for (int y = 3; y < 12; ++y)
-        for (int x = 3; x < 20; ++x) ASSERT_EQ(a.Canvas().Pixel(x, y), b.Canvas().Pixel(x, y)) << x << "," << y;
+        for (int x = 3; x < 20; ++x)
+            ASSERT_EQ(a.Canvas().Pixel(x, y), b.Canvas().Pixel(x, y)) << x << "," << y;
     EXPECT_EQ(a.Canvas().Brush().Bitmap(), nullptr);
     EXPECT_EQ(a.Canvas().Brush().Color(), clRed);
     FinalizePackage();
@@ -81,7 +86,8 @@ TEST(Package, SteelPaintingTilesFromTheCanvasOriginAndRestoresTheBrush) {
 
 TEST(Registration, TableHas68ClassesOnFourPagesAndRegistersThoseThatExistInOrder) {
     std::map<std::string, int> perPage;
-    for (const auto& e : RegistrationTable()) ++perPage[e.page];
+    for (const auto& e : RegistrationTable())
+        ++perPage[e.page];
     EXPECT_EQ(RegistrationTable().size(), 68u);
     EXPECT_EQ(perPage["QuelvarSoft"], 25);
     EXPECT_EQ(perPage["QuelvarSoft II"], 11);
@@ -101,16 +107,19 @@ TEST(Registration, TableHas68ClassesOnFourPagesAndRegistersThoseThatExistInOrder
         for (const auto& e : RegistrationTable())
             if (e.classInfo && e.page == page) expected.push_back(e.className);
         std::vector<std::string> got;
-        for (const TClassInfo* c : PaletteClasses(page)) got.push_back(c->name);
+        for (const TClassInfo* c : PaletteClasses(page))
+            got.push_back(c->name);
         EXPECT_EQ(got, expected) << page;
     }
     EXPECT_NE(GetClass("TqLed"), nullptr);
     bool ledEditor = false;
-    for (const auto& e : ComponentEditors()) ledEditor = ledEditor || e.editor == "TqLedEdit";
+    for (const auto& e : ComponentEditors())
+        ledEditor = ledEditor || e.editor == "TqLedEdit";
     EXPECT_TRUE(ledEditor);
     EXPECT_EQ(LibraryExperts().size(), 4u);
     bool hintEditor = false;
-    for (const auto& e : PropertyEditors()) hintEditor = hintEditor || e.propertyName == "Hint";
+    for (const auto& e : PropertyEditors())
+        hintEditor = hintEditor || e.propertyName == "Hint";
     EXPECT_TRUE(hintEditor);
     ClearDesignerRegistry();
 }

@@ -112,7 +112,8 @@ TEST_F(FormFile, EventsBindThroughTheApplicationsTableOrKeepTheirNames) {
 }
 
 TEST_F(FormFile, DesignModeMarksEveryComponent) {
-    auto root = ReadComponentText("object R: TTestBox\n object A: TTestBox\n end\nend\n", {true, nullptr});
+    auto root =
+        ReadComponentText("object R: TTestBox\n object A: TTestBox\n end\nend\n", {true, nullptr});
     EXPECT_TRUE(root->IsDesigning());
     EXPECT_TRUE(root->FindComponent("A")->IsDesigning());
 }
@@ -156,20 +157,24 @@ TEST_F(FormFile, BadInputNamesLineColumnAndWhatWasExpected) {
               "line 2, column 19: Strings expects strings but got integer");
     EXPECT_EQ(ReadError("object A: TTestWidget\n  Count 1\nend\n"),
               "line 2, column 9: expected '=' but found number");
-    EXPECT_EQ(ReadError("object A: TTestWidget\nend\nextra"), "line 3, column 1: expected end of file but found 'extra'");
+    EXPECT_EQ(ReadError("object A: TTestWidget\nend\nextra"),
+              "line 3, column 1: expected end of file but found 'extra'");
     EXPECT_EQ(ReadError("object A: TTestWidget\n  Lines.Data = {0A0\nend\n"),
               "line 2, column 19: invalid binary data: expected pairs of hexadecimal digits");
     EXPECT_EQ(ReadError("object A: TTestWidget\n  Lines.Data = {0A0B"),
               "line 2, column 16: unterminated binary data: expected '}'");
-    EXPECT_EQ(ReadError("object R: TTestBox\n object A: TTestBox\n end\n object a: TTestBox\n end\nend\n"),
-              "line 4, column 9: A component named a already exists");
+    EXPECT_EQ(
+        ReadError(
+            "object R: TTestBox\n object A: TTestBox\n end\n object a: TTestBox\n end\nend\n"),
+        "line 4, column 9: A component named a already exists");
 }
 
 TEST_F(FormFile, ComponentsCreatedBeforeAnErrorAreFreed) {
     // Under the address sanitizer a leak or a double free here fails the run.
     TTestBox existing(nullptr);
-    EXPECT_THROW(ReadRootText(existing, "object R: TTestBox\n object A: TTestBox\n  object B: TTestBox\n"
-                                        "  end\n end\n object C: TTestBox\n  Bogus = 1\n end\nend\n"),
+    EXPECT_THROW(ReadRootText(existing,
+                              "object R: TTestBox\n object A: TTestBox\n  object B: TTestBox\n"
+                              "  end\n end\n object C: TTestBox\n  Bogus = 1\n end\nend\n"),
                  EReadError);
     EXPECT_EQ(existing.ComponentCount(), 0);
     EXPECT_THROW(ReadComponentText("object R: TTestBox\n object A: TTestBox\n  object B: TTestBox\n"

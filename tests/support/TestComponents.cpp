@@ -35,12 +35,13 @@ const TTypeInfo& ShortLabelType() {
 }
 
 const TClassInfo& TTestFont::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TTestFont>("TTestFont", &TPersistent::StaticClassInfo())
-                                       .Property("Name", &TTestFont::Name, &TTestFont::SetName)
-                                       .Stored([](const TTestFont& f) { return f.Name() != "Sans"; })
-                                       .Property("Size", &TTestFont::Size, &TTestFont::SetSize)
-                                       .Default(8)
-                                       .Build();
+    static const TClassInfo info =
+        TClassBuilder<TTestFont>("TTestFont", &TPersistent::StaticClassInfo())
+            .Property("Name", &TTestFont::Name, &TTestFont::SetName)
+            .Stored([](const TTestFont& f) { return f.Name() != "Sans"; })
+            .Property("Size", &TTestFont::Size, &TTestFont::SetSize)
+            .Default(8)
+            .Build();
     return info;
 }
 
@@ -71,7 +72,8 @@ const TClassInfo& TTestWidget::StaticClassInfo() {
             .Property("Ratio", &TTestWidget::Ratio, &TTestWidget::SetRatio)
             .Property("Precise", &TTestWidget::Precise, &TTestWidget::SetPrecise)
             .Property("Caption", &TTestWidget::Caption, &TTestWidget::SetCaption)
-            .Property("ShortLabel", ShortLabelType(), &TTestWidget::ShortLabel, &TTestWidget::SetShortLabel)
+            .Property("ShortLabel", ShortLabelType(), &TTestWidget::ShortLabel,
+                      &TTestWidget::SetShortLabel)
             .Property("Status", &TTestWidget::Status, DiscardWrites)
             .Object("Font", &TTestWidget::Font)
             .Object("Lines", &TTestWidget::Lines)
@@ -103,13 +105,15 @@ void TTestWidget::Loaded() {
 }
 
 const TClassInfo& TTestBox::StaticClassInfo() {
-    static const TClassInfo info = TClassBuilder<TTestBox>("TTestBox", &TTestWidget::StaticClassInfo()).Build();
+    static const TClassInfo info =
+        TClassBuilder<TTestBox>("TTestBox", &TTestWidget::StaticClassInfo()).Build();
     return info;
 }
 
 TTestBox::~TTestBox() {
     // Children go with their parent, as controls do.
-    while (!m_children.empty()) delete m_children.back();
+    while (!m_children.empty())
+        delete m_children.back();
     if (m_parent) std::erase(m_parent->m_children, this);
 }
 

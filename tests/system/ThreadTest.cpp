@@ -1,5 +1,5 @@
-#include "platform/core/Exceptions.h"
 #include "platform/system/Thread.h"
+#include "platform/core/Exceptions.h"
 
 #include <gtest/gtest.h>
 
@@ -73,7 +73,8 @@ TEST(Thread, SuspendAndResumeNestAndStopTheWorkerAtItsNextSuspensionPoint) {
         }
     });
     t.Start();
-    while (laps < 3) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (laps < 3)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     t.Suspend();
     t.Suspend();
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -86,7 +87,8 @@ TEST(Thread, SuspendAndResumeNestAndStopTheWorkerAtItsNextSuspensionPoint) {
     EXPECT_LE(laps - stopped, 1);
     t.Resume();
     EXPECT_FALSE(t.Suspended());
-    while (laps < stopped + 3) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (laps < stopped + 3)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     t.Terminate();
     t.WaitFor();
 }
@@ -99,7 +101,8 @@ TEST(Thread, DestroyingWhileTheWorkerWaitsForTheMainThreadCancelsTheCall) {
         self.Synchronize([&] { ran = true; });
     });
     t->Start();
-    while (!waiting) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (!waiting)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
     t.reset(); // must not hang and must not run the pending call
     CheckSynchronize();
@@ -123,7 +126,8 @@ TEST(Thread, SleepEndsEarlyWhenTerminated) {
         fullTime = self.Sleep(10000);
     });
     t.Start();
-    while (!sleeping) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (!sleeping)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     const auto start = std::chrono::steady_clock::now();
     t.Terminate();
     t.WaitFor();

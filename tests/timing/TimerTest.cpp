@@ -82,7 +82,7 @@ TEST(ThreadTimer, SettingTheSameIntervalChangesNothingButAssigningTheHandlerAlwa
     timer.SetOnTimer([](TObject*) {});
     EXPECT_FALSE(timer.Worker()->Suspended());
     timer.Worker()->Suspend(); // from outside, to see whether a setter touches the worker
-    timer.SetInterval(1000);  // unchanged: no update step
+    timer.SetInterval(1000);   // unchanged: no update step
     EXPECT_TRUE(timer.Worker()->Suspended());
     timer.SetOnTimer([](TObject*) {}); // always runs the update step
     EXPECT_FALSE(timer.Worker()->Suspended());
@@ -94,7 +94,8 @@ TEST(ThreadTimer, DestroyingWhileTicksArePendingIsClean) {
         std::atomic<int> ticks{0};
         timer->SetInterval(1);
         timer->SetOnTimer([&](TObject*) { ++ticks; });
-        std::this_thread::sleep_for(std::chrono::milliseconds(3)); // a tick waits for the main thread
+        std::this_thread::sleep_for(
+            std::chrono::milliseconds(3)); // a tick waits for the main thread
         timer.reset();
         CheckSynchronize(); // nothing of the freed timer may run now
     }
