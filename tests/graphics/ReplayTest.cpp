@@ -3,6 +3,7 @@
 
 #include "platform/graphics/GdiReplay.h"
 #include "platform/graphics/ImageIO.h"
+#include "support/PixelEvidence.h"
 
 #include "platform/core/Exceptions.h"
 
@@ -16,24 +17,13 @@ namespace {
 const std::string CorpusDir = std::string(QV_TEST_DATA) + "/gdi-reference";
 const std::string OutDir = std::string(QV_TEST_OUT) + "/gdi-reference";
 
-// Writes actual, expected and diff pictures of a mismatching case and returns their names.
-std::string WriteEvidence(const TReplayCase& c, const TPixelBuffer& actual,
-                          const TPixelBuffer& expected) {
-    std::filesystem::create_directories(OutDir);
-    const std::string base = OutDir + "/" + c.name;
-    WriteFileBytes(base + "-actual.png", EncodePng(actual, false));
-    WriteFileBytes(base + "-expected.png", EncodePng(expected, false));
-    WriteFileBytes(base + "-diff.png", EncodePng(DiffImage(actual, expected), false));
-    return base + "-{actual,expected,diff}.png";
-}
-
 } // namespace
 
 TEST(GdiReference, CorpusMatchesPixelForPixel) {
     std::vector<std::string> evidence;
     const auto results = RunReplay(
         CorpusDir, [&](const TReplayCase& c, const TPixelBuffer& a, const TPixelBuffer& e) {
-            evidence.push_back(WriteEvidence(c, a, e));
+            evidence.push_back(test::WritePixelEvidence(OutDir, c.name, a, e));
         });
     ASSERT_EQ(results.size(), 1200u);
     for (const auto& r : results) {
