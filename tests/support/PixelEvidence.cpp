@@ -19,8 +19,8 @@ std::string WritePixelEvidence(const std::string& dir, const std::string& name,
 
 long CountDifferentPixels(const TPixelBuffer& actual, const TPixelBuffer& expected) {
     if (actual.Width() != expected.Width() || actual.Height() != expected.Height())
-        return static_cast<long>(std::max(actual.Width() * actual.Height(),
-                                          expected.Width() * expected.Height()));
+        return static_cast<long>(
+            std::max(actual.Width() * actual.Height(), expected.Width() * expected.Height()));
     long count = 0;
     for (int y = 0; y < actual.Height(); ++y)
         for (int x = 0; x < actual.Width(); ++x)
