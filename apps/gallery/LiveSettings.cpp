@@ -110,7 +110,8 @@ void AnimateStep(TComponent& component, int tick) {
     }
     if (className == "TqSegment") {
         if (tick % switchPeriod == 0)
-            TrySet(component, "Char", "'" + std::to_string(tick / switchPeriod % 10) + "'");
+            TrySet(component, "Char",
+                   std::string{'\'', static_cast<char>('0' + tick / switchPeriod % 10), '\''});
         return;
     }
     if (tick % switchPeriod == 0)

@@ -6,6 +6,7 @@
 #include <cctype>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <ctime>
 #include <mutex>
 
@@ -183,7 +184,11 @@ private:
             if (std::tolower(static_cast<unsigned char>(s[i])) != prefix[i]) return false;
         return true;
     }
-    static std::string Two(int v) { return (v < 10 ? "0" : "") + std::to_string(v); }
+    static std::string Two(int v) {
+        char digits[16];
+        std::snprintf(digits, sizeof digits, "%02d", v);
+        return digits;
+    }
     static std::size_t Run(std::string_view f, std::size_t i) {
         const char c = static_cast<char>(std::tolower(static_cast<unsigned char>(f[i])));
         std::size_t n = 1;

@@ -42,11 +42,15 @@ std::string Special(long double value) {
 }
 
 std::string ExponentText(int exponent, int minDigits, bool alwaysSign) {
-    std::string digits = std::to_string(std::abs(exponent));
-    while (static_cast<int>(digits.size()) < minDigits)
-        digits.insert(0, "0");
-    if (exponent < 0) return "-" + digits;
-    return (alwaysSign ? "+" : "") + digits;
+    const std::string magnitude = std::to_string(std::abs(exponent));
+    std::string text;
+    if (exponent < 0)
+        text += '-';
+    else if (alwaysSign)
+        text += '+';
+    text.append(
+        static_cast<std::size_t>(std::max(minDigits - static_cast<int>(magnitude.size()), 0)), '0');
+    return text + magnitude;
 }
 
 std::string Exponential(long double value, int precision, int digits) {
@@ -54,7 +58,7 @@ std::string Exponential(long double value, int precision, int digits) {
     const TDecimal d = ToDecimal(value, precision);
     std::string out = d.negative ? "-" : "";
     out += d.digits.substr(0, 1);
-    if (d.digits.size() > 1) out += "." + d.digits.substr(1);
+    if (d.digits.size() > 1) out.append(".").append(d.digits, 1);
     return out + "E" + ExponentText(d.exponent, std::clamp(digits, 0, 4), true);
 }
 
@@ -92,7 +96,7 @@ std::string General(long double value, int precision, int digits) {
     std::string out = d.negative ? "-" : "";
     if (d.exponent >= precision || d.exponent < -4) {
         out += d.digits.substr(0, 1);
-        if (d.digits.size() > 1) out += "." + d.digits.substr(1);
+        if (d.digits.size() > 1) out.append(".").append(d.digits, 1);
         return out + "E" + ExponentText(d.exponent, digits, false);
     }
     if (d.exponent < 0)

@@ -15,7 +15,7 @@ using namespace qv;
 TEST(Package, UnitsInitializeInTableOrderOnceAndFinalizeInReverse) {
     std::vector<std::string> trace;
     SetUnitTrace([&](const char* unit, bool init) {
-        trace.push_back((init ? "+" : "-") + std::string(unit));
+        trace.push_back(std::string(init ? "+" : "-").append(unit));
     });
     ASSERT_EQ(PackageUnits().size(), 23u);
     EXPECT_STREQ(PackageUnits()[3].name, "Std2");

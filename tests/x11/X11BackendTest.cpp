@@ -126,9 +126,10 @@ protected:
         if (m_x11) Application().SetBackend(std::make_unique<THeadlessBackend>());
     }
 
-    // Runs the application's loop until `done` holds or five seconds pass.
+    // Runs the application's loop until `done` holds or twenty seconds pass (a generous bound
+    // for a loaded machine; the wait ends as soon as `done` holds).
     bool PumpUntil(const std::function<bool()>& done) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (!done()) {
             if (std::chrono::steady_clock::now() > deadline) return false;
             m_x11->WaitForEvents(20);
