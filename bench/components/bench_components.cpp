@@ -167,7 +167,6 @@ double ThreadTimerHandOverP50(int ticks) {
         std::make_unique<THeadlessBackend>(THeadlessBackend::TClockMode::Real));
     std::vector<double> latency;
     TqxTimer timer(nullptr);
-    Clock::time_point woke;
     // The worker wakes after each interval; its wake time is one interval after the last
     // tick's end, which the handler records.
     Clock::time_point lastEnd = Clock::now();
