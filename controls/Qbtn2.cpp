@@ -1,7 +1,7 @@
 #include "controls/Qbtn2.h"
 
 #include "platform/graphics/Canvas.h"
-#include "utility/UnitGuard.h"
+#include "componentbase/UnitGuard.h"
 
 #include <memory>
 

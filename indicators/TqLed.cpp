@@ -1,7 +1,7 @@
 #include "indicators/TqLed.h"
 
 #include "platform/controls/ControlProperties.h"
-#include "timing/Std2.h"
+#include "componentbase/Steel.h"
 
 #include <algorithm>
 

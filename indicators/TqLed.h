@@ -3,7 +3,7 @@
 // the steel background. It can blink on a timer or light for a while (Pulse, Flash). Its
 // published Enabled is the lamp's lit state; the control's own enabled state is untouched.
 
-#include "package/EnterLeaveEvents.h"
+#include "componentbase/EnterLeaveEvents.h"
 #include "platform/controls/Timer.h"
 #include "platform/controls/WinControl.h"
 

@@ -5,7 +5,7 @@
 #include "timing/Std2.h"
 #include "utility/Mystd.h"
 #include "utility/Qhelper.h"
-#include "utility/UnitGuard.h"
+#include "componentbase/UnitGuard.h"
 
 #include <array>
 #include <utility>

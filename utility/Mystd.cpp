@@ -1,6 +1,6 @@
 #include "Mystd.h"
 
-#include "UnitGuard.h"
+#include "componentbase/UnitGuard.h"
 
 namespace qv {
 

@@ -1,6 +1,6 @@
 #include "Qhelper.h"
 
-#include "UnitGuard.h"
+#include "componentbase/UnitGuard.h"
 
 #include <sys/utsname.h>
 

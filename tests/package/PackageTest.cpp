@@ -1,4 +1,5 @@
 #include "package/Package.h"
+#include "componentbase/Steel.h"
 #include "package/Registration.h"
 #include "platform/core/ClassRegistry.h"
 #include "platform/core/DesignerRegistry.h"

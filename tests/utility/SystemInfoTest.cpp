@@ -2,7 +2,7 @@
 
 #include "utility/Mystd.h"
 #include "utility/Qhelper.h"
-#include "utility/UnitGuard.h"
+#include "componentbase/UnitGuard.h"
 
 #include <gtest/gtest.h>
 
