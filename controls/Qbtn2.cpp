@@ -1,7 +1,7 @@
 #include "controls/Qbtn2.h"
 
-#include "platform/graphics/Canvas.h"
 #include "componentbase/UnitGuard.h"
+#include "platform/graphics/Canvas.h"
 
 #include <memory>
 

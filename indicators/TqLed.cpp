@@ -1,7 +1,7 @@
 #include "indicators/TqLed.h"
 
-#include "platform/controls/ControlProperties.h"
 #include "componentbase/Steel.h"
+#include "platform/controls/ControlProperties.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
 #include "package/Package.h"
 
+#include "componentbase/UnitGuard.h"
 #include "controls/Qbtn2.h"
 #include "package/Registration.h"
 #include "timing/Std2.h"
 #include "utility/Mystd.h"
 #include "utility/Qhelper.h"
-#include "componentbase/UnitGuard.h"
 
 #include <array>
 #include <utility>

@@ -1,8 +1,8 @@
 // Processor, host and version routines, and the unit initialization pairs.
 
+#include "componentbase/UnitGuard.h"
 #include "utility/Mystd.h"
 #include "utility/Qhelper.h"
-#include "componentbase/UnitGuard.h"
 
 #include <gtest/gtest.h>
 
