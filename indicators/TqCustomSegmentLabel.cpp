@@ -14,7 +14,7 @@ const TClassInfo& TqCustomSegmentLabel::StaticClassInfo() {
 TqCustomSegmentLabel::TqCustomSegmentLabel(TComponent* AOwner) : TCustomControl(AOwner) {
     // The cells take the mouse; the label itself neither captures nor clicks.
     SetControlStyle(ControlStyle() - TControlStyle{csCaptureMouse, csClickEvents, csDoubleClicks});
-    SetColor(TColor(0));
+    SetColor(TSegmentDefaults::Color);
     SetCount(0);
     SetVisible(true);
 }

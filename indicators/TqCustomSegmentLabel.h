@@ -50,9 +50,9 @@ private:
 
     std::array<TqSegment*, 256> m_cells{}; // owned through the owner tree
     std::uint8_t m_numberOfChars{0};
-    int m_size{1};
-    TColor m_litColor{TColor(0x00FF00)};
-    TColor m_unLitColor{TColor(0x002000)};
+    int m_size{TSegmentDefaults::Size};
+    TColor m_litColor{TSegmentDefaults::LitColor};
+    TColor m_unLitColor{TSegmentDefaults::UnLitColor};
     std::string m_caption;
     bool m_building{false};
 };

@@ -1,6 +1,5 @@
 #include "indicators/TqLed.h"
 
-#include "componentbase/Steel.h"
 #include "platform/controls/ControlProperties.h"
 
 #include <algorithm>
@@ -17,19 +16,21 @@ const std::array<TColor, 9> LedDarkColors = {TColor(0x000080), TColor(0x800000),
 const TClassInfo& TqLed::StaticClassInfo() {
     static const TClassInfo info = [] {
         TClassBuilder<TqLed> b("TqLed", &TGraphicControl::StaticClassInfo());
-        b.Property("SteelLook", &TqLed::SteelLook, &TqLed::SetSteelLook).Default(false);
-        b.Property("LedStyle", &TqLed::LedStyle, &TqLed::SetLedStyle).Default(lstRound);
+        b.Property("SteelLook", &TqLed::SteelLook, &TqLed::SetSteelLook)
+            .Default(Defaults::SteelLook);
+        b.Property("LedStyle", &TqLed::LedStyle, &TqLed::SetLedStyle).Default(Defaults::LedStyle);
         PublishControlProperties(b, {"DragCursor", "DragMode", "Align", "Hint", "ShowHint",
                                      "ParentShowHint", "Visible", "Width"});
-        b.Default(17);
+        b.Default(Defaults::Size);
         PublishControlProperties(b, {"Height"});
-        b.Default(17);
+        b.Default(Defaults::Size);
         b.Property("LEDColor", &TqLed::LEDColor, &TqLed::SetLEDColor);
-        b.Property("Enabled", &TqLed::LedOn, &TqLed::writeLedOn).Default(false);
+        b.Property("Enabled", &TqLed::LedOn, &TqLed::writeLedOn).Default(Defaults::LedOn);
         b.Event("OnChange", &TqLed::OnChange);
         b.Event("OnPaint", &TqLed::OnPaint);
-        b.Property("Blink", &TqLed::Blink, &TqLed::SetBlink).Default(false);
-        b.Property("BlinkInterval", &TqLed::BlinkInterval, &TqLed::SetBlinkInterval).Default(500);
+        b.Property("Blink", &TqLed::Blink, &TqLed::SetBlink).Default(Defaults::Blink);
+        b.Property("BlinkInterval", &TqLed::BlinkInterval, &TqLed::SetBlinkInterval)
+            .Default(Defaults::BlinkInterval);
         PublishControlProperties(b, {"OnClick", "OnDblClick", "OnMouseDown", "OnMouseUp",
                                      "OnMouseMove", "OnDragDrop", "OnDragOver", "OnEndDrag"});
         b.Event("OnMouseEnter", &TqLed::OnMouseEnter);
@@ -43,7 +44,7 @@ const TClassInfo& TqLed::StaticClassInfo() {
 
 TqLed::TqLed(TComponent* AOwner) : TEnterLeaveEvents<TGraphicControl>(AOwner) {
     SetControlStyle(ControlStyle() + TControlStyle{csOpaque});
-    SetBounds(Left(), Top(), 17, 17);
+    SetBounds(Left(), Top(), Defaults::Size, Defaults::Size);
 }
 
 TqLed::~TqLed() {
@@ -187,18 +188,10 @@ void SquareStyle(TCanvas& c, int W, int H, int s) {
 
 } // namespace
 
-void TqLed::Paint() {
+void TqLed::DrawLamp(TCanvas& c) {
     const int W = Width(), H = Height();
     const int s = std::clamp(W / 17, 1, 6);
     const int h = std::max(s / 2, 1);
-    TBitmap picture(W, H);
-    TCanvas& c = picture.Canvas();
-    if (m_steelLook) {
-        PaintSteel(c, {0, 0, W, H});
-    } else {
-        c.Brush().SetColor(Parent() ? Parent()->Brush().Color() : clBtnFace);
-        c.FillRect({0, 0, W, H});
-    }
     c.Brush().SetColor(LampColor());
     c.Pen().SetColor(TColor(0x000000));
     c.Pen().SetWidth(s);
@@ -215,8 +208,12 @@ void TqLed::Paint() {
         SquareStyle(c, W, H, s);
         break;
     }
-    Canvas().Draw(0, 0, picture);
-    if (OnPaint) OnPaint(this);
+}
+
+void TqLed::Paint() {
+    m_frame.Paint(
+        *this, Canvas(), TFrameBackground::ParentOrSteel(*this, m_steelLook),
+        [this](TCanvas& c) { DrawLamp(c); }, OnPaint);
 }
 
 } // namespace qv

@@ -4,6 +4,7 @@
 // published Enabled is the lamp's lit state; the control's own enabled state is untouched.
 
 #include "componentbase/EnterLeaveEvents.h"
+#include "componentbase/PaintFrame.h"
 #include "platform/controls/Timer.h"
 #include "platform/controls/WinControl.h"
 
@@ -38,6 +39,15 @@ extern const std::array<TColor, 9> LedDarkColors;
 class TqLed : public TEnterLeaveEvents<TGraphicControl> {
     QV_OBJECT
 public:
+    struct Defaults {
+        static constexpr bool SteelLook = false;
+        static constexpr LedStyleType LedStyle = lstRound;
+        static constexpr bool LedOn = false;
+        static constexpr bool Blink = false;
+        static constexpr int BlinkInterval = 500;
+        static constexpr int Size = 17; // width and height
+    };
+
     explicit TqLed(TComponent* AOwner);
     ~TqLed() override;
 
@@ -74,16 +84,18 @@ protected:
 
 private:
     TColor LampColor();
+    void DrawLamp(TCanvas& canvas);
     void FreeTimer();
     void StartBlinkTimer();
 
-    bool m_steelLook{false};
-    LedStyleType m_ledStyle{lstRound};
+    bool m_steelLook{Defaults::SteelLook};
+    LedStyleType m_ledStyle{Defaults::LedStyle};
     LedColorType m_ledColor{lctRed};
-    bool m_ledOn{false};
-    bool m_blink{false};
-    int m_blinkInterval{500};
+    bool m_ledOn{Defaults::LedOn};
+    bool m_blink{Defaults::Blink};
+    int m_blinkInterval{Defaults::BlinkInterval};
     TTimer* m_timer{nullptr}; // owned through the owner tree, freed by FreeTimer
+    TPaintFrame m_frame;
 };
 
 } // namespace qv

@@ -108,26 +108,29 @@ const TClassInfo& TqSegment::StaticClassInfo() {
     static const TClassInfo info = [] {
         TClassBuilder<TqSegment> b("TqSegment", &TGraphicControl::StaticClassInfo());
         PublishControlProperties(b, {"DragCursor", "DragMode"});
-        b.Property("Char", QCharType(), &TqSegment::Char, &TqSegment::SetChar).Default(' ');
+        b.Property("Char", QCharType(), &TqSegment::Char, &TqSegment::SetChar)
+            .Default(TSegmentDefaults::Char);
         PublishControlProperties(b, {"Color"});
-        b.Default(TColor(0));
+        b.Default(TSegmentDefaults::Color);
         b.Property("Height", &TqSegment::Height, &TqSegment::SetHeight);
         PublishControlProperties(b, {"Hint"});
         b.Property("LitColor", ColorType(), &TqSegment::LitColor, &TqSegment::SetLitColor)
-            .Default(TColor(0x00FF00));
+            .Default(TSegmentDefaults::LitColor);
         b.Event("OnPaint", &TqSegment::OnPaint);
         PublishControlProperties(b, {"OnMouseDown", "OnMouseMove", "OnMouseUp", "OnClick",
                                      "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",
                                      "ParentColor", "ParentShowHint"});
-        b.Property("Punktur", &TqSegment::Punktur, &TqSegment::SetPunktur).Default(spNone);
+        b.Property("Punktur", &TqSegment::Punktur, &TqSegment::SetPunktur)
+            .Default(TSegmentDefaults::Punktur);
         PublishControlProperties(b, {"ShowHint"});
         b.Property("Transparent", &TqSegment::Transparent, &TqSegment::SetTransparent)
-            .Default(false);
+            .Default(TSegmentDefaults::Transparent);
         PublishControlProperties(b, {"Visible"});
         b.Property("Width", &TqSegment::Width, &TqSegment::SetWidth);
         b.Property("UnLitColor", ColorType(), &TqSegment::UnLitColor, &TqSegment::SetUnLitColor)
-            .Default(TColor(0x002000));
-        b.Property("Size", QSegSizeType(), &TqSegment::Size, &TqSegment::SetSize).Default(1);
+            .Default(TSegmentDefaults::UnLitColor);
+        b.Property("Size", QSegSizeType(), &TqSegment::Size, &TqSegment::SetSize)
+            .Default(TSegmentDefaults::Size);
         return b.Build();
     }();
     return info;
@@ -135,10 +138,8 @@ const TClassInfo& TqSegment::StaticClassInfo() {
 
 TqSegment::TqSegment(TComponent* AOwner) : TGraphicControl(AOwner) {
     SetControlStyle(ControlStyle() + TControlStyle{csOpaque});
-    SetColor(TColor(0));
-    SetSize(1);
-    SetLitColor(TColor(0x00FF00));
-    SetUnLitColor(TColor(0x002000));
+    SetColor(TSegmentDefaults::Color);
+    SetSize(TSegmentDefaults::Size);
 }
 
 void TqSegment::DoUpdate() {
@@ -295,17 +296,11 @@ TqSegment::TLook TqSegment::CurrentLook() const {
 
 TBitmap& TqSegment::Picture() {
     const TLook look = CurrentLook();
-    if (m_pictureLook == look) return m_picture;
-    m_picture.SetSize(look.width, look.height);
-    TCanvas& c = m_picture.Canvas();
-    c.Brush().SetColor(look.back);
-    c.Brush().SetStyle(bsSolid);
-    c.FillRect({0, 0, look.width, look.height});
-    c.Pen().SetWidth(1);
-    c.Pen().SetStyle(psSolid);
-    DrawSegments(c);
-    m_pictureLook = look;
-    return m_picture;
+    return m_face.Picture(look, look.width, look.height, [&](TCanvas& c) {
+        c.Brush().SetColor(look.back);
+        c.FillRect({0, 0, look.width, look.height});
+        DrawSegments(c);
+    });
 }
 
 // A transparent cell draws its segments over what lies beneath; an opaque one copies its

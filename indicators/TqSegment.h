@@ -3,11 +3,10 @@
 // segments are drawn in LitColor, the others in UnLitColor; an upper dot and a point sit to
 // the right of the cell. The character-to-segments table is shared by every cell.
 
+#include "componentbase/CachedFace.h"
 #include "platform/controls/WinControl.h"
-#include "platform/graphics/Bitmap.h"
 
 #include <cstdint>
-#include <optional>
 
 namespace qv {
 
@@ -32,6 +31,17 @@ void ChangeACharLook(unsigned char qChar, qSegSet segments);
 const TTypeInfo& QCharType();
 // qSegSize: 1..15.
 const TTypeInfo& QSegSizeType();
+
+// The defaults of a cell, shared by the segment, the segment label and the segment clock.
+struct TSegmentDefaults {
+    static constexpr unsigned char Char = ' ';
+    static constexpr TColor Color = TColor(0);
+    static constexpr TColor LitColor = TColor(0x00FF00);
+    static constexpr TColor UnLitColor = TColor(0x002000);
+    static constexpr qSegPunktur Punktur = spNone;
+    static constexpr bool Transparent = false;
+    static constexpr int Size = 1;
+};
 
 class TqSegment : public TGraphicControl {
     QV_OBJECT
@@ -77,17 +87,16 @@ private:
     TLook CurrentLook() const;
     TBitmap& Picture();
 
-    unsigned char m_char{' '};
-    TColor m_litColor{TColor(0x00FF00)};
-    TColor m_unLitColor{TColor(0x002000)};
-    qSegPunktur m_punktur{spNone};
-    bool m_transparent{false};
-    int m_size{0};
+    unsigned char m_char{TSegmentDefaults::Char};
+    TColor m_litColor{TSegmentDefaults::LitColor};
+    TColor m_unLitColor{TSegmentDefaults::UnLitColor};
+    qSegPunktur m_punktur{TSegmentDefaults::Punktur};
+    bool m_transparent{TSegmentDefaults::Transparent};
+    int m_size{0}; // the constructor sets the default Size, which sizes the cell
     qSegSet m_segments{0};
-    // An opaque cell is drawn once per look into this picture and copied on each paint:
-    // a row of cells repaints at the cost of a block copy instead of 16 polygons a cell.
-    TBitmap m_picture;
-    std::optional<TLook> m_pictureLook;
+    // An opaque cell is drawn once per look and copied on each paint: a row of cells
+    // repaints at the cost of a block copy instead of 16 polygons a cell.
+    TCachedFace<TLook> m_face;
 };
 
 } // namespace qv

@@ -14,16 +14,16 @@ const TClassInfo& TqSegmentClock::StaticClassInfo() {
     static const TClassInfo info = [] {
         TClassBuilder<TqSegmentClock> b("TqSegmentClock", &TqCustomSegmentLabel::StaticClassInfo());
         b.Property("Priority", &TqSegmentClock::Priority, &TqSegmentClock::SetPriority)
-            .Default(TThreadPriority::tpNormal);
+            .Default(TqxTimer::Defaults::Priority);
         b.Property("OffSetTime", &TqSegmentClock::OffSetTime, &TqSegmentClock::SetOffSetTime)
-            .Default(0);
+            .Default(Defaults::OffSetTime);
         b.Property("Format", &TqSegmentClock::ClockFormat, &TqSegmentClock::SetClockFormat)
-            .Default(qxc24Hour);
+            .Default(Defaults::Format);
         b.Property("Color", ColorType(), &TqSegmentClock::Color, &TqSegmentClock::SetColor)
-            .Default(TColor(0));
+            .Default(TSegmentDefaults::Color);
         PublishControlProperties(b, {"Cursor", "Hint"});
         b.Property("ShowSeconds", &TqSegmentClock::ShowSeconds, &TqSegmentClock::SetShowSeconds)
-            .Default(false);
+            .Default(Defaults::ShowSeconds);
         PublishControlProperties(
             b, {"OnMouseDown", "OnMouseUp", "OnMouseMove", "OnClick", "OnDblClick"});
         b.Event("OnTimeChange", &TqSegmentClock::OnTimeChange);
@@ -32,12 +32,12 @@ const TClassInfo& TqSegmentClock::StaticClassInfo() {
         b.Property("ParentColor", &TqSegmentClock::ParentColor, &TqSegmentClock::SetParentColor)
             .Default(false);
         b.Property("LitColor", ColorType(), &TqSegmentClock::LitColor, &TqSegmentClock::SetLitColor)
-            .Default(TColor(0x00FF00));
+            .Default(TSegmentDefaults::LitColor);
         b.Property("UnLitColor", ColorType(), &TqSegmentClock::UnLitColor,
                    &TqSegmentClock::SetUnLitColor)
-            .Default(TColor(0x002000));
+            .Default(TSegmentDefaults::UnLitColor);
         b.Property("Size", QSegSizeType(), &TqSegmentClock::Size, &TqSegmentClock::SetSize)
-            .Default(1);
+            .Default(TSegmentDefaults::Size);
         return b.Build();
     }();
     return info;

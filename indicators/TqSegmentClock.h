@@ -23,6 +23,12 @@ QV_ENUM_TYPE(qxClockFormat, "qxc12Hour", "qxc12Hour_AMPM", "qxc12Hour_AP", "qxc1
 class TqSegmentClock : public TqCustomSegmentLabel {
     QV_OBJECT
 public:
+    struct Defaults {
+        static constexpr std::int16_t OffSetTime = 0;
+        static constexpr qxClockFormat Format = qxc24Hour;
+        static constexpr bool ShowSeconds = false;
+    };
+
     explicit TqSegmentClock(TComponent* AOwner);
     ~TqSegmentClock() override;
 
@@ -52,9 +58,9 @@ protected:
 private:
     TDateTime ShownTime() const;
 
-    std::int16_t m_offSetTime{0};
-    qxClockFormat m_format{qxc24Hour};
-    bool m_showSeconds{false};
+    std::int16_t m_offSetTime{Defaults::OffSetTime};
+    qxClockFormat m_format{Defaults::Format};
+    bool m_showSeconds{Defaults::ShowSeconds};
     int m_minute{0};
     int m_second{0};
     TqxTimer* m_timer{nullptr}; // owned through the owner tree

@@ -11,29 +11,29 @@ const TClassInfo& TqSegmentLabel::StaticClassInfo() {
             b, {"OnMouseDown", "OnMouseUp", "OnMouseMove", "OnClick", "OnDblClick"});
         b.Property("Caption", &TqSegmentLabel::Caption, &TqSegmentLabel::SetCaption);
         b.Property("Color", ColorType(), &TqSegmentLabel::Color, &TqSegmentLabel::SetColor)
-            .Default(TColor(0));
+            .Default(TSegmentDefaults::Color);
         PublishControlProperties(b, {"Cursor", "Hint"});
         b.Property("LitColor", ColorType(), &TqSegmentLabel::LitColor, &TqSegmentLabel::SetLitColor)
-            .Default(TColor(0x00FF00));
+            .Default(TSegmentDefaults::LitColor);
         b.Property("NumberOfChars", &TqSegmentLabel::NumberOfChars,
                    &TqSegmentLabel::SetNumberOfChars)
-            .Default(11);
+            .Default(DefaultNumberOfChars);
         b.Property("ParentColor", &TqSegmentLabel::ParentColor, &TqSegmentLabel::SetParentColor)
             .Default(false);
         PublishControlProperties(b, {"ParentShowHint", "ShowHint"});
         b.Property("Size", QSegSizeType(), &TqSegmentLabel::Size, &TqSegmentLabel::SetSize)
-            .Default(1);
+            .Default(TSegmentDefaults::Size);
         b.Property("Visible", &TqSegmentLabel::Visible, &TqSegmentLabel::SetVisible).Default(true);
         b.Property("UnLitColor", ColorType(), &TqSegmentLabel::UnLitColor,
                    &TqSegmentLabel::SetUnLitColor)
-            .Default(TColor(0x002000));
+            .Default(TSegmentDefaults::UnLitColor);
         return b.Build();
     }();
     return info;
 }
 
 TqSegmentLabel::TqSegmentLabel(TComponent* AOwner) : TqCustomSegmentLabel(AOwner) {
-    SetNumberOfChars(11);
+    SetNumberOfChars(DefaultNumberOfChars);
     if (IsDesigning()) SetCaption("QuelvarSoft");
     DoCaption();
 }

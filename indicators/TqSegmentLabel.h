@@ -8,6 +8,8 @@ namespace qv {
 class TqSegmentLabel : public TqCustomSegmentLabel {
     QV_OBJECT
 public:
+    static constexpr std::uint8_t DefaultNumberOfChars = 11;
+
     explicit TqSegmentLabel(TComponent* AOwner);
 };
 

@@ -10,12 +10,12 @@ const TClassInfo& TqxMMTimer::StaticClassInfo() {
     static const TClassInfo info =
         TClassBuilder<TqxMMTimer>("TqxMMTimer", &TComponent::StaticClassInfo())
             .Property("Enabled", &TqxMMTimer::Enabled, &TqxMMTimer::SetEnabled)
-            .Default(true)
+            .Default(Defaults::Enabled)
             .Property("Interval", &TqxMMTimer::Interval, &TqxMMTimer::SetInterval)
-            .Default(1000u)
+            .Default(Defaults::Interval)
             .Event("OnTimer", &TqxMMTimer::GetOnTimer, &TqxMMTimer::SetOnTimer)
             .Property("Resolution", &TqxMMTimer::Resolution, &TqxMMTimer::SetResolution)
-            .Default(10u)
+            .Default(Defaults::Resolution)
             .Build();
     return info;
 }

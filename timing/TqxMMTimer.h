@@ -15,6 +15,12 @@ namespace qv {
 class TqxMMTimer : public TComponent {
     QV_OBJECT
 public:
+    struct Defaults {
+        static constexpr bool Enabled = true;
+        static constexpr unsigned Interval = 1000;
+        static constexpr unsigned Resolution = 10;
+    };
+
     explicit TqxMMTimer(TComponent* AOwner);
     // The same on another timer service (tests use one that refuses).
     TqxMMTimer(TComponent* AOwner, TMultimediaTimerService& service);
@@ -39,12 +45,12 @@ private:
     void Restart();
 
     TMultimediaTimerService& m_service;
-    std::atomic<bool> m_enabled{true};
-    unsigned m_interval{1000};
+    std::atomic<bool> m_enabled{Defaults::Enabled};
+    unsigned m_interval{Defaults::Interval};
     // Read on the service's thread while the main thread may replace it.
     std::atomic<std::shared_ptr<const TNotifyEvent>> m_onTimer;
     unsigned m_timerId{TIMERR_NOCANDO};
-    unsigned m_resolution{10};
+    unsigned m_resolution{Defaults::Resolution};
 };
 
 // Suspends the calling thread for `milliseconds` (the message loop does not run meanwhile).

@@ -26,11 +26,11 @@ const TClassInfo& TqxTimer::StaticClassInfo() {
     static const TClassInfo info =
         TClassBuilder<TqxTimer>("TqxTimer", &TComponent::StaticClassInfo())
             .Property("Priority", &TqxTimer::Priority, &TqxTimer::SetPriority)
-            .Default(TThreadPriority::tpNormal)
+            .Default(Defaults::Priority)
             .Property("Enabled", &TqxTimer::Enabled, &TqxTimer::SetEnabled)
-            .Default(true)
+            .Default(Defaults::Enabled)
             .Property("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval)
-            .Default(1000u)
+            .Default(Defaults::Interval)
             .Event("OnTimer", &TqxTimer::GetOnTimer, &TqxTimer::SetOnTimer)
             .Build();
     return info;

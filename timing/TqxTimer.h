@@ -33,6 +33,12 @@ private:
 class TqxTimer : public TComponent {
     QV_OBJECT
 public:
+    struct Defaults {
+        static constexpr TThreadPriority Priority = TThreadPriority::tpNormal;
+        static constexpr bool Enabled = true;
+        static constexpr unsigned Interval = 1000;
+    };
+
     explicit TqxTimer(TComponent* AOwner);
     ~TqxTimer() override;
 
@@ -53,10 +59,10 @@ public:
 private:
     void UpdateTimer();
 
-    std::atomic<TThreadPriority> m_priority{TThreadPriority::tpNormal};
+    std::atomic<TThreadPriority> m_priority{Defaults::Priority};
     std::unique_ptr<TqxTimerThread> m_worker;
-    bool m_enabled{true};
-    std::atomic<unsigned> m_interval{1000};
+    bool m_enabled{Defaults::Enabled};
+    std::atomic<unsigned> m_interval{Defaults::Interval};
     TNotifyEvent m_onTimer;
 };
 

@@ -1,0 +1,80 @@
+#pragma once
+// TPaintFrame: the flicker-free paint of a component. The component draws its whole picture
+// into an off-screen bitmap of its size, which the frame keeps while the size holds; the
+// frame fills the background first (a flat colour, the parent's colour or steel), copies the
+// finished picture to the control's canvas in one step and then raises OnPaint. Borderless
+// components ask for the design-time outline: a dashed rectangle round the picture, drawn only
+// while designing, so that they can be found on the form.
+//
+//   void TqLed::Paint() {
+//       m_frame.Paint(*this, Canvas(), TFrameBackground::ParentOrSteel(*this, m_steelLook),
+//                     [&](TCanvas& c) { DrawLamp(c); }, OnPaint);
+//   }
+//
+// A control larger than a bitmap may be (TPixelBuffer::MaxPixels) is drawn straight onto its
+// canvas, background first, instead of failing.
+
+#include "platform/controls/Control.h"
+#include "platform/graphics/Bitmap.h"
+#include "platform/graphics/Canvas.h"
+
+namespace qv {
+
+// What lies under a component's picture.
+struct TFrameBackground {
+    enum class TKind { Flat, Steel };
+    TKind kind{TKind::Flat};
+    TColor color{clBtnFace};
+
+    static TFrameBackground Flat(TColor color) { return {TKind::Flat, color}; }
+    static TFrameBackground Steel() { return {TKind::Steel, clBtnFace}; }
+    // The parent's brush colour (clBtnFace without a parent), or steel when `steel` is set.
+    static TFrameBackground ParentOrSteel(const TControl& control, bool steel);
+    // `color`, or steel when `steel` is set.
+    static TFrameBackground FlatOrSteel(TColor color, bool steel) {
+        return steel ? Steel() : Flat(color);
+    }
+};
+
+// Fills `rect` of `canvas` with `background`; the brush is left with the background's colour.
+void FillBackground(TCanvas& canvas, const TRect& rect, const TFrameBackground& background);
+
+// Draws the dashed design-time outline (0, 0, width, height): black dashed pen, no fill. The
+// canvas's pen and brush are left as they were.
+void DrawDesignOutline(TCanvas& canvas, int width, int height);
+
+class TPaintFrame {
+public:
+    enum class TOutline { None, WhileDesigning };
+
+    explicit TPaintFrame(TOutline outline = TOutline::None) : m_outline(outline) {}
+
+    // Paints `control` on `target`: background, `draw(canvas)`, the outline while designing,
+    // the copy, then `onPaint` with the control as Sender.
+    template <class Draw>
+    void Paint(TControl& control, TCanvas& target, const TFrameBackground& background, Draw&& draw,
+               const TNotifyEvent& onPaint) {
+        TCanvas& canvas = Begin(control, target, background);
+        draw(canvas);
+        End(control, target, onPaint);
+    }
+
+    // The two halves of Paint, for components whose drawing is not one call. Begin returns
+    // the canvas to draw on, with a fresh canvas's tools and the background filled.
+    TCanvas& Begin(const TControl& control, TCanvas& target, const TFrameBackground& background);
+    void End(TControl& control, TCanvas& target, const TNotifyEvent& onPaint);
+
+    // The off-screen picture as last painted.
+    const TBitmap& Picture() const { return m_picture; }
+
+private:
+    TBitmap m_picture;
+    TOutline m_outline;
+    bool m_direct{false}; // this paint draws straight onto the target
+};
+
+// Gives a canvas the tools of a fresh one: default pen, brush (no pattern) and font, copy mode
+// cmSrcCopy, pen position (0, 0).
+void ResetCanvasTools(TCanvas& canvas);
+
+} // namespace qv
