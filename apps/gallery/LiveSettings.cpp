@@ -1,47 +1,40 @@
 #include "LiveSettings.h"
 
+#include "indicators/Qled.h"
+#include "indicators/Qseg.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
+#include "timing/Std2.h"
 
-#include <cstring>
+#include <concepts>
 #include <string>
+#include <type_traits>
 
 namespace qv::gallery {
 
 namespace {
 
-struct TSetting {
-    const char* className;
-    const char* property;
-    const char* value; // as a form file writes it
-};
+template <class V> std::string ValueText(const V& value) {
+    if constexpr (std::is_convertible_v<V, std::string>)
+        return "'" + std::string(value) + "'";
+    else
+        return std::to_string(static_cast<long long>(value));
+}
 
-// A few settings per class that show what the component is for.
-constexpr TSetting showcase[] = {
-    {"TqLed", "LEDColor", "lctGreen"},
-    {"TqLed", "Enabled", "True"},
-    {"TqSegment", "Char", "'8'"},
-    {"TqSegment", "Punktur", "spDot"},
-    {"TqSegmentLabel", "Caption", "'QUELVAR'"},
-    {"TqSegmentLabel", "String", "'QUELVAR'"},
-    {"TqGauge", "Value", "65"},
-    {"TqGauge", "Caption", "'%d%%'"},
-    {"TqKnob", "Value", "40"},
-    {"TqPanelMeter", "Value", "70"},
-    {"TqSlideBar", "Value", "4"},
-    {"TqxDinMeter", "Value", "55"},
-    {"TqxSpectrum", "NumberOfChannels", "16"},
-    {"TqColorBtn", "Caption", "'Colour'"},
-    {"TqGradBtn", "Caption", "'Gradient'"},
-    {"TqxURLLabel", "Caption", "'www.example.org'"},
-    {"TqBigLabel", "Caption", "'Big'"},
-    {"Tq3DLabel", "Caption", "'3-D label'"},
-    {"TqAngleLabel", "Caption", "'Angle'"},
-    {"TqxCreditScroll", "Lines.Strings", "('Quelvar' 'components' 'gallery')"},
-    {"TqxTimer", "Interval", "250"},
-    {"TqxTimer", "Enabled", "True"},
-};
+// A setting of class C: `set` is applied with `value`; it holds while `get` returns it.
+template <class C, class V, class Get, class Set>
+TShowcaseSetting Setting(std::string property, Get get, Set set, V value) {
+    return {std::move(property), ValueText(value),
+            [set, value](TComponent& c) { std::invoke(set, static_cast<C&>(c), value); },
+            [get, value](const TComponent& c) {
+                return std::invoke(get, static_cast<const C&>(c)) == value;
+            }};
+}
+
+constexpr int sweepPeriod = 80;  // eight seconds up and down
+constexpr int switchPeriod = 20; // a switch flips every two seconds
+constexpr int blinkPeriod = 5;   // an LED blinks twice a second
 
 bool HasProperty(const TComponent& component, const std::string& name) {
     for (const TPropInfo* prop : GetPropList(component))
@@ -49,42 +42,66 @@ bool HasProperty(const TComponent& component, const std::string& name) {
     return false;
 }
 
-bool TrySet(TComponent& component, const std::string& property, const std::string& value) {
-    if (!HasProperty(component, property)) return false;
-    try {
-        SetPropText(component, property, value);
-        return true;
-    } catch (const Exception&) {
-        return false; // a value the class refuses: the component keeps its default
-    }
-}
-
-bool TryGetInt(const TComponent& component, const std::string& property, int& value) {
-    if (!HasProperty(component, property)) return false;
-    try {
-        value = StrToInt(GetPropText(component, property));
-        return true;
-    } catch (const Exception&) {
-        return false;
-    }
-}
-
-constexpr int sweepPeriod = 80;  // eight seconds up and down
-constexpr int switchPeriod = 20; // a switch flips every two seconds
-constexpr int blinkPeriod = 5;   // an LED blinks twice a second
-
-void Sweep(TComponent& component, int tick) {
-    int low = 0, high = 0;
-    if (!TryGetInt(component, "Min", low) || !TryGetInt(component, "Max", high) || high <= low)
+// The generic animation of instruments and switches, through their published properties.
+void SweepAndSwitch(TComponent& component, int tick) {
+    if (HasProperty(component, "SwitchOn") && tick % switchPeriod == 0)
+        SetPropText(component, "SwitchOn", tick / switchPeriod % 2 != 0 ? "True" : "False");
+    if (!HasProperty(component, "Min") || !HasProperty(component, "Max") ||
+        !HasProperty(component, "Value"))
         return;
-    TrySet(component, "Value", std::to_string(SweepValue(low, high, tick, sweepPeriod)));
+    const int low = StrToInt(GetPropText(component, "Min"));
+    const int high = StrToInt(GetPropText(component, "Max"));
+    if (high > low)
+        SetPropText(component, "Value", std::to_string(SweepValue(low, high, tick, sweepPeriod)));
 }
 
-const char* Boolean(bool on) {
-    return on ? "True" : "False";
+std::vector<TShowcase> MakeShowcases() {
+    std::vector<TShowcase> all;
+    all.push_back({"TqLed",
+                   {Setting<TqLed>("LEDColor", &TqLed::LEDColor, &TqLed::SetLEDColor, lctGreen),
+                    Setting<TqLed>("Enabled", &TqLed::LedOn, &TqLed::writeLedOn, true)},
+                   [](TComponent& c, int tick) {
+                       if (tick % blinkPeriod == 0)
+                           static_cast<TqLed&>(c).writeLedOn(tick / blinkPeriod % 2 == 0);
+                   }});
+    all.push_back(
+        {"TqSegment",
+         {Setting<TqSegment>("Char", &TqSegment::Char, &TqSegment::SetChar,
+                             static_cast<unsigned char>('8')),
+          Setting<TqSegment>("Punktur", &TqSegment::Punktur, &TqSegment::SetPunktur, spPunktum)},
+         [](TComponent& c, int tick) {
+             if (tick % switchPeriod == 0)
+                 static_cast<TqSegment&>(c).SetChar(
+                     static_cast<unsigned char>('0' + tick / switchPeriod % 10));
+         }});
+    all.push_back({"TqSegmentLabel",
+                   {Setting<TqSegmentLabel>("Caption", &TqSegmentLabel::Caption,
+                                            &TqSegmentLabel::SetCaption, std::string("QUELVAR"))},
+                   {}});
+    all.push_back({"TqSegmentClock",
+                   {Setting<TqSegmentClock>("ShowSeconds", &TqSegmentClock::ShowSeconds,
+                                            &TqSegmentClock::SetShowSeconds, true)},
+                   {}});
+    all.push_back(
+        {"TqxTimer",
+         {Setting<TqxTimer>("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval, 250u)},
+         {}});
+    return all;
+}
+
+const TShowcase* ShowcaseOf(const TComponent& component) {
+    const std::string className = component.ClassName();
+    for (const TShowcase& showcase : Showcases())
+        if (showcase.className == className) return &showcase;
+    return nullptr;
 }
 
 } // namespace
+
+const std::vector<TShowcase>& Showcases() {
+    static const std::vector<TShowcase> all = MakeShowcases();
+    return all;
+}
 
 int SweepValue(int low, int high, int tick, int period) {
     if (high <= low || period < 2) return low;
@@ -95,28 +112,25 @@ int SweepValue(int low, int high, int tick, int period) {
     return static_cast<int>(low + span * step / half);
 }
 
+void ApplyShowcase(const TShowcase& showcase, TComponent& component) {
+    for (const TShowcaseSetting& s : showcase.settings) {
+        s.apply(component);
+        if (!s.holds(component))
+            throw EComponentError("Showcase setting " + showcase.className + "." + s.property +
+                                  " = " + s.value + " did not take effect");
+    }
+}
+
 void ApplyShowcaseSettings(TComponent& component) {
-    const std::string className = component.ClassName();
-    for (const TSetting& s : showcase)
-        if (className == s.className) TrySet(component, s.property, s.value);
+    if (const TShowcase* showcase = ShowcaseOf(component)) ApplyShowcase(*showcase, component);
 }
 
 void AnimateStep(TComponent& component, int tick) {
-    const std::string className = component.ClassName();
-    if (className == "TqLed") {
-        if (tick % blinkPeriod == 0)
-            TrySet(component, "Enabled", Boolean(tick / blinkPeriod % 2 == 0));
-        return;
-    }
-    if (className == "TqSegment") {
-        if (tick % switchPeriod == 0)
-            TrySet(component, "Char",
-                   std::string{'\'', static_cast<char>('0' + tick / switchPeriod % 10), '\''});
-        return;
-    }
-    if (tick % switchPeriod == 0)
-        TrySet(component, "SwitchOn", Boolean(tick / switchPeriod % 2 != 0));
-    Sweep(component, tick);
+    const TShowcase* showcase = ShowcaseOf(component);
+    if (showcase && showcase->animate)
+        showcase->animate(component, tick);
+    else
+        SweepAndSwitch(component, tick);
 }
 
 } // namespace qv::gallery

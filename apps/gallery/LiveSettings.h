@@ -2,16 +2,46 @@
 // What makes the gallery's components look representative and alive: a few settings per
 // class applied once, and a step per animation tick (values sweep between Min and Max,
 // switches switch, LEDs blink, segment digits count).
+//
+// Each class's settings are written against its own getters and setters, so the compiler
+// checks that they exist and take the value's type; a setting that does not take effect
+// raises an error naming the class, the property and the value.
 
 #include "platform/core/Component.h"
 
+#include <functional>
+#include <string>
+#include <vector>
+
 namespace qv::gallery {
 
-// Applies the showcase settings known for the component's class. The package is written
-// alongside the gallery, so a setting the class does not (yet) publish is skipped.
+// One showcase setting of a class: applying it, and whether the component now holds it.
+struct TShowcaseSetting {
+    std::string property;
+    std::string value; // for messages
+    std::function<void(TComponent&)> apply;
+    std::function<bool(const TComponent&)> holds;
+};
+
+// The showcase of one class: its settings and, optionally, its own animation step.
+struct TShowcase {
+    std::string className;
+    std::vector<TShowcaseSetting> settings;
+    std::function<void(TComponent&, int tick)> animate;
+};
+
+// Every class's showcase, in no particular order.
+const std::vector<TShowcase>& Showcases();
+
+// Applies `showcase` to `component`; throws EComponentError naming the class, property and
+// value when a setting does not take effect.
+void ApplyShowcase(const TShowcase& showcase, TComponent& component);
+// Applies the showcase of the component's class, if it has one.
 void ApplyShowcaseSettings(TComponent& component);
 
-// Moves the component one animation step on; `tick` counts from 0, ten a second.
+// Moves the component one animation step on; `tick` counts from 0, ten a second. Classes
+// without an animation of their own sweep Value between Min and Max and flip SwitchOn, where
+// they publish them.
 void AnimateStep(TComponent& component, int tick);
 
 // The value a sweep shows at `tick`: from `low` up to `high` and back, `period` ticks for
