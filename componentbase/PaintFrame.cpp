@@ -44,9 +44,16 @@ void ResetCanvasTools(TCanvas& canvas) {
     canvas.MoveTo(0, 0);
 }
 
+// The picture reaches from the control's origin to its far corner, but no further than the
+// target's surface: what lies beyond could not be shown, and drawing is clipped the same way
+// in a smaller bitmap, so a huge control costs no more than what is visible of it.
 TCanvas& TPaintFrame::Begin(const TControl& control, TCanvas& target,
                             const TFrameBackground& background) {
-    const int width = std::max(control.Width(), 0), height = std::max(control.Height(), 0);
+    int width = std::max(control.Width(), 0), height = std::max(control.Height(), 0);
+    if (const TPixelBuffer* surface = target.Handle()->Target()) {
+        width = std::min(width, surface->Width());
+        height = std::min(height, surface->Height());
+    }
     m_direct = static_cast<std::int64_t>(width) * height > TPixelBuffer::MaxPixels;
     TCanvas* canvas = &target;
     if (!m_direct) {
@@ -60,13 +67,10 @@ TCanvas& TPaintFrame::Begin(const TControl& control, TCanvas& target,
 }
 
 void TPaintFrame::End(TControl& control, TCanvas& target, const TNotifyEvent& onPaint) {
-    const bool outline = m_outline == TOutline::WhileDesigning && control.IsDesigning();
-    if (m_direct) {
-        if (outline) DrawDesignOutline(target, control.Width(), control.Height());
-    } else {
-        if (outline) DrawDesignOutline(m_picture.Canvas(), m_picture.Width(), m_picture.Height());
-        target.Draw(0, 0, m_picture);
-    }
+    TCanvas& drawn = m_direct ? target : m_picture.Canvas();
+    if (m_outline == TOutline::WhileDesigning && control.IsDesigning())
+        DrawDesignOutline(drawn, control.Width(), control.Height());
+    if (!m_direct) target.Draw(0, 0, m_picture);
     if (onPaint) onPaint(&control);
 }
 

@@ -11,8 +11,9 @@
 //                     [&](TCanvas& c) { DrawLamp(c); }, OnPaint);
 //   }
 //
-// A control larger than a bitmap may be (TPixelBuffer::MaxPixels) is drawn straight onto its
-// canvas, background first, instead of failing.
+// The picture covers the control as far as the surface it is painted on reaches, so a huge
+// control costs what is visible of it; a surface larger than a bitmap may be
+// (TPixelBuffer::MaxPixels) is drawn on straight, background first, instead of failing.
 
 #include "platform/controls/Control.h"
 #include "platform/graphics/Bitmap.h"

@@ -2,6 +2,8 @@
 
 #include "platform/core/ClassBuilder.h"
 
+#include <algorithm>
+
 namespace qv {
 
 const TClassInfo& TqCustomSegmentLabel::StaticClassInfo() {
@@ -88,7 +90,10 @@ void TqCustomSegmentLabel::DoUpdate() {
     SetCount(m_numberOfChars);
 }
 
+// Size is the cells' subrange (qSegSize 1..15); values from code are clamped into it.
 void TqCustomSegmentLabel::SetSize(int value) {
+    value = std::clamp(value, static_cast<int>(QSegSizeType().minValue),
+                       static_cast<int>(QSegSizeType().maxValue));
     if (value == m_size) return;
     m_size = value;
     DoUpdate();

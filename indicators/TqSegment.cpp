@@ -119,7 +119,11 @@ const TClassInfo& TqSegment::StaticClassInfo() {
         b.Event("OnPaint", &TqSegment::OnPaint);
         PublishControlProperties(b, {"OnMouseDown", "OnMouseMove", "OnMouseUp", "OnClick",
                                      "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",
-                                     "ParentColor", "ParentShowHint"});
+                                     "ParentColor"});
+        // The constructor sets Color, which ends ParentColor: False is the cell's default, so
+        // that a cell following its parent's colour is written as such and reads back so.
+        b.Default(false);
+        PublishControlProperties(b, {"ParentShowHint"});
         b.Property("Punktur", &TqSegment::Punktur, &TqSegment::SetPunktur)
             .Default(TSegmentDefaults::Punktur);
         PublishControlProperties(b, {"ShowHint"});
@@ -151,7 +155,10 @@ void TqSegment::DoOnPaint() {
     if (OnPaint) OnPaint(this);
 }
 
+// Char and Size are subranges (qChar 32..255, qSegSize 1..15): values from code are clamped
+// into them, so that whatever a cell holds is also what a form file can hold.
 void TqSegment::SetChar(unsigned char value) {
+    value = std::max(value, static_cast<unsigned char>(QCharType().minValue));
     if (value == m_char) return;
     m_char = value;
     m_segments = CharLook(value);
@@ -189,6 +196,8 @@ void TqSegment::SetUnLitColor(TColor value) {
 }
 
 void TqSegment::SetSize(int value) {
+    value = std::clamp(value, static_cast<int>(QSegSizeType().minValue),
+                       static_cast<int>(QSegSizeType().maxValue));
     if (value == m_size) return;
     m_size = value;
     DoUpdate();

@@ -583,9 +583,8 @@ void TControl::PaintWindow(TCanvas& canvas) {
     Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
 }
 
-TPixelBuffer& TControl::PaintBuffer() {
-    const TRect client = ClientRect();
-    m_paintBuffer.Resize(client.Width(), client.Height());
+TPixelBuffer& TControl::PaintBuffer(int width, int height) {
+    m_paintBuffer.Resize(width, height);
     return m_paintBuffer;
 }
 
@@ -607,8 +606,11 @@ void TControl::Invalidate() {
     InvalidateRect(ClientRect());
 }
 
+// Paints what is pending only on a form that shows: a form being read or built before it is
+// shown paints nothing yet, so no component paints (or raises OnPaint) from its setters then.
 void TControl::Update() {
-    if (TCustomForm* form = ParentForm()) form->PaintPending();
+    TCustomForm* form = ParentForm();
+    if (form && form->Showing()) form->PaintPending();
 }
 
 void TControl::Repaint() {

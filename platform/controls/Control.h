@@ -306,8 +306,8 @@ protected:
     virtual void PaintWindow(TCanvas& canvas);
     // The surface of a control that reaches beyond the surface it is painted on (controls
     // inside it are painted in place): kept between paints so that repainting allocates
-    // nothing; always the control's size.
-    TPixelBuffer& PaintBuffer();
+    // nothing; `width` x `height` from the control's origin, enough for its visible part.
+    TPixelBuffer& PaintBuffer(int width, int height);
 
 private:
     void DoMouseDown(TMessage& Message, TMouseButtonKind Button, TShiftState Shift);

@@ -7,6 +7,7 @@
 #include "platform/core/ClassBuilder.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace qv {
@@ -500,7 +501,10 @@ void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TReg
 // and the visible part in control coordinates. When the control lies inside the surface
 // they are that part of the surface itself, so what lies beneath is already there and
 // nothing is copied. A control reaching beyond the surface paints into a buffer of its own
-// that starts with what lies beneath, copied back afterwards.
+// that starts with what lies beneath, copied back afterwards; the buffer reaches from the
+// control's origin to the far corner of the visible part only, as drawing is clipped to it
+// anyway. A control whose visible part lies further from its origin than any buffer can
+// reach (TPixelBuffer::MaxPixels) is not painted: what lies beneath stays.
 void TWinControl::PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint origin,
                                 const TRect& visible, const TPaintPixels& paint) {
     const TRect client = control.ClientRect();
@@ -512,7 +516,8 @@ void TWinControl::PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint
         paint(pixels, local);
         return;
     }
-    TPixelBuffer& own = control.PaintBuffer();
+    if (static_cast<std::int64_t>(local.right) * local.bottom > TPixelBuffer::MaxPixels) return;
+    TPixelBuffer& own = control.PaintBuffer(local.right, local.bottom);
     CopyPixels(surface, {0, 0}, own, origin, visible);
     paint(own, local);
     CopyPixels(own, origin, surface, {0, 0}, visible);

@@ -164,8 +164,10 @@ void TFormLexer::LexNumber(bool hex) {
     m_token.kind = TFormToken::Kind::Integer;
     std::uint64_t value = 0;
     auto [ptr, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    // 2^63 is kept for -9223372036854775808, the one value whose magnitude exceeds INT64_MAX;
+    // it wraps to INT64_MIN here, and only a minus sign makes it a number.
     if (ec != std::errc() || ptr != digits.data() + digits.size() ||
-        value > static_cast<std::uint64_t>(INT64_MAX))
+        value > static_cast<std::uint64_t>(INT64_MAX) + 1)
         Fail("number out of range");
     m_token.integer = static_cast<std::int64_t>(value);
 }
@@ -243,6 +245,7 @@ std::string TFormLexer::ExpectIdent(const char* what) {
 TFormValue TFormLexer::ReadValue() {
     switch (m_token.kind) {
     case TFormToken::Kind::Integer: {
+        if (m_token.integer == INT64_MIN) Fail("number out of range");
         auto v = TFormValue::Int(m_token.integer);
         Next();
         return v;
@@ -264,7 +267,10 @@ TFormValue TFormLexer::ReadValue() {
             const bool negative = IsSymbol('-');
             Next();
             if (m_token.kind == TFormToken::Kind::Integer) {
-                auto v = TFormValue::Int(negative ? -m_token.integer : m_token.integer);
+                if (!negative && m_token.integer == INT64_MIN) Fail("number out of range");
+                const auto magnitude = static_cast<std::uint64_t>(m_token.integer);
+                auto v = TFormValue::Int(
+                    static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude));
                 Next();
                 return v;
             }

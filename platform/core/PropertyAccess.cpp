@@ -100,6 +100,9 @@ void SetOrdinal(TObject& obj, const TPropInfo& prop, const TFormValue& value) {
         n = IdentifierOrdinal(prop, value.text);
     } else if (value.kind == TFormValue::Kind::Integer && t.kind == TTypeKind::Integer) {
         n = value.integer;
+        // Hexadecimal types (colours) are written as their 32-bit pattern: $FFFFFFFF is -1.
+        if (t.hexDigits == 8 && t.minValue < 0 && n > t.maxValue && n <= UINT32_MAX)
+            n = static_cast<std::int32_t>(static_cast<std::uint32_t>(n));
     } else {
         WrongKind(prop, value, t.kind == TTypeKind::Enumeration ? "an identifier" : "an integer");
     }

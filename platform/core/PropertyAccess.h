@@ -22,6 +22,8 @@ public:
     template <class F> void Add(const std::string& name, F handler) {
         m_handlers[name] = std::any(std::move(handler));
     }
+    // A handler already wrapped, holding the event's std::function type.
+    void Add(const std::string& name, std::any handler) { m_handlers[name] = std::move(handler); }
     const std::any* Find(const std::string& name) const;
 
 private:

@@ -42,7 +42,6 @@ const char* const kForm = R"(object Panel: TForm
     Char = 'A'
     Height = 58
     LitColor = clRed
-    ParentColor = False
     Punktur = spColon
     Width = 38
     UnLitColor = $00202020
