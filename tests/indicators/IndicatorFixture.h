@@ -4,6 +4,7 @@
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
+#include "support/PixelEvidence.h"
 
 #include <gtest/gtest.h>
 
@@ -29,6 +30,19 @@ protected:
         TBitmap shot;
         form->Screenshot(shot);
         return shot.Canvas().Pixel(control.Left() + x, control.Top() + y);
+    }
+    // True when `a` and `b` show the same pixels; otherwise the pictures go to the build
+    // folder under `name` and the failure names them.
+    ::testing::AssertionResult SamePicture(TControl& a, TControl& b, const std::string& name) {
+        TBitmap pa, pb;
+        a.PaintTo(pa);
+        b.PaintTo(pb);
+        const long differing = test::CountDifferentPixels(pa.Pixels(), pb.Pixels());
+        if (differing == 0) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure()
+               << differing << " pixels differ; pictures written: "
+               << test::WritePixelEvidence(std::string(QV_TEST_OUT) + "/indicators", name,
+                                           pa.Pixels(), pb.Pixels());
     }
     TForm* form{nullptr};
 };

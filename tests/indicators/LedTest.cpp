@@ -148,3 +148,36 @@ TEST_F(Led, BlinkThenIntervalFromAFormDoesNotBlinkInTheDesigner) {
     ASSERT_NE(led->LedTimer(), nullptr);
     EXPECT_EQ(led->LedTimer()->Interval(), 300u);
 }
+
+// The LED keeps its off-screen picture between paints: after any sequence of changes it must
+// show exactly what a new LED with the final settings shows.
+TEST_F(Led, KeptPictureShowsWhatAFreshLampShowsAfterEveryChange) {
+    TqLed* reused = NewLed(17, 17, lstRound);
+    struct TState {
+        LedStyleType style;
+        LedColorType color;
+        bool on, steel;
+        int size;
+    };
+    const TState states[] = {{lstSquare, lctBlue, true, false, 17},
+                             {lstRound, lctyellow, false, true, 34},
+                             {lstSimpleRound, lctGreen, true, true, 17},
+                             {lstSquare, lctWhite, false, false, 51}};
+    int step = 0;
+    for (const TState& s : states) {
+        const auto apply = [&](TqLed& led) {
+            led.SetBounds(led.Left(), 10, s.size, s.size);
+            led.SetLedStyle(s.style);
+            led.SetLEDColor(s.color);
+            led.writeLedOn(s.on);
+            led.SetSteelLook(s.steel);
+        };
+        apply(*reused);
+        reused->Repaint(); // the kept picture painted once more with these settings
+        TqLed* fresh = NewLed(17, 17, lstRound);
+        fresh->SetLeft(150);
+        apply(*fresh);
+        EXPECT_TRUE(SamePicture(*reused, *fresh, "led-kept-" + std::to_string(step++)));
+        delete fresh;
+    }
+}
