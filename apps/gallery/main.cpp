@@ -1,7 +1,9 @@
-// gallery [--png DIR] [--list]: every component of the designer registry, palette page by
-// palette page, live in a window. --png DIR renders each page headless to DIR/<page>.png
-// and prints the paths; --list prints "<page>: <class> <class> ..." per page. Without a
-// display the pages are rendered to gallery-pages/.
+// gallery [--png DIR] [--pictures DIR] [--list]: every component of the designer registry,
+// palette page by palette page, live in a window. --png DIR renders each page headless to
+// DIR/<page>.png and prints the paths; --pictures DIR renders each component's cell (the
+// component with its showcase settings and its class name) to DIR/<class>.png; --list prints
+// "<page>: <class> <class> ..." per page. Without a display the pages are rendered to
+// gallery-pages/.
 
 #include "GalleryForm.h"
 #include "GalleryLayout.h"
@@ -15,6 +17,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -25,7 +28,8 @@ using namespace qv::gallery;
 namespace {
 
 struct TOptions {
-    std::string pngDir; // empty: a window
+    std::string pngDir;      // empty: a window
+    std::string picturesDir; // one picture per component
     bool list{false};
 };
 
@@ -38,6 +42,8 @@ bool ParseArguments(int argc, char** argv, TOptions& options) {
             options.list = true;
         else if (arg == "--png" && i + 1 < argc)
             options.pngDir = argv[++i];
+        else if (arg == "--pictures" && i + 1 < argc)
+            options.picturesDir = argv[++i];
         else
             return false;
     }
@@ -71,6 +77,35 @@ void RenderPages(TGalleryForm& form, const std::string& dir) {
     }
 }
 
+// Writes DIR/<class>.png for every component and DIR/README.md, which shows them page by page.
+void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
+    std::filesystem::create_directories(dir);
+    std::ofstream index(std::filesystem::path(dir) / "README.md");
+    index << "# The components\n\nEach component as the gallery shows it, palette page by "
+             "palette page.\nRegenerate with `scripts/dev pictures`.\n";
+    form.Show();
+    for (int i = 0; i < static_cast<int>(form.Pages().size()); ++i) {
+        index << "\n## " << form.Pages()[static_cast<std::size_t>(i)] << "\n\n";
+        form.SelectPage(i);
+        Application().ProcessMessages();
+        TBitmap shot;
+        form.Screenshot(shot);
+        for (TComponentCell* cell : form.PageCells(i)) {
+            const TPoint at = form.ScreenToClient(cell->ClientToScreen({0, 0}));
+            TBitmap picture(cell->Width(), cell->Height());
+            picture.Canvas().CopyRect({0, 0, cell->Width(), cell->Height()}, shot.Canvas(),
+                                      Bounds(at.x, at.y, cell->Width(), cell->Height()));
+            const std::string path =
+                (std::filesystem::path(dir) / (cell->Shown().ClassName() + ".png")).string();
+            picture.SaveToFile(path);
+            index << "![" << cell->Shown().ClassName() << "](" << cell->Shown().ClassName()
+                  << ".png) ";
+            std::cout << path << '\n';
+        }
+        index << '\n';
+    }
+}
+
 void RunWindow(TGalleryForm& form) {
     form.SetPosition(poScreenCenter);
     form.StartAnimation();
@@ -83,7 +118,7 @@ void RunWindow(TGalleryForm& form) {
 int main(int argc, char** argv) {
     TOptions options;
     if (!ParseArguments(argc, argv, options)) {
-        std::cerr << "usage: gallery [--png DIR] [--list]\n";
+        std::cerr << "usage: gallery [--png DIR] [--pictures DIR] [--list]\n";
         return 1;
     }
     TPackageScope package;
@@ -92,7 +127,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     try {
-        if (options.pngDir.empty()) {
+        if (options.pngDir.empty() && options.picturesDir.empty()) {
             Application().SetBackend(CreateDefaultBackend());
             if (std::strcmp(Application().Backend().Name(), "headless") == 0) {
                 std::cerr << "gallery: no display; rendering the pages to " << headlessFolder
@@ -102,7 +137,9 @@ int main(int argc, char** argv) {
         }
         auto form = std::make_unique<TGalleryForm>(nullptr);
         form->Build();
-        if (options.pngDir.empty())
+        if (!options.picturesDir.empty())
+            RenderComponentPictures(*form, options.picturesDir);
+        else if (options.pngDir.empty())
             RunWindow(*form);
         else
             RenderPages(*form, options.pngDir);
