@@ -232,7 +232,8 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
     }
     if (readTo < readFrom) return;
     const TMerge merge = MergeOf(m_stretchMode);
-    std::vector<std::uint32_t> merged(static_cast<std::size_t>(src.Width()));
+    std::vector<std::uint32_t> merged(
+        merge == TMerge::Keep ? 0 : static_cast<std::size_t>(src.Width()));
     const std::uint32_t textPixel = PixelOf(m_textColor);
     const std::uint32_t backPixel = PixelOf(m_bkColor);
     const TBrushMasks pattern = MakeBrushMasks(m_logBrush, R2_COPYPEN);
