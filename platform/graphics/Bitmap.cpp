@@ -82,6 +82,7 @@ TCanvas& TBitmap::Canvas() {
         m_canvas = std::make_unique<TCanvas>(&m_pixels);
         m_canvas->OnChange = [this](TObject*) { Changed(); };
     }
+    m_canvas->SetMonochrome(m_monochrome);
     return *m_canvas;
 }
 

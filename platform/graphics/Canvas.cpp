@@ -15,7 +15,10 @@ const TClassInfo& TCanvas::StaticClassInfo() {
 
 TCanvas::TCanvas(TPixelBuffer* target)
     : m_dc(target), m_pen(std::make_unique<TPen>()), m_brush(std::make_unique<TBrush>()),
-      m_font(std::make_unique<TFont>()) {}
+      m_font(std::make_unique<TFont>()) {
+    m_brush->OnChange = [this](TObject*) { m_brushColorsSelected = false; };
+    m_font->OnChange = [this](TObject*) { m_fontColorSelected = false; };
+}
 
 TCanvas::~TCanvas() = default;
 
@@ -44,21 +47,28 @@ void TCanvas::SelectBrush() {
         brush.hatch = static_cast<int>(style) - static_cast<int>(bsHorizontal);
     }
     // Solid and pattern brushes paint the background (pen gaps, text cells) in their colour;
-    // the others leave it as it is.
-    if (brush.style == BS_SOLID || brush.style == BS_PATTERN) {
-        m_dc.SetBkColor(brush.color);
-        m_dc.SetBkMode(OPAQUE);
-    } else {
-        m_dc.SetBkColor(MakeColor(~static_cast<std::uint32_t>(brush.color) & 0xFFFFFF));
-        m_dc.SetBkMode(TRANSPARENT);
+    // the others leave it as it is. These are set when the brush has changed since, so that a
+    // background set through the handle lasts until then.
+    if (!m_brushColorsSelected) {
+        const bool opaque = brush.style == BS_SOLID || brush.style == BS_PATTERN;
+        m_dc.SetBkColor(opaque ? brush.color
+                               : MakeColor(~static_cast<std::uint32_t>(brush.color) & 0xFFFFFF));
+        m_dc.SetBkMode(opaque ? OPAQUE : TRANSPARENT);
+        m_brushColorsSelected = true;
     }
     m_dc.SelectBrush(std::move(brush));
+}
+
+void TCanvas::SelectFontColor() {
+    if (m_fontColorSelected) return;
+    m_dc.SetTextColor(ColorToRGB(m_font->Color()));
+    m_fontColorSelected = true;
 }
 
 void TCanvas::SelectAll() {
     SelectPen();
     SelectBrush();
-    m_dc.SetTextColor(ColorToRGB(m_font->Color()));
+    SelectFontColor();
 }
 
 HDC TCanvas::Handle() {
@@ -107,7 +117,7 @@ void TCanvas::FillRect(const TRect& r) {
     Changing();
     // Only the brush takes part (and the text colour, for monochrome patterns).
     SelectBrush();
-    m_dc.SetTextColor(ColorToRGB(m_font->Color()));
+    SelectFontColor();
     m_dc.FillRect(r, m_dc.Brush());
     Changed();
 }
@@ -189,47 +199,64 @@ void TCanvas::SetPixel(int x, int y, TColor color) {
 void TCanvas::CopyRect(const TRect& dest, TCanvas& source, const TRect& sourceRect) {
     Changing();
     SelectBrush();
-    m_dc.StretchBlt(dest.left, dest.top, dest.Width(), dest.Height(), source.m_dc.Target(),
+    SelectFontColor();
+    m_dc.StretchBlt(dest.left, dest.top, dest.Width(), dest.Height(), source.m_dc.AsBlitSource(),
                     sourceRect.left, sourceRect.top, sourceRect.Width(), sourceRect.Height(),
                     m_copyMode);
     Changed();
 }
 
+void TCanvas::DrawBitmap(const TRect& dest, TBitmap& bitmap) {
+    if (!bitmap.Monochrome()) m_dc.SetStretchBltMode(COLORONCOLOR);
+    m_dc.StretchBlt(dest.left, dest.top, dest.Width(), dest.Height(),
+                    {&bitmap.Pixels(), bitmap.Monochrome()}, 0, 0, bitmap.Width(), bitmap.Height(),
+                    m_copyMode);
+}
+
 void TCanvas::Draw(int x, int y, TBitmap& bitmap) {
     if (bitmap.Empty()) return;
     Changing();
-    SelectBrush();
-    m_dc.BitBlt(x, y, bitmap.Width(), bitmap.Height(), &bitmap.Pixels(), 0, 0, m_copyMode);
+    SelectAll();
+    // Draw sets the colours a monochrome bitmap is drawn in itself: black takes the font
+    // colour and white the brush colour, whatever the brush style.
+    m_dc.SetTextColor(ColorToRGB(m_font->Color()));
+    m_dc.SetBkColor(ColorToRGB(m_brush->Color()));
+    DrawBitmap({x, y, x + bitmap.Width(), y + bitmap.Height()}, bitmap);
     Changed();
 }
 
 void TCanvas::StretchDraw(const TRect& dest, TBitmap& bitmap) {
     if (bitmap.Empty()) return;
     Changing();
-    SelectBrush();
-    m_dc.StretchBlt(dest.left, dest.top, dest.Width(), dest.Height(), &bitmap.Pixels(), 0, 0,
-                    bitmap.Width(), bitmap.Height(), m_copyMode);
+    SelectAll();
+    DrawBitmap(dest, bitmap);
     Changed();
 }
 
 void TCanvas::BrushCopy(const TRect& dest, TBitmap& bitmap, const TRect& source, TColor color) {
-    if (bitmap.Empty() || dest.IsEmpty() || source.IsEmpty()) return;
+    if (bitmap.Empty()) return;
     Changing();
     SelectAll();
-    // The source with `color` masked out, then the brush painted through the mask.
+    // A mask, white where the bitmap has `color`.
     const std::uint32_t key = ColorToPixel(ColorToDrawRGB(color));
-    TPixelBuffer mask(dest.Width(), dest.Height(), 0);
-    TPixelBuffer copy(dest.Width(), dest.Height(), 0);
-    TDeviceContext scratch(&copy);
-    scratch.StretchBlt(0, 0, dest.Width(), dest.Height(), &bitmap.Pixels(), source.left, source.top,
-                       source.Width(), source.Height(), SRCCOPY);
-    TRegion::Builder keyed;
-    for (int y = 0; y < copy.Height(); ++y)
-        for (int x = 0; x < copy.Width(); ++x)
-            if ((copy.At(x, y) & 0xFFFFFF) == key)
-                keyed.AddSpan(dest.top + y, dest.left + x, dest.left + x + 1);
-    m_dc.BitBlt(dest.left, dest.top, dest.Width(), dest.Height(), &copy, 0, 0, SRCCOPY);
-    m_dc.PaintRegionWithBrush(keyed.Finish(), m_dc.Brush(), R2_COPYPEN);
+    TPixelBuffer mask(bitmap.Width(), bitmap.Height(), 0);
+    for (int y = 0; y < mask.Height(); ++y)
+        for (int x = 0; x < mask.Width(); ++x)
+            if ((bitmap.Pixels().At(x, y) & 0xFFFFFF) == key) mask.At(x, y) = 0xFFFFFF;
+    auto blit = [&](const TPixelBuffer& pixels, std::uint32_t rop) {
+        m_dc.StretchBlt(dest.left, dest.top, dest.Width(), dest.Height(), &pixels, source.left,
+                        source.top, source.Width(), source.Height(), rop);
+    };
+    if (m_brush->Style() == bsClear && !m_brush->Pattern()) {
+        // (D xor B) and mask, xor B: the destination under the mask, the bitmap elsewhere.
+        blit(bitmap.Pixels(), SRCINVERT);
+        blit(mask, SRCAND);
+        blit(bitmap.Pixels(), SRCINVERT);
+    } else {
+        constexpr std::uint32_t brushWhereSourceIsWhite = 0x00E20746; // DSPDxax
+        blit(bitmap.Pixels(), SRCCOPY);
+        blit(mask, brushWhereSourceIsWhite);
+    }
     Changed();
 }
 

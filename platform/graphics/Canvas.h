@@ -2,7 +2,9 @@
 // TCanvas: the drawing surface of a bitmap or control, with its pen, brush and font. Each
 // call selects the tools into the device context first: the pen colour, style, width and mode
 // (as ROP2), the brush (a solid or pattern brush paints text and pen gaps in its colour; a
-// clear or hatched brush leaves the background alone) and the font colour.
+// clear or hatched brush leaves the background alone) and the font colour. The background and
+// text colours are set again only after the brush or font changed, so colours set through
+// Handle() last until then, as in the classic canvas.
 
 #include "Bitmap.h"
 #include "DeviceContext.h"
@@ -43,6 +45,9 @@ public:
     ~TCanvas() override;
 
     void SetTarget(TPixelBuffer* target) { m_dc.SelectTarget(target); }
+    // Whether the surface is a monochrome bitmap: copies from it map its black and white
+    // through the destination's text and background colours.
+    void SetMonochrome(bool value) { m_dc.SetMonochrome(value); }
 
     TPen& Pen() { return *m_pen; }
     TBrush& Brush() { return *m_brush; }
@@ -79,10 +84,14 @@ public:
     TColor Pixel(int x, int y);
     void SetPixel(int x, int y, TColor color);
 
+    // The copies use CopyMode. CopyRect stretches in the context's stretch mode (BLACKONWHITE
+    // unless set otherwise); Draw and StretchDraw stretch a colour bitmap in COLORONCOLOR, which
+    // stays the context's mode, and a monochrome one in the context's mode.
     void CopyRect(const TRect& dest, TCanvas& source, const TRect& sourceRect);
     void Draw(int x, int y, TBitmap& bitmap);
     void StretchDraw(const TRect& dest, TBitmap& bitmap);
-    // Copies `source` of `bitmap` to `dest`, painting pixels of `color` with the brush.
+    // Copies `source` of `bitmap` to `dest` in the context's stretch mode, painting the pixels
+    // of `color` with the brush; with a clear brush the destination shows through them.
     void BrushCopy(const TRect& dest, TBitmap& bitmap, const TRect& source, TColor color);
 
     void TextOut(int x, int y, const std::string& text);
@@ -102,7 +111,9 @@ public:
 private:
     void SelectPen();
     void SelectBrush();
+    void SelectFontColor();
     void SelectAll();
+    void DrawBitmap(const TRect& dest, TBitmap& bitmap);
     void Changing();
     void Changed();
 
@@ -111,6 +122,10 @@ private:
     std::unique_ptr<TBrush> m_brush;
     std::unique_ptr<TFont> m_font;
     TCopyMode m_copyMode{cmSrcCopy};
+    // Whether the context holds the background and text colours of the current brush and
+    // font (the classic canvas selects them again only after a change).
+    bool m_brushColorsSelected{false};
+    bool m_fontColorSelected{false};
 };
 
 // Draws a bevel of `width` lines: top-left in topColor, bottom-right in bottomColor; `rect`

@@ -62,8 +62,9 @@ TRopMask RopMaskFor(int rop2, std::uint32_t pixel) {
     };
     const TRopMask one = maskFor(1);
     const TRopMask zero = maskFor(0);
+    // The mix never sets the unused top byte of a pixel.
     return {(pixel & one.andMask) | (~pixel & zero.andMask),
-            (pixel & one.xorMask) | (~pixel & zero.xorMask)};
+            ((pixel & one.xorMask) | (~pixel & zero.xorMask)) & 0x00FFFFFFu};
 }
 
 TDeviceContext::TDeviceContext(TPixelBuffer* target) : m_target(target) {
@@ -271,6 +272,7 @@ void TDeviceContext::PaintRgn(const TRegion& region) {
 }
 
 void TDeviceContext::PatBlt(int x, int y, int width, int height, std::uint32_t rop) {
+    if (RopUsesSource(rop)) return; // as GDI refuses
     const int rop2 = Rop2FromRop3(rop);
     const TRect r = BlitRect(x, y, width, height);
     if (rop2 == R2_BLACK || rop2 == R2_WHITE || rop2 == R2_NOT || rop2 == R2_NOP) {

@@ -59,6 +59,13 @@ enum THatchStyle : int {
 };
 enum TBkMode : int { TRANSPARENT = 1, OPAQUE = 2 };
 enum TArcDirection : int { AD_COUNTERCLOCKWISE = 1, AD_CLOCKWISE = 2 };
+// How StretchBlt combines the source pixels of a shrink that fall on one destination pixel:
+// ANDed, ORed, or one kept. HALFTONE is accepted and stretches like COLORONCOLOR.
+enum TStretchMode : int { BLACKONWHITE = 1, WHITEONBLACK, COLORONCOLOR, HALFTONE };
+constexpr int STRETCH_ANDSCANS = BLACKONWHITE;
+constexpr int STRETCH_ORSCANS = WHITEONBLACK;
+constexpr int STRETCH_DELETESCANS = COLORONCOLOR;
+constexpr int STRETCH_HALFTONE = HALFTONE;
 
 // Ternary raster operations of the blits.
 constexpr std::uint32_t SRCCOPY = 0x00CC0020;
@@ -76,6 +83,10 @@ constexpr std::uint32_t PATINVERT = 0x005A0049;
 constexpr std::uint32_t DSTINVERT = 0x00550009;
 constexpr std::uint32_t BLACKNESS = 0x00000042;
 constexpr std::uint32_t WHITENESS = 0x00FF0062;
+// Whether a ternary raster operation reads the source (GDI decodes only its index byte).
+constexpr bool RopUsesSource(std::uint32_t rop) {
+    return ((rop >> 2) & 0x330000) != (rop & 0x330000);
+}
 
 struct TLogPen {
     int style{PS_SOLID};
@@ -100,6 +111,16 @@ struct TRopMask {
 };
 TRopMask RopMaskFor(int rop2, std::uint32_t pixel);
 
+// What a blit reads: pixels, and whether they hold a monochrome bitmap. A monochrome source
+// is mapped through the destination's colours: black pixels (0 bits) take its text colour,
+// white pixels (1 bits) its background colour.
+struct TBlitSource {
+    TBlitSource(const TPixelBuffer* source = nullptr, bool isMonochrome = false)
+        : pixels(source), monochrome(isMonochrome) {}
+    const TPixelBuffer* pixels;
+    bool monochrome;
+};
+
 class TDeviceContext {
 public:
     explicit TDeviceContext(TPixelBuffer* target = nullptr);
@@ -107,6 +128,10 @@ public:
     // The pixels drawn on; not owned. Null makes every drawing call a no-op.
     void SelectTarget(TPixelBuffer* target) { m_target = target; }
     TPixelBuffer* Target() const { return m_target; }
+    // Whether the selected pixels stand for a monochrome bitmap (see TBlitSource).
+    void SetMonochrome(bool monochrome) { m_monochrome = monochrome; }
+    bool IsMonochrome() const { return m_monochrome; }
+    TBlitSource AsBlitSource() const { return {m_target, m_monochrome}; }
 
     void SelectPen(const TLogPen& pen);
     void SelectBrush(const TLogBrush& brush) { m_logBrush = brush; }
@@ -125,6 +150,8 @@ public:
     int GetArcDirection() const { return m_arcDirection; }
     int SetPolyFillMode(int mode);
     int GetPolyFillMode() const { return m_polyFillMode; }
+    int SetStretchBltMode(int mode);
+    int GetStretchBltMode() const { return m_stretchMode; }
     void SetBrushOrg(TPoint origin) { m_brushOrg = origin; }
     TPoint GetBrushOrg() const { return m_brushOrg; }
 
@@ -150,7 +177,8 @@ public:
     TColor SetPixel(int x, int y, TColor color);
     TColor GetPixel(int x, int y) const;
 
-    // Brush fills: a negative width or height mirrors the extent around x or y.
+    // Brush fills: a negative width or height mirrors the extent around x or y. A raster
+    // operation that reads a source draws nothing.
     void PatBlt(int x, int y, int width, int height, std::uint32_t rop);
     void FillRect(const TRect& r, const TLogBrush& brush);
     void FrameRect(const TRect& r, const TLogBrush& brush);
@@ -160,13 +188,17 @@ public:
     // XORs a one-pixel frame with the 50% grey pattern (dots where x + y is even).
     void DrawFocusRect(const TRect& r);
 
-    // Block transfers with ternary raster operations. StretchBlt mirrors through negative
-    // extents; `source` may be the target itself.
-    void BitBlt(int x, int y, int width, int height, const TPixelBuffer* source, int sx, int sy,
+    // Block transfers with ternary raster operations (the pattern is the selected brush).
+    // BitBlt covers x .. x + width - 1; StretchBlt mirrors through negative extents (the
+    // rectangle then covers x + width + 1 .. x) and shrinks in the stretch mode. Destination
+    // pixels whose source pixels lie outside the source keep their colour. `source` may be the
+    // target itself.
+    void BitBlt(int x, int y, int width, int height, TBlitSource source, int sx, int sy,
                 std::uint32_t rop);
-    void StretchBlt(int x, int y, int width, int height, const TPixelBuffer* source, int sx, int sy,
-                    int sw, int sh, std::uint32_t rop);
-    // Copies with one source colour made transparent (TransparentBlt semantics).
+    void StretchBlt(int x, int y, int width, int height, TBlitSource source, int sx, int sy, int sw,
+                    int sh, std::uint32_t rop);
+    // Copies the source pixels that differ from `transparentPixel`, stretched like StretchBlt
+    // (a shrink keeps one pixel of each run); negative extents draw nothing.
     void TransparentBlt(int x, int y, int width, int height, const TPixelBuffer& source, int sx,
                         int sy, int sw, int sh, std::uint32_t transparentPixel);
 
@@ -197,6 +229,12 @@ private:
         bool IsSolid() const { return cells.empty(); }
         const TRopMask* Row(int tileY) const {
             return cells.empty() ? &solid : cells.data() + static_cast<std::size_t>(tileY) * width;
+        }
+        // The mask of device pixel (x, y): the tile repeats from `origin`.
+        const TRopMask& At(int x, int y) const {
+            if (cells.empty()) return solid;
+            const int tileX = ((x - origin.x) % width + width) % width;
+            return Row(((y - origin.y) % height + height) % height)[tileX];
         }
     };
 
@@ -238,7 +276,8 @@ private:
     void PaintVisible(const TRect& r, const TBrushMasks& masks);
     void PaintRectWithBrush(const TRect& r, const TLogBrush& brush, int rop2);
     void ApplyMaskToRect(const TRect& r, TRopMask mask);
-    // SRCCOPY of `r` (inside the target) from `src` at (sx, sy) onwards, row by row.
+    // SRCCOPY of `r` (inside the target) from `src` at (sx, sy) onwards, row by row; the
+    // source rectangle lies inside `src`.
     void CopyRows(const TRect& r, const TPixelBuffer& src, int sx, int sy);
     std::uint32_t PixelOf(TColor color) const;
 
@@ -255,6 +294,8 @@ private:
     TColor m_textColor{clBlack};
     int m_arcDirection{AD_COUNTERCLOCKWISE};
     int m_polyFillMode{ALTERNATE};
+    int m_stretchMode{BLACKONWHITE};
+    bool m_monochrome{false};
     TPoint m_brushOrg{0, 0};
     TPoint m_pos{0, 0};
     std::optional<TRegion> m_clip;
@@ -299,14 +340,30 @@ inline bool PatBlt(HDC dc, int x, int y, int w, int h, std::uint32_t rop) {
 }
 inline bool BitBlt(HDC dc, int x, int y, int w, int h, HDC src, int sx, int sy, std::uint32_t rop) {
     if (!dc) return false;
-    dc->BitBlt(x, y, w, h, src ? src->Target() : nullptr, sx, sy, rop);
+    dc->BitBlt(x, y, w, h, src ? src->AsBlitSource() : TBlitSource{}, sx, sy, rop);
     return true;
 }
 inline bool StretchBlt(HDC dc, int x, int y, int w, int h, HDC src, int sx, int sy, int sw, int sh,
                        std::uint32_t rop) {
     if (!dc) return false;
-    dc->StretchBlt(x, y, w, h, src ? src->Target() : nullptr, sx, sy, sw, sh, rop);
+    dc->StretchBlt(x, y, w, h, src ? src->AsBlitSource() : TBlitSource{}, sx, sy, sw, sh, rop);
     return true;
+}
+inline bool TransparentBlt(HDC dc, int x, int y, int w, int h, HDC src, int sx, int sy, int sw,
+                           int sh, TColor transparent) {
+    if (!dc || !src || !src->Target()) return false;
+    dc->TransparentBlt(x, y, w, h, *src->Target(), sx, sy, sw, sh,
+                       ColorToPixel(ColorToDrawRGB(transparent)));
+    return true;
+}
+inline int SetStretchBltMode(HDC dc, int mode) {
+    return dc ? dc->SetStretchBltMode(mode) : 0;
+}
+inline int GetStretchBltMode(HDC dc) {
+    return dc ? dc->GetStretchBltMode() : 0;
+}
+inline int IntersectClipRect(HDC dc, int left, int top, int right, int bottom) {
+    return dc ? dc->IntersectClipRect({left, top, right, bottom}) : RGN_ERROR;
 }
 inline int SelectClipRgn(HDC dc, const HRGN& region) {
     return dc ? dc->SelectClipRgn(region.get()) : RGN_ERROR;

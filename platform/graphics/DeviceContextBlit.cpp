@@ -1,5 +1,6 @@
 // Block transfers: BitBlt and StretchBlt with ternary raster operations (pattern = the
-// selected brush), nearest-neighbour stretching and mirroring through negative extents.
+// selected brush), stretching by the classic pixel rules in the three stretch modes,
+// mirroring through negative extents, monochrome sources, and TransparentBlt.
 
 #include "DeviceContext.h"
 
@@ -10,8 +11,8 @@ namespace qv {
 
 namespace {
 
-// The ternary operation `code` (the rop's index byte) on 32 pixels' worth of bits at once:
-// bit (4P + 2S + D) of the code is the result for pattern P, source S and destination D.
+// The ternary operation `code` (the rop's index byte) on whole 32-bit words: bit (4P + 2S + D)
+// of the code is the result bit for pattern bit P, source bit S and destination bit D.
 std::uint32_t Rop3(std::uint8_t code, std::uint32_t p, std::uint32_t s, std::uint32_t d) {
     switch (code) {
     case 0xCC:
@@ -32,16 +33,6 @@ std::uint32_t Rop3(std::uint8_t code, std::uint32_t p, std::uint32_t s, std::uin
         return ~(s | d);
     case 0xC0:
         return p & s;
-    case 0xF0:
-        return p;
-    case 0x5A:
-        return p ^ d;
-    case 0x55:
-        return ~d;
-    case 0x00:
-        return 0;
-    case 0xFF:
-        return 0xFFFFFFFFu;
     default:
         break;
     }
@@ -53,19 +44,124 @@ std::uint32_t Rop3(std::uint8_t code, std::uint32_t p, std::uint32_t s, std::uin
     return result;
 }
 
-// One axis of a blit: `count` pixels starting at `start`, walked backwards when mirrored.
-struct TAxis {
-    int start{0};
-    int count{0};
-};
-
-TAxis AxisOf(int pos, int extent) {
-    if (extent >= 0) return {pos, extent};
-    return {pos + extent + 1, -extent};
+// (a * b + add) div divisor for non-negative results whose product may need more than 64 bits.
+std::int64_t ScaledDiv(std::int64_t a, std::int64_t b, std::int64_t add, std::int64_t divisor) {
+    return static_cast<std::int64_t>((static_cast<__int128>(a) * b + add) / divisor);
 }
 
-bool SourceUsed(std::uint8_t code) {
-    return ((code >> 2) & 0x33) != (code & 0x33);
+int ClampToInt(std::int64_t v) {
+    constexpr std::int64_t limit = std::int64_t{1} << 30;
+    return static_cast<int>(std::clamp(v, -limit, limit));
+}
+
+// The source pixels that one destination pixel reads along one axis: the source coordinates
+// first .. last (ascending, all inside the source) and the one a shrink keeps when it keeps
+// only one.
+struct TSourceRun {
+    int first{0};
+    int last{-1};
+    int kept{0};
+    bool IsEmpty() const { return last < first; }
+};
+
+// One axis of a stretch. Destination pixels d = 0 .. dd - 1 count from destPos along the
+// destination extent (backwards when it is negative), source pixels s = 0 .. ds - 1 likewise
+// from srcPos. Growing, d reads the source pixel under its centre,
+// s = ((2d + 1) * ds - 1) div (2 * dd); shrinking, source pixel s lands on
+// d = ((2s + 1) * dd - 1) div (2 * ds), so d collects the run of s from
+// (2 * ds * d + dd) div (2 * dd) up to the start of the next run. A shrink to one pixel
+// without mirroring leaves the last source pixel out of the run.
+class TStretchAxis {
+public:
+    // `keepLast`: whether a shrink that keeps one pixel keeps the last of its run, in source
+    // order, or the first.
+    TStretchAxis(int destPos, int destExtent, int srcPos, int srcExtent, int srcSize, bool keepLast)
+        : m_destPos(destPos), m_srcPos(srcPos), m_dd(std::abs(std::int64_t{destExtent})),
+          m_ds(std::abs(std::int64_t{srcExtent})), m_srcSize(srcSize),
+          m_destBackwards(destExtent < 0), m_srcBackwards(srcExtent < 0), m_keepLast(keepLast),
+          m_dropLast(m_dd == 1 && m_ds > 1 && destExtent > 0 && srcExtent > 0) {}
+
+    // The destination coordinates covered: [DestLow(), DestHigh()), clamped to +-2^30.
+    int DestLow() const { return ClampToInt(m_destBackwards ? m_destPos - m_dd + 1 : m_destPos); }
+    int DestHigh() const { return ClampToInt(m_destBackwards ? m_destPos + 1 : m_destPos + m_dd); }
+
+    TSourceRun RunAt(int destCoord) const {
+        const std::int64_t d = m_destBackwards ? m_destPos - destCoord : destCoord - m_destPos;
+        std::int64_t s0 = 0;
+        std::int64_t s1 = 0;
+        if (m_dd >= m_ds) {
+            s0 = ScaledDiv(2 * d + 1, m_ds, -1, 2 * m_dd);
+            s1 = s0 + 1;
+        } else if (m_dropLast) {
+            s1 = m_ds - 1;
+        } else {
+            s0 = FirstOfRun(d);
+            s1 = FirstOfRun(d + 1);
+        }
+        const std::int64_t keptS = m_keepLast ? s1 - 1 : s0;
+        const std::int64_t first =
+            std::max<std::int64_t>(SourceCoord(m_srcBackwards ? s1 - 1 : s0), 0);
+        const std::int64_t last =
+            std::min<std::int64_t>(SourceCoord(m_srcBackwards ? s0 : s1 - 1), m_srcSize - 1);
+        if (first > last) return {};
+        return {static_cast<int>(first), static_cast<int>(last),
+                static_cast<int>(std::clamp(SourceCoord(keptS), first, last))};
+    }
+
+private:
+    std::int64_t FirstOfRun(std::int64_t d) const { return ScaledDiv(2 * d, m_ds, m_dd, 2 * m_dd); }
+    std::int64_t SourceCoord(std::int64_t s) const {
+        return m_srcBackwards ? m_srcPos - s : m_srcPos + s;
+    }
+
+    std::int64_t m_destPos;
+    std::int64_t m_srcPos;
+    std::int64_t m_dd;
+    std::int64_t m_ds;
+    std::int64_t m_srcSize;
+    bool m_destBackwards;
+    bool m_srcBackwards;
+    bool m_keepLast;
+    bool m_dropLast;
+};
+
+// How the pixels of a shrink's run become one.
+enum class TMerge { Keep, And, Or };
+
+TMerge MergeOf(int stretchMode) {
+    switch (stretchMode) {
+    case BLACKONWHITE:
+        return TMerge::And;
+    case WHITEONBLACK:
+        return TMerge::Or;
+    default:
+        return TMerge::Keep;
+    }
+}
+
+std::uint32_t MergeRun(const std::uint32_t* line, const TSourceRun& run, TMerge merge) {
+    if (merge == TMerge::Keep || run.first == run.last) return line[run.kept];
+    std::uint32_t value = line[run.first];
+    for (int i = run.first + 1; i <= run.last; ++i)
+        value = merge == TMerge::And ? value & line[i] : value | line[i];
+    return value;
+}
+
+// The source row a destination row reads: the source row itself when the run is one row or
+// one is kept, otherwise columns [from, to] of the run's rows merged into `merged`.
+const std::uint32_t* SourceLine(const TPixelBuffer& src, const TSourceRun& rowRun, TMerge merge,
+                                int from, int to, std::vector<std::uint32_t>& merged) {
+    if (merge == TMerge::Keep) return src.Row(rowRun.kept);
+    if (rowRun.first == rowRun.last) return src.Row(rowRun.first);
+    std::copy(src.Row(rowRun.first) + from, src.Row(rowRun.first) + to + 1, merged.begin() + from);
+    for (int y = rowRun.first + 1; y <= rowRun.last; ++y) {
+        const std::uint32_t* row = src.Row(y);
+        for (int x = from; x <= to; ++x)
+            merged[static_cast<std::size_t>(x)] =
+                merge == TMerge::And ? merged[static_cast<std::size_t>(x)] & row[x]
+                                     : merged[static_cast<std::size_t>(x)] | row[x];
+    }
+    return merged.data();
 }
 
 // dst = src without the top byte, four pixels at a time.
@@ -81,67 +177,78 @@ void CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, int count) {
 
 } // namespace
 
-void TDeviceContext::BitBlt(int x, int y, int width, int height, const TPixelBuffer* source, int sx,
-                            int sy, std::uint32_t rop) {
+int TDeviceContext::SetStretchBltMode(int mode) {
+    const int old = m_stretchMode;
+    if (mode >= BLACKONWHITE && mode <= HALFTONE) m_stretchMode = mode;
+    return old;
+}
+
+void TDeviceContext::BitBlt(int x, int y, int width, int height, TBlitSource source, int sx, int sy,
+                            std::uint32_t rop) {
     StretchBlt(x, y, width, height, source, sx, sy, width, height, rop);
 }
 
-void TDeviceContext::StretchBlt(int x, int y, int width, int height, const TPixelBuffer* source,
-                                int sx, int sy, int sw, int sh, std::uint32_t rop) {
+void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource source, int sx,
+                                int sy, int sw, int sh, std::uint32_t rop) {
     if (!m_target || width == 0 || height == 0) return;
     const auto code = static_cast<std::uint8_t>(rop >> 16);
-    if (!SourceUsed(code)) return PatBlt(x, y, width, height, rop);
-    if (!source || source->IsEmpty() || sw == 0 || sh == 0) return;
-    const TAxis dx = AxisOf(x, width);
-    const TAxis dy = AxisOf(y, height);
-    const TAxis srcX = AxisOf(sx, sw);
-    const TAxis srcY = AxisOf(sy, sh);
-    const bool mirrorX = (width < 0) != (sw < 0);
-    const bool mirrorY = (height < 0) != (sh < 0);
-    // A copy onto itself reads from a snapshot so overlapping areas come out right.
+    if (!RopUsesSource(rop)) return PatBlt(x, y, width, height, rop);
+    if (!source.pixels || source.pixels->IsEmpty() || sw == 0 || sh == 0) return;
+    // A blit onto itself reads from a snapshot so that overlapping areas come out right.
     TPixelBuffer snapshot;
-    const TPixelBuffer* src = source;
-    if (source == m_target) {
-        snapshot = *source;
-        src = &snapshot;
+    if (source.pixels == m_target) {
+        snapshot = *m_target;
+        source.pixels = &snapshot;
     }
-    const TRect dest{dx.start, dy.start, dx.start + dx.count, dy.start + dy.count};
-    // An unstretched, unmirrored copy moves whole rows.
-    if (code == 0xCC && width == sw && height == sh && width > 0 && height > 0) {
-        ForEachVisibleRect(dest, [&](const TRect& r) {
-            CopyRows(r, *src, r.left - dx.start + srcX.start, r.top - dy.start + srcY.start);
-        });
+    const TPixelBuffer& src = *source.pixels;
+    // An unstretched, unmirrored colour copy moves whole rows of the part over the source.
+    if (code == 0xCC && !source.monochrome && width == sw && height == sh && width > 0 &&
+        height > 0) {
+        const TRect overSource{ClampToInt(std::max<std::int64_t>(x, std::int64_t{x} - sx)),
+                               ClampToInt(std::max<std::int64_t>(y, std::int64_t{y} - sy)),
+                               ClampToInt(std::min<std::int64_t>(
+                                   std::int64_t{x} + width, std::int64_t{x} - sx + src.Width())),
+                               ClampToInt(std::min<std::int64_t>(
+                                   std::int64_t{y} + height, std::int64_t{y} - sy + src.Height()))};
+        ForEachVisibleRect(
+            overSource, [&](const TRect& r) { CopyRows(r, src, r.left - x + sx, r.top - y + sy); });
         return;
     }
+    const TStretchAxis columns(x, width, sx, sw, src.Width(), true);
+    const TStretchAxis rows(y, height, sy, sh, src.Height(), false);
+    const TRect area = Intersect(
+        {columns.DestLow(), rows.DestLow(), columns.DestHigh(), rows.DestHigh()}, GetClipBox());
+    if (area.IsEmpty()) return;
+    // The source columns of every visible destination column, and the span they read.
+    std::vector<TSourceRun> columnRuns(static_cast<std::size_t>(area.Width()));
+    int readFrom = src.Width();
+    int readTo = -1;
+    for (int px = area.left; px < area.right; ++px) {
+        const TSourceRun run = columns.RunAt(px);
+        columnRuns[static_cast<std::size_t>(px - area.left)] = run;
+        if (run.IsEmpty()) continue;
+        readFrom = std::min(readFrom, run.first);
+        readTo = std::max(readTo, run.last);
+    }
+    if (readTo < readFrom) return;
+    const TMerge merge = MergeOf(m_stretchMode);
+    std::vector<std::uint32_t> merged(
+        merge == TMerge::Keep ? 0 : static_cast<std::size_t>(src.Width()));
+    const std::uint32_t textPixel = PixelOf(m_textColor);
+    const std::uint32_t backPixel = PixelOf(m_bkColor);
     const TBrushMasks pattern = MakeBrushMasks(m_logBrush, R2_COPYPEN);
-    ForEachVisibleRect(dest, [&](const TRect& r) {
+    ForEachVisibleRect(area, [&](const TRect& r) {
         for (int py = r.top; py < r.bottom; ++py) {
-            int i = py - dy.start;
-            if (mirrorY) i = dy.count - 1 - i;
-            const int syy =
-                srcY.start + static_cast<int>(static_cast<std::int64_t>(i) * srcY.count / dy.count);
-            const bool rowInside = syy >= 0 && syy < src->Height();
+            const TSourceRun rowRun = rows.RunAt(py);
+            if (rowRun.IsEmpty()) continue;
+            const std::uint32_t* line = SourceLine(src, rowRun, merge, readFrom, readTo, merged);
             std::uint32_t* dst = m_target->Row(py);
-            const TRopMask* patRow = nullptr;
-            int patY = 0;
-            if (!pattern.null) {
-                patY = ((py - pattern.origin.y) % pattern.height + pattern.height) % pattern.height;
-                patRow = pattern.Row(patY);
-            }
             for (int px = r.left; px < r.right; ++px) {
-                int j = px - dx.start;
-                if (mirrorX) j = dx.count - 1 - j;
-                const int sxx = srcX.start + static_cast<int>(static_cast<std::int64_t>(j) *
-                                                              srcX.count / dx.count);
-                // Pixels outside the source read as black, as from an empty device area.
-                const std::uint32_t s =
-                    rowInside && sxx >= 0 && sxx < src->Width() ? src->At(sxx, syy) : 0;
-                std::uint32_t p = 0;
-                if (patRow) {
-                    const int patX =
-                        ((px - pattern.origin.x) % pattern.width + pattern.width) % pattern.width;
-                    p = patRow[patX].xorMask;
-                }
+                const TSourceRun& run = columnRuns[static_cast<std::size_t>(px - area.left)];
+                if (run.IsEmpty()) continue;
+                std::uint32_t s = MergeRun(line, run, merge);
+                if (source.monochrome) s = (s & 0xFFFFFFu) == 0xFFFFFFu ? backPixel : textPixel;
+                const std::uint32_t p = pattern.null ? 0 : pattern.At(px, py).xorMask;
                 dst[px] = Rop3(code, p, s, dst[px]) & 0x00FFFFFFu;
             }
         }
@@ -149,40 +256,32 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, const TPixe
 }
 
 void TDeviceContext::CopyRows(const TRect& r, const TPixelBuffer& src, int sx, int sy) {
-    // Source pixels outside the source read as black; the rest are copied without their top
-    // byte. Columns [inLeft, inRight) of the target lie over the source.
-    const int inLeft = std::clamp(r.left - sx, r.left, r.right);
-    const int inRight = std::clamp(r.left - sx + src.Width(), inLeft, r.right);
-    for (int py = r.top; py < r.bottom; ++py) {
-        std::uint32_t* dst = m_target->Row(py);
-        const int syy = py - r.top + sy;
-        if (syy < 0 || syy >= src.Height()) {
-            FillPixels(dst + r.left, r.Width(), 0);
-            continue;
-        }
-        FillPixels(dst + r.left, inLeft - r.left, 0);
-        CopyPixelsMasked(dst + inLeft, src.Row(syy) + (inLeft - r.left + sx), inRight - inLeft);
-        FillPixels(dst + inRight, r.right - inRight, 0);
-    }
+    for (int py = r.top; py < r.bottom; ++py)
+        CopyPixelsMasked(m_target->Row(py) + r.left, src.Row(py - r.top + sy) + sx, r.Width());
 }
 
 void TDeviceContext::TransparentBlt(int x, int y, int width, int height, const TPixelBuffer& source,
                                     int sx, int sy, int sw, int sh,
                                     std::uint32_t transparentPixel) {
     if (!m_target || width <= 0 || height <= 0 || sw <= 0 || sh <= 0 || source.IsEmpty()) return;
-    ForEachVisibleRect({x, y, x + width, y + height}, [&](const TRect& r) {
-        for (int py = r.top; py < r.bottom; ++py) {
-            const int syy = sy + static_cast<int>(static_cast<std::int64_t>(py - y) * sh / height);
-            if (syy < 0 || syy >= source.Height()) continue;
-            for (int px = r.left; px < r.right; ++px) {
-                const int sxx =
-                    sx + static_cast<int>(static_cast<std::int64_t>(px - x) * sw / width);
-                if (sxx < 0 || sxx >= source.Width()) continue;
-                const std::uint32_t s = source.At(sxx, syy) & 0xFFFFFF;
-                if (s != (transparentPixel & 0xFFFFFF)) m_target->At(px, py) = s;
-            }
-        }
-    });
+    const TStretchAxis columns(x, width, sx, sw, source.Width(), true);
+    const TStretchAxis rows(y, height, sy, sh, source.Height(), false);
+    const std::uint32_t key = transparentPixel & 0xFFFFFFu;
+    ForEachVisibleRect({columns.DestLow(), rows.DestLow(), columns.DestHigh(), rows.DestHigh()},
+                       [&](const TRect& r) {
+                           for (int py = r.top; py < r.bottom; ++py) {
+                               const TSourceRun rowRun = rows.RunAt(py);
+                               if (rowRun.IsEmpty()) continue;
+                               const std::uint32_t* line = source.Row(rowRun.kept);
+                               std::uint32_t* dst = m_target->Row(py);
+                               for (int px = r.left; px < r.right; ++px) {
+                                   const TSourceRun run = columns.RunAt(px);
+                                   if (run.IsEmpty()) continue;
+                                   const std::uint32_t s = line[run.kept] & 0xFFFFFFu;
+                                   if (s != key) dst[px] = s;
+                               }
+                           }
+                       });
 }
 
 } // namespace qv

@@ -96,70 +96,220 @@ std::vector<TPoint> PointsOf(const std::vector<std::string>& op, std::size_t fir
     return pts;
 }
 
-void RunOp(TCanvas& canvas, const std::vector<std::string>& op) {
-    const std::string& name = op[0];
-    auto arg = [&](std::size_t i) { return ToInt(op[i]); };
-    auto box = [&] { return TRect{arg(1), arg(2), arg(3), arg(4)}; };
-    if (name == "pen") {
-        Need(op, 4);
-        canvas.Pen().SetStyle(PenStyleOf(op[1]));
-        canvas.Pen().SetWidth(arg(2));
-        canvas.Pen().SetColor(HexColor(op[3]));
-    } else if (name == "penmode") {
-        Need(op, 2);
-        canvas.Pen().SetMode(PenModeOf(op[1]));
-    } else if (name == "brush") {
-        Need(op, 3);
-        canvas.Brush().SetBitmap(nullptr);
-        canvas.Brush().SetColor(HexColor(op[2]));
-        canvas.Brush().SetStyle(BrushStyleOf(op[1]));
-    } else if (name == "brushbitmap") {
-        Need(op, 2);
-        canvas.Brush().SetBitmap(op[1] == "steel" ? &SteelBitmap() : nullptr);
-    } else if (name == "arcdir") {
-        Need(op, 2);
-        canvas.Handle()->SetArcDirection(op[1] == "cw" ? AD_CLOCKWISE : AD_COUNTERCLOCKWISE);
-    } else if (name == "moveto") {
-        Need(op, 3);
-        canvas.MoveTo(arg(1), arg(2));
-    } else if (name == "lineto") {
-        Need(op, 3);
-        canvas.LineTo(arg(1), arg(2));
-    } else if (name == "rectangle") {
-        Need(op, 5);
-        canvas.Rectangle(box());
-    } else if (name == "fillrect") {
-        Need(op, 5);
-        canvas.FillRect(box());
-    } else if (name == "framerect") {
-        Need(op, 5);
-        canvas.FrameRect(box());
-    } else if (name == "focusrect") {
-        Need(op, 5);
-        canvas.DrawFocusRect(box());
-    } else if (name == "ellipse") {
-        Need(op, 5);
-        canvas.Ellipse(box());
-    } else if (name == "arc" || name == "pie" || name == "chord") {
-        Need(op, 9);
-        auto fn = name == "arc" ? &TCanvas::Arc : (name == "pie" ? &TCanvas::Pie : &TCanvas::Chord);
-        (canvas.*fn)(arg(1), arg(2), arg(3), arg(4), arg(5), arg(6), arg(7), arg(8));
-    } else if (name == "roundrect") {
-        Need(op, 7);
-        canvas.RoundRect(arg(1), arg(2), arg(3), arg(4), arg(5), arg(6));
-    } else if (name == "polygon" || name == "polygonw") {
-        const auto pts = PointsOf(op, 1);
-        canvas.Handle()->SetPolyFillMode(name == "polygonw" ? WINDING : ALTERNATE);
-        canvas.Polygon(pts);
-        canvas.Handle()->SetPolyFillMode(ALTERNATE);
-    } else if (name == "polyline") {
-        canvas.Polyline(PointsOf(op, 1));
-    } else if (name == "pixel") {
-        Need(op, 4);
-        canvas.SetPixel(arg(1), arg(2), HexColor(op[3]));
-    } else {
-        throw EConvertError("unknown operation " + name);
+std::uint32_t RopOf(const std::string& s) {
+    static const std::map<std::string, std::uint32_t> rops = {
+        {"SRCCOPY", SRCCOPY},         {"SRCPAINT", SRCPAINT},   {"SRCAND", SRCAND},
+        {"SRCINVERT", SRCINVERT},     {"SRCERASE", SRCERASE},   {"NOTSRCCOPY", NOTSRCCOPY},
+        {"NOTSRCERASE", NOTSRCERASE}, {"MERGECOPY", MERGECOPY}, {"MERGEPAINT", MERGEPAINT},
+        {"PATCOPY", PATCOPY},         {"PATPAINT", PATPAINT},   {"PATINVERT", PATINVERT},
+        {"DSTINVERT", DSTINVERT},     {"BLACKNESS", BLACKNESS}, {"WHITENESS", WHITENESS}};
+    if (auto it = rops.find(s); it != rops.end()) return it->second;
+    // 0xNN: the raw index, passed as NN shl 16.
+    if (s.size() == 4 && s.starts_with("0x"))
+        return static_cast<std::uint32_t>(HexColor(s.substr(2))) << 16;
+    throw EConvertError("unknown raster operation " + s);
+}
+
+int StretchModeOf(const std::string& s) {
+    static const std::map<std::string, int> modes = {{"blackonwhite", BLACKONWHITE},
+                                                     {"whiteonblack", WHITEONBLACK},
+                                                     {"coloroncolor", COLORONCOLOR},
+                                                     {"halftone", HALFTONE}};
+    auto it = modes.find(s);
+    if (it == modes.end()) throw EConvertError("unknown stretch mode " + s);
+    return it->second;
+}
+
+// The hash of a pixel position that the corpus's source bitmaps are made of.
+std::uint32_t SourceHash(std::uint32_t x, std::uint32_t y, std::uint32_t seed) {
+    std::uint32_t v = x * 37 + y * 101 + seed;
+    v ^= v >> 16;
+    v *= 0x7FEB352Du;
+    v ^= v >> 15;
+    v *= 0x846CA68Bu;
+    v ^= v >> 16;
+    return v;
+}
+
+// `source w h pattern seed`, `source w h twocolor c1 c2 seed` or `source w h mono seed`.
+std::unique_ptr<TBitmap> SourceBitmapOf(const std::vector<std::string>& op) {
+    const std::string& kind = op[3];
+    const bool twoColor = kind == "twocolor";
+    if (kind != "pattern" && kind != "mono" && !twoColor)
+        throw EConvertError("unknown source kind " + kind);
+    Need(op, twoColor ? 7 : 5);
+    const auto seed = static_cast<std::uint32_t>(ToInt(op[twoColor ? 6 : 4]));
+    std::uint32_t low = 0, high = 0xFFFFFF; // the pixels for bit 24 clear and set
+    if (twoColor) {
+        low = ColorToPixel(HexColor(op[4]));
+        high = ColorToPixel(HexColor(op[5]));
     }
+    auto bitmap = std::make_unique<TBitmap>(ToInt(op[1]), ToInt(op[2]));
+    for (int y = 0; y < bitmap->Height(); ++y) {
+        std::uint32_t* row = bitmap->ScanLine(y);
+        for (int x = 0; x < bitmap->Width(); ++x) {
+            const std::uint32_t v = SourceHash(x, y, seed);
+            row[x] = kind == "pattern" ? v & 0xFFFFFF : ((v >> 24) & 1 ? high : low);
+        }
+    }
+    bitmap->SetMonochrome(kind == "mono");
+    return bitmap;
+}
+
+// A case being drawn: the canvas and the source bitmap of the blits.
+struct TReplayState {
+    TCanvas& canvas;
+    std::unique_ptr<TBitmap> source;
+
+    HDC SourceHandle() { return source ? source->Canvas().Handle() : nullptr; }
+};
+
+using TOpWords = std::vector<std::string>;
+// An operation: how many words it needs at least (its name included) and what it does.
+struct TOpKind {
+    std::size_t words;
+    void (*run)(TReplayState& state, const TOpWords& op);
+};
+
+int Arg(const TOpWords& op, std::size_t i) {
+    return ToInt(op[i]);
+}
+TRect BoxOf(const TOpWords& op) {
+    return {Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4)};
+}
+
+const std::map<std::string, TOpKind>& CaseOperations() {
+    static const std::map<std::string, TOpKind> kinds = {
+        {"pen",
+         {4,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Pen().SetStyle(PenStyleOf(op[1]));
+              st.canvas.Pen().SetWidth(Arg(op, 2));
+              st.canvas.Pen().SetColor(HexColor(op[3]));
+          }}},
+        {"penmode",
+         {2,
+          [](TReplayState& st, const TOpWords& op) { st.canvas.Pen().SetMode(PenModeOf(op[1])); }}},
+        {"brush",
+         {3,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Brush().SetBitmap(nullptr);
+              st.canvas.Brush().SetColor(HexColor(op[2]));
+              st.canvas.Brush().SetStyle(BrushStyleOf(op[1]));
+          }}},
+        {"brushbitmap",
+         {2,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Brush().SetBitmap(op[1] == "steel" ? &SteelBitmap() : nullptr);
+          }}},
+        {"arcdir",
+         {2,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Handle()->SetArcDirection(op[1] == "cw" ? AD_CLOCKWISE
+                                                                : AD_COUNTERCLOCKWISE);
+          }}},
+        {"moveto",
+         {3,
+          [](TReplayState& st, const TOpWords& op) { st.canvas.MoveTo(Arg(op, 1), Arg(op, 2)); }}},
+        {"lineto",
+         {3,
+          [](TReplayState& st, const TOpWords& op) { st.canvas.LineTo(Arg(op, 1), Arg(op, 2)); }}},
+        {"rectangle",
+         {5, [](TReplayState& st, const TOpWords& op) { st.canvas.Rectangle(BoxOf(op)); }}},
+        {"fillrect",
+         {5, [](TReplayState& st, const TOpWords& op) { st.canvas.FillRect(BoxOf(op)); }}},
+        {"framerect",
+         {5, [](TReplayState& st, const TOpWords& op) { st.canvas.FrameRect(BoxOf(op)); }}},
+        {"focusrect",
+         {5, [](TReplayState& st, const TOpWords& op) { st.canvas.DrawFocusRect(BoxOf(op)); }}},
+        {"ellipse",
+         {5, [](TReplayState& st, const TOpWords& op) { st.canvas.Ellipse(BoxOf(op)); }}},
+        {"arc",
+         {9,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Arc(Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4), Arg(op, 5), Arg(op, 6),
+                            Arg(op, 7), Arg(op, 8));
+          }}},
+        {"pie",
+         {9,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Pie(Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4), Arg(op, 5), Arg(op, 6),
+                            Arg(op, 7), Arg(op, 8));
+          }}},
+        {"chord",
+         {9,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Chord(Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4), Arg(op, 5),
+                              Arg(op, 6), Arg(op, 7), Arg(op, 8));
+          }}},
+        {"roundrect",
+         {7,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.RoundRect(Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4), Arg(op, 5),
+                                  Arg(op, 6));
+          }}},
+        {"polygon",
+         {2, [](TReplayState& st, const TOpWords& op) { st.canvas.Polygon(PointsOf(op, 1)); }}},
+        {"polygonw",
+         {2,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.Handle()->SetPolyFillMode(WINDING);
+              st.canvas.Polygon(PointsOf(op, 1));
+              st.canvas.Handle()->SetPolyFillMode(ALTERNATE);
+          }}},
+        {"polyline",
+         {2, [](TReplayState& st, const TOpWords& op) { st.canvas.Polyline(PointsOf(op, 1)); }}},
+        {"pixel",
+         {4,
+          [](TReplayState& st, const TOpWords& op) {
+              st.canvas.SetPixel(Arg(op, 1), Arg(op, 2), HexColor(op[3]));
+          }}},
+        {"source",
+         {5, [](TReplayState& st, const TOpWords& op) { st.source = SourceBitmapOf(op); }}},
+        {"bitblt",
+         {8,
+          [](TReplayState& st, const TOpWords& op) {
+              BitBlt(st.canvas.Handle(), Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4),
+                     st.SourceHandle(), Arg(op, 5), Arg(op, 6), RopOf(op[7]));
+          }}},
+        {"stretchblt",
+         {10,
+          [](TReplayState& st, const TOpWords& op) {
+              StretchBlt(st.canvas.Handle(), Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4),
+                         st.SourceHandle(), Arg(op, 5), Arg(op, 6), Arg(op, 7), Arg(op, 8),
+                         RopOf(op[9]));
+          }}},
+        {"patblt",
+         {6,
+          [](TReplayState& st, const TOpWords& op) {
+              PatBlt(st.canvas.Handle(), Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4),
+                     RopOf(op[5]));
+          }}},
+        {"transparentblt",
+         {10,
+          [](TReplayState& st, const TOpWords& op) {
+              TransparentBlt(st.canvas.Handle(), Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4),
+                             st.SourceHandle(), Arg(op, 5), Arg(op, 6), Arg(op, 7), Arg(op, 8),
+                             HexColor(op[9]));
+          }}},
+        {"stretchmode",
+         {2,
+          [](TReplayState& st, const TOpWords& op) {
+              SetStretchBltMode(st.canvas.Handle(), StretchModeOf(op[1]));
+          }}},
+        {"cliprect",
+         {5,
+          [](TReplayState& st, const TOpWords& op) {
+              IntersectClipRect(st.canvas.Handle(), Arg(op, 1), Arg(op, 2), Arg(op, 3), Arg(op, 4));
+          }}},
+        {"textcolor",
+         {2, [](TReplayState& st,
+                const TOpWords& op) { st.canvas.Font().SetColor(HexColor(op[1])); }}},
+        {"bkcolor",
+         {2, [](TReplayState& st,
+                const TOpWords& op) { SetBkColor(st.canvas.Handle(), HexColor(op[1])); }}},
+    };
+    return kinds;
 }
 
 TRegion RegionOf(const std::vector<std::string>& op) {
@@ -185,6 +335,17 @@ TRegion RegionOf(const std::vector<std::string>& op) {
         return TRegion::FromPolygon(pts, op[modeAt] == "winding" ? WINDING : ALTERNATE);
     }
     throw EConvertError("unknown region " + kind);
+}
+
+// Rejects an operation the case's kind does not know or that has too few words.
+void CheckOperation(const TReplayCase& c, const TOpWords& op) {
+    if (c.isRegion) {
+        if (op[0] != "region") throw EConvertError("unknown region operation " + op[0]);
+        return;
+    }
+    const auto kind = CaseOperations().find(op[0]);
+    if (kind == CaseOperations().end()) throw EConvertError("unknown operation " + op[0]);
+    Need(op, kind->second.words);
 }
 
 } // namespace
@@ -225,30 +386,36 @@ std::vector<TReplayCase> ParseReplayCases(const std::string& text) {
             } else if (!open) {
                 throw EConvertError("operation outside a case");
             } else {
-                cases.back().ops.push_back(std::move(op));
+                CheckOperation(cases.back(), op);
+                cases.back().ops.push_back({lineNo, std::move(op)});
             }
         } catch (const EConvertError& e) {
-            throw EConvertError("line " + std::to_string(lineNo) + ": " + e.Message());
+            const std::string where = open ? " (case " + cases.back().name + ")" : "";
+            throw EConvertError("line " + std::to_string(lineNo) + where + ": " + e.Message());
         }
     }
     return cases;
 }
 
 TPixelBuffer RenderReplayCase(const TReplayCase& c) {
-    if (c.isRegion) {
-        TPixelBuffer mask(c.width, c.height, 0xFFFFFF);
-        for (const auto& op : c.ops) {
-            const TRegion region = RegionOf(op);
-            for (int y = 0; y < mask.Height(); ++y)
-                for (int x = 0; x < mask.Width(); ++x)
-                    if (region.Contains(x, y)) mask.At(x, y) = 0;
-        }
-        return mask;
-    }
-    TPixelBuffer pixels(c.width, c.height, ColorToPixel(c.background));
+    TPixelBuffer pixels(c.width, c.height, c.isRegion ? 0xFFFFFF : ColorToPixel(c.background));
     TCanvas canvas(&pixels);
-    for (const auto& op : c.ops)
-        RunOp(canvas, op);
+    TReplayState state{canvas, nullptr};
+    for (const auto& op : c.ops) {
+        try {
+            if (c.isRegion) {
+                const TRegion region = RegionOf(op.words);
+                for (int y = 0; y < pixels.Height(); ++y)
+                    for (int x = 0; x < pixels.Width(); ++x)
+                        if (region.Contains(x, y)) pixels.At(x, y) = 0;
+            } else {
+                CaseOperations().at(op.words[0]).run(state, op.words);
+            }
+        } catch (const EConvertError& e) {
+            throw EConvertError("line " + std::to_string(op.line) + " (case " + c.name +
+                                "): " + e.Message());
+        }
+    }
     return pixels;
 }
 

@@ -12,13 +12,19 @@
 
 namespace qv {
 
+// One operation of a case: its words and the line of the case file it stands on.
+struct TReplayOp {
+    int line{0};
+    std::vector<std::string> words;
+};
+
 struct TReplayCase {
     std::string name;
     int width{0};
     int height{0};
     std::uint32_t background{0}; // TColor $BBGGRR
     bool isRegion{false};
-    std::vector<std::vector<std::string>> ops;
+    std::vector<TReplayOp> ops;
 };
 
 struct TReplayResult {
@@ -28,9 +34,10 @@ struct TReplayResult {
     std::string error;
 };
 
-// Parses a case file; EConvertError names the line of a malformed entry.
+// Parses a case file; EConvertError names the line (and the case) of a malformed entry or
+// of an operation the replay does not know.
 std::vector<TReplayCase> ParseReplayCases(const std::string& text);
-// Draws one case.
+// Draws one case; EConvertError names the line and the case of an operation that fails.
 TPixelBuffer RenderReplayCase(const TReplayCase& c);
 // The category of a case name: "line_0001" -> "line".
 std::string ReplayCategory(const std::string& caseName);

@@ -114,8 +114,9 @@ TEST(Canvas, CopyModesCombineSourceAndDestination) {
     dst.Canvas().Draw(0, 0, src);
     EXPECT_EQ(CountPixels(dst, clWhite), 16);
     dst.Canvas().SetCopyMode(cmNotSrcCopy);
+    // StretchDraw shrinks in COLORONCOLOR: the last column and the first row of each run.
     dst.Canvas().StretchDraw({0, 0, 2, 2}, src);
-    EXPECT_EQ(dst.Pixels().At(1, 1), ~src.Pixels().At(2, 2) & 0xFFFFFF);
+    EXPECT_EQ(dst.Pixels().At(1, 1), ~src.Pixels().At(3, 2) & 0xFFFFFF);
 }
 
 TEST(Canvas, BrushCopyReplacesOneColourWithTheBrush) {
@@ -127,6 +128,58 @@ TEST(Canvas, BrushCopyReplacesOneColourWithTheBrush) {
     EXPECT_EQ(dst.Canvas().Pixel(0, 0), clBlue);
     EXPECT_EQ(dst.Canvas().Pixel(1, 0), clRed);
     EXPECT_EQ(dst.Canvas().Pixel(2, 0), clBlue);
+    // With a clear brush the destination shows where the source has the colour.
+    dst.Canvas().Brush().SetColor(clYellow);
+    dst.Canvas().FillRect({0, 0, 3, 1});
+    dst.Canvas().Brush().SetStyle(bsClear);
+    dst.Canvas().BrushCopy({0, 0, 3, 1}, src, {0, 0, 3, 1}, clWhite);
+    EXPECT_EQ(dst.Canvas().Pixel(0, 0), clYellow);
+    EXPECT_EQ(dst.Canvas().Pixel(1, 0), clRed);
+}
+
+TEST(Canvas, CopiesShrinkInTheClassicStretchModes) {
+    // Four source columns onto two: each destination pixel collects a run of two.
+    TBitmap src(4, 1);
+    const std::uint32_t columns[] = {0x00F0F0, 0x0FFF00, 0xF00F0F, 0xFF00F0};
+    for (int x = 0; x < 4; ++x)
+        src.ScanLine(0)[x] = columns[x];
+    TBitmap dst(2, 1);
+    // CopyRect uses the context's mode, BLACKONWHITE in a new one: the runs are ANDed.
+    dst.Canvas().CopyRect({0, 0, 2, 1}, src.Canvas(), {0, 0, 4, 1});
+    EXPECT_EQ(dst.Pixels().At(0, 0), columns[0] & columns[1]);
+    EXPECT_EQ(dst.Pixels().At(1, 0), columns[2] & columns[3]);
+    // StretchDraw keeps the last pixel of each run and leaves COLORONCOLOR selected.
+    dst.Canvas().StretchDraw({0, 0, 2, 1}, src);
+    EXPECT_EQ(dst.Pixels().At(0, 0), columns[1]);
+    EXPECT_EQ(GetStretchBltMode(dst.Canvas().Handle()), COLORONCOLOR);
+    // A shrink to one pixel leaves the last source pixel out: of 0..2 it keeps 1.
+    dst.Canvas().CopyRect({1, 0, 2, 1}, src.Canvas(), {0, 0, 3, 1});
+    EXPECT_EQ(dst.Pixels().At(1, 0), columns[1]);
+}
+
+TEST(Canvas, MonochromeBitmapsDrawInTheCanvasColours) {
+    TBitmap mask(3, 1);
+    mask.Canvas().SetPixel(1, 0, clBlack);
+    mask.SetMonochrome(true);
+    TBitmap dst(3, 1);
+    TCanvas& c = dst.Canvas();
+    c.Font().SetColor(clRed);
+    c.Brush().SetColor(clBlue);
+    c.Brush().SetStyle(bsClear);
+    // Draw: black takes the font colour, white the brush colour even for a clear brush, and
+    // the context's stretch mode stays.
+    c.Draw(0, 0, mask);
+    EXPECT_EQ(c.Pixel(0, 0), clBlue);
+    EXPECT_EQ(c.Pixel(1, 0), clRed);
+    EXPECT_EQ(GetStretchBltMode(c.Handle()), BLACKONWHITE);
+    // A background colour set through the handle lasts until the brush changes.
+    SetBkColor(c.Handle(), clLime);
+    c.CopyRect({0, 0, 3, 1}, mask.Canvas(), {0, 0, 3, 1});
+    EXPECT_EQ(c.Pixel(2, 0), clLime);
+    c.Brush().SetStyle(bsSolid);
+    c.CopyRect({0, 0, 3, 1}, mask.Canvas(), {0, 0, 3, 1});
+    EXPECT_EQ(c.Pixel(2, 0), clBlue);
+    EXPECT_EQ(c.Pixel(1, 0), clRed);
 }
 
 TEST(Canvas, ClipRegionLimitsDrawing) {

@@ -60,6 +60,55 @@ TEST(Raster, Rop2TableMatchesItsBooleanDefinition) {
             }
 }
 
+TEST(Raster, EveryRop3WorksOnWholeWordsThroughBitBltPatBltAndCopyMode) {
+    // Random 24-bit destination, source and 8 x 8 pattern brush; bit (4P + 2S + D) of the
+    // index is the result of each of the 24 colour bits.
+    std::mt19937 random(7);
+    auto randomPicture = [&](TBitmap& b) {
+        for (int y = 0; y < 8; ++y)
+            for (int x = 0; x < 8; ++x)
+                b.ScanLine(y)[x] = random() & 0xFFFFFF;
+    };
+    TBitmap destination(8, 8), source(8, 8), pattern(8, 8);
+    randomPicture(destination);
+    randomPicture(source);
+    randomPicture(pattern);
+    auto expected = [&](unsigned code, int x, int y) {
+        const std::uint32_t p = pattern.Pixels().At(x, y), s = source.Pixels().At(x, y),
+                            d = destination.Pixels().At(x, y);
+        std::uint32_t out = 0;
+        for (int bit = 0; bit < 24; ++bit) {
+            const unsigned index = ((p >> bit) & 1) * 4 + ((s >> bit) & 1) * 2 + ((d >> bit) & 1);
+            out |= ((code >> index) & 1u) << bit;
+        }
+        return out;
+    };
+    for (unsigned code = 0; code < 256; ++code) {
+        const std::uint32_t rop = code << 16;
+        TBitmap viaBitBlt, viaCopyMode;
+        viaBitBlt.Assign(destination);
+        viaCopyMode.Assign(destination);
+        viaBitBlt.Canvas().Brush().SetBitmap(&pattern);
+        BitBlt(viaBitBlt.Canvas().Handle(), 0, 0, 8, 8, source.Canvas().Handle(), 0, 0, rop);
+        viaCopyMode.Canvas().Brush().SetBitmap(&pattern);
+        viaCopyMode.Canvas().SetCopyMode(rop);
+        viaCopyMode.Canvas().CopyRect({0, 0, 8, 8}, source.Canvas(), {0, 0, 8, 8});
+        EXPECT_EQ(viaCopyMode.Pixels(), viaBitBlt.Pixels()) << "rop3 " << code;
+        for (int y = 0; y < 8; ++y)
+            for (int x = 0; x < 8; ++x)
+                ASSERT_EQ(viaBitBlt.Pixels().At(x, y), expected(code, x, y))
+                    << "rop3 " << code << " at " << x << "," << y;
+        TBitmap viaPatBlt;
+        viaPatBlt.Assign(destination);
+        viaPatBlt.Canvas().Brush().SetBitmap(&pattern);
+        PatBlt(viaPatBlt.Canvas().Handle(), 0, 0, 8, 8, rop);
+        // PatBlt draws the operations that ignore the source and refuses the others.
+        EXPECT_EQ(viaPatBlt.Pixels(),
+                  RopUsesSource(rop) ? destination.Pixels() : viaBitBlt.Pixels())
+            << "rop3 " << code;
+    }
+}
+
 TEST(Raster, DashGapsTakeTheBrushColourOnlyWhenOpaque) {
     TBitmap b(40, 1);
     TCanvas& c = b.Canvas();
@@ -120,7 +169,7 @@ TEST(Raster, StretchScalesByNearestPixelAndTransparentCopySkipsTheKey) {
     EXPECT_EQ(target.At(1, 0), 0xFF0000u);
 }
 
-TEST(Raster, BlockCopyReadsBlackOutsideTheSourceAndDropsTheTopByte) {
+TEST(Raster, BlockCopyKeepsTheDestinationOutsideTheSourceAndDropsTheTopByte) {
     TPixelBuffer src(5, 4, 0);
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 5; ++x)
@@ -146,9 +195,8 @@ TEST(Raster, BlockCopyReadsBlackOutsideTheSourceAndDropsTheTopByte) {
                 (y >= 1 && y < 4 && x >= 1 && x < 8) || (y >= 4 && y < 7 && x >= 1 && x < 4);
             const int sx = x - 2, sy = y - 1;
             const bool inSource = sx >= 0 && sx < 5 && sy >= 0 && sy < 4;
-            const std::uint32_t expected = !visible   ? 0x777777u
-                                           : inSource ? src.At(sx, sy) & 0xFFFFFFu
-                                                      : 0u;
+            const std::uint32_t expected =
+                visible && inSource ? src.At(sx, sy) & 0xFFFFFFu : 0x777777u;
             EXPECT_EQ(fast.At(x, y), expected) << x << "," << y;
         }
 }
