@@ -130,8 +130,10 @@ void TControl::SetParentComponent(TComponent* Value) {
 }
 
 void TControl::SetBounds(int ALeft, int ATop, int AWidth, int AHeight) {
-    AWidth = std::max(AWidth, 0);
-    AHeight = std::max(AHeight, 0);
+    ALeft = std::clamp(ALeft, -MaxCoordinate, MaxCoordinate);
+    ATop = std::clamp(ATop, -MaxCoordinate, MaxCoordinate);
+    AWidth = std::clamp(AWidth, 0, MaxCoordinate);
+    AHeight = std::clamp(AHeight, 0, MaxCoordinate);
     if (ALeft == m_left && ATop == m_top && AWidth == m_width && AHeight == m_height) return;
     Invalidate(); // the old place
     const bool resized = AWidth != m_width || AHeight != m_height;

@@ -151,6 +151,9 @@ public:
     void SetTop(int v) { SetBounds(m_left, v, m_width, m_height); }
     void SetWidth(int v) { SetBounds(m_left, m_top, v, m_height); }
     void SetHeight(int v) { SetBounds(m_left, m_top, m_width, v); }
+    // Positions are kept within +-MaxCoordinate and sizes within 0..MaxCoordinate, so that
+    // edges, parent offsets and damaged rectangles never overflow an int.
+    static constexpr int MaxCoordinate = 1 << 28;
     virtual void SetBounds(int ALeft, int ATop, int AWidth, int AHeight);
     TRect BoundsRect() const { return Bounds(m_left, m_top, m_width, m_height); }
     void SetBoundsRect(const TRect& r) { SetBounds(r.left, r.top, r.Width(), r.Height()); }
