@@ -312,7 +312,14 @@ void TThread::Synchronize(TThread* thread, const std::function<void()>& method) 
         std::lock_guard guard(thread->m_state->lock);
         thread->m_state->waitingIn.reset();
     }
-    if (request->error) std::rethrow_exception(request->error);
+    // The exception leaves the request under the lock: whichever thread frees the request
+    // last, the exception object is freed on this thread, which uses it.
+    std::exception_ptr error;
+    {
+        std::lock_guard guard(q.lock);
+        error = std::move(request->error);
+    }
+    if (error) std::rethrow_exception(error);
 }
 
 void TThread::Queue(TThread* thread, std::function<void()> method) {
