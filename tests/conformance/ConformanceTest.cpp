@@ -3,7 +3,7 @@
 // any published property survived (set, painted at any size, written and read back), and no
 // event raised while a form is read. The list grows by itself as classes arrive.
 
-#include "apps/common/PackageScope.h"
+#include "package/PackageScope.h"
 #include "indicators/Qled.h"
 #include "package/Registration.h"
 #include "platform/backend/HeadlessBackend.h"
