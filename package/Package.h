@@ -6,7 +6,8 @@
 // two hosts initializes its units once and finalizes them when the last host leaves.
 //
 // The same table is exported with C linkage from the shared build of the package
-// (libquelvar.so) for hosts that load it with dlopen; see package/PackageModule.h.
+// (libquelvar-module.so, and the shared library libquelvar.so) for hosts that load it with
+// dlopen; see package/module/PackageModule.cpp.
 
 #include <functional>
 #include <span>

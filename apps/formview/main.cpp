@@ -3,7 +3,7 @@
 // OUT as PNG. --design reads the form in design mode. Errors in the file are reported as
 // "FILE: line L, column C: ..." with exit status 2.
 
-#include "apps/common/PackageScope.h"
+#include "package/PackageScope.h"
 #include "platform/backend/Backend.h"
 #include "platform/controls/Application.h"
 #include "platform/controls/StandardClasses.h"

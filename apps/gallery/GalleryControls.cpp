@@ -91,7 +91,14 @@ void TPageList::WMGetDlgCode(TMessage& message) {
 // TComponentCell
 
 TComponentCell::TComponentCell(TComponent* owner, TComponent& shown)
-    : TCustomControl(owner), m_shown(shown) {}
+    : TCustomControl(owner), m_shown(shown) {
+    AcceptDoubleClicks(*this);
+}
+
+void TComponentCell::Pressed(TShiftState shift) {
+    if (OnSelect) OnSelect(*this);
+    if (shift.Contains(ssDouble) && OnOpen) OnOpen(*this);
+}
 
 void TComponentCell::SetHighlighted(bool on) {
     if (on == m_highlighted) return;
@@ -112,7 +119,7 @@ void TComponentCell::Paint() {
 
 void TComponentCell::MouseDown(TMouseButtonKind button, TShiftState shift, int x, int y) {
     TCustomControl::MouseDown(button, shift, x, y);
-    if (OnSelect) OnSelect(*this);
+    Pressed(shift);
 }
 
 // TNonVisualView
@@ -131,19 +138,83 @@ void TNonVisualView::Paint() {
     canvas.FrameRect(ClientRect());
     PrepareText(canvas, *Font(), clWindowText);
     const int lineHeight = std::max(canvas.TextHeight("Ag"), 1);
-    int y = 3;
-    const auto line = [&](const std::string& text) {
+    const auto line = [&](int y, const std::string& text) {
         canvas.TextRect(Rect(3, y, Width() - 3, y + lineHeight), 4, y, text);
-        y += lineHeight;
     };
-    line(m_shown.Name().empty() ? m_shown.ClassName() : m_shown.Name());
-    int shown = 0;
-    for (const std::string& text : PropertyLines(m_shown)) {
-        if (shown == ValueLines) break;
-        if (text.starts_with("Name =") || text.starts_with("Tag =")) continue;
-        line(text);
-        ++shown;
+    line(3, m_shown.Name().empty() ? m_shown.ClassName() : m_shown.Name());
+    int y = LinesTop(lineHeight);
+    for (const std::string& text : Lines()) {
+        line(y, text);
+        y += lineHeight;
     }
+}
+
+int TNonVisualView::LinesTop(int lineHeight) const {
+    return 3 + lineHeight;
+}
+
+std::vector<std::string> TNonVisualView::Lines() const {
+    std::vector<std::string> lines;
+    for (const std::string& text : PropertyLines(m_shown)) {
+        if (lines.size() == ValueLines) break;
+        if (text.starts_with("Name =") || text.starts_with("Tag =")) continue;
+        lines.push_back(text);
+    }
+    return lines;
+}
+
+void AcceptDoubleClicks(TControl& control) {
+    TControlStyle style = control.ControlStyle();
+    style.Include(csDoubleClicks);
+    control.SetControlStyle(style);
+}
+
+// TLargeView
+
+TLargeView::TLargeView(TComponent* owner) : TCustomControl(owner) {
+    SetTabStop(true);
+    SetVisible(false);
+}
+
+void TLargeView::Open(TControl& component) {
+    if (m_shown != &component) delete m_shown; // closed earlier, so nothing of it is running
+    m_shown = &component;
+    component.SetParent(this);
+    component.SetBounds(std::max((Width() - component.Width()) / 2, 0),
+                        std::max((Height() - component.Height()) / 2, 0), component.Width(),
+                        component.Height());
+    component.OnMouseDown = [this](TObject*, TMouseButtonKind, TShiftState, int, int) { Close(); };
+    SetVisible(true);
+    BringToFront();
+    if (CanFocus()) SetFocus();
+}
+
+// Only hides: the component may be the one whose press asked for it.
+void TLargeView::Close() {
+    SetVisible(false);
+}
+
+void TLargeView::Paint() {
+    TCanvas& canvas = Canvas();
+    FillBackground(canvas, ClientRect(), Color());
+    PrepareText(canvas, *Font(), clWindowText);
+    TRect caption = Rect(0, Height() - TGridMetrics{}.labelHeight, Width(), Height());
+    canvas.DrawText("Four times the default size: a click or Escape closes", caption,
+                    DT_SINGLELINE | DT_CENTER | DT_VCENTER | DT_NOPREFIX);
+}
+
+void TLargeView::MouseDown(TMouseButtonKind button, TShiftState shift, int x, int y) {
+    TCustomControl::MouseDown(button, shift, x, y);
+    Close();
+}
+
+void TLargeView::KeyDown(unsigned& key, TShiftState shift) {
+    TCustomControl::KeyDown(key, shift);
+    if (key == VK_ESCAPE) Close();
+}
+
+void TLargeView::WMGetDlgCode(TMessage& message) {
+    message.Result = DLGC_WANTALLKEYS;
 }
 
 // TPropertyView

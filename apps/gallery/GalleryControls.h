@@ -36,7 +36,7 @@ private:
 
 // One component on a page: the component sits at the top of the cell (or a view of it, for
 // non-visual components) and its class name is written underneath. A click on the cell or
-// on the component selects it.
+// on the component selects it; a double click opens it larger.
 class TComponentCell : public TCustomControl {
 public:
     TComponentCell(TComponent* owner, TComponent& shown);
@@ -44,6 +44,9 @@ public:
     TComponent& Shown() const { return m_shown; }
     void SetHighlighted(bool on);
     std::function<void(TComponentCell& cell)> OnSelect;
+    std::function<void(TComponentCell& cell)> OnOpen;
+    // What a press on the cell or its component does: select, and open on a double click.
+    void Pressed(TShiftState shift);
 
 protected:
     void Paint() override;
@@ -54,21 +57,51 @@ private:
     bool m_highlighted{false};
 };
 
-// Stands in for a non-visual component: its class, its name and a few of its published
-// values, read again on every Refresh so that the values stay live.
+// Stands in for a non-visual component: its name and, under it, lines read again on every
+// paint so that they stay live (by default a few of its published values).
 class TNonVisualView : public TCustomControl {
 public:
     TNonVisualView(TComponent* owner, TComponent& shown);
+
+    virtual std::vector<std::string> Lines() const;
 
     static constexpr int ValueLines = 3;
     static constexpr TSize DefaultSize{150, 80};
 
 protected:
     void Paint() override;
+    // Where the lines start, below the name.
+    virtual int LinesTop(int lineHeight) const;
 
 private:
     TComponent& m_shown;
 };
+
+// A component at four times its default size, over the page; a click or Escape closes it.
+class TLargeView : public TCustomControl {
+public:
+    explicit TLargeView(TComponent* owner);
+
+    // Shows `component` (owned by this view) in place of the previous one.
+    void Open(TControl& component);
+    void Close();
+    // The component shown, or null when the view is closed.
+    TControl* Shown() const { return Visible() ? m_shown : nullptr; }
+
+    static constexpr int Scale = 4;
+
+protected:
+    void Paint() override;
+    void MouseDown(TMouseButtonKind button, TShiftState shift, int x, int y) override;
+    void KeyDown(unsigned& key, TShiftState shift) override;
+    void WMGetDlgCode(TMessage& message) override;
+
+private:
+    TControl* m_shown{nullptr};
+};
+
+// Lets `control` tell a double click from a press.
+void AcceptDoubleClicks(TControl& control);
 
 // "Name = value" for every published property of the selected component.
 class TPropertyView : public TCustomControl {

@@ -1,6 +1,7 @@
 #include "GalleryForm.h"
 
 #include "LiveSettings.h"
+#include "LiveViews.h"
 
 #include "platform/controls/Timer.h"
 #include "platform/core/ClassRegistry.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <memory>
 
 namespace qv::gallery {
 
@@ -27,11 +29,13 @@ TSize ShownSize(const TControl& control) {
 } // namespace
 
 TGalleryForm::TGalleryForm(TComponent* owner)
-    : TForm(owner), m_pageList(new TPageList(this)), m_properties(new TPropertyView(this)) {
+    : TForm(owner), m_pageList(new TPageList(this)), m_properties(new TPropertyView(this)),
+      m_large(new TLargeView(this)) {
     SetName("GalleryForm");
     SetCaption("Quelvar gallery");
     m_pageList->SetParent(this);
     m_properties->SetParent(this);
+    m_large->SetParent(this);
     m_pageList->OnSelect = [this](int index) { SelectPage(index); };
 }
 
@@ -60,6 +64,7 @@ void TGalleryForm::ArrangeSurfaces(int height) {
     SetBounds(Left(), Top(), PageListWidth + PageWidth + PropertyWidth, height);
     m_pageList->SetBounds(0, 0, PageListWidth, height);
     m_properties->SetBounds(PageListWidth + PageWidth, 0, PropertyWidth, height);
+    m_large->SetBounds(PageListWidth, 0, PageWidth, height);
     for (TPage& page : m_pages)
         page.surface->SetBounds(PageListWidth, 0, PageWidth, height);
 }
@@ -100,6 +105,7 @@ TComponentCell* TGalleryForm::BuildCell(TCustomControl& surface, const TClassInf
     auto* cell = new TComponentCell(this, *component);
     cell->SetParent(&surface);
     cell->OnSelect = [this](TComponentCell& c) { Select(&c); };
+    cell->OnOpen = [this](const TComponentCell& c) { OpenLarge(c); };
     TControl& shown = Present(*cell, *component);
     const int labelHeight = TGridMetrics{}.labelHeight;
     const int width = std::max(shown.Width(), TGridMetrics{}.minCellWidth);
@@ -116,20 +122,35 @@ TControl& TGalleryForm::Present(TComponentCell& cell, TComponent& component) {
         const TSize size = ShownSize(*control);
         control->SetBounds(0, 0, size.cx, size.cy);
         control->SetParent(&cell);
-        control->OnMouseDown = [this, &cell](TObject*, TMouseButtonKind, TShiftState, int, int) {
-            Select(&cell);
+        AcceptDoubleClicks(*control);
+        control->OnMouseDown = [&cell](TObject*, TMouseButtonKind, TShiftState shift, int, int) {
+            cell.Pressed(shift);
         };
         return *control;
     }
-    auto* view = new TNonVisualView(this, component);
+    TNonVisualView* view = MakeNonVisualView(this, component);
     view->SetParent(&cell);
     return *view;
+}
+
+void TGalleryForm::OpenLarge(const TComponentCell& cell) {
+    const auto* shown = dynamic_cast<const TControl*>(&cell.Shown());
+    if (!shown || dynamic_cast<const TCustomForm*>(shown)) return;
+    std::unique_ptr<TComponent> fresh(CreateComponent(shown->ClassName(), nullptr));
+    auto* control = dynamic_cast<TControl*>(fresh.get());
+    if (!control) return;
+    ApplyShowcaseSettings(*control);
+    control->SetBounds(0, 0, control->Width() * TLargeView::Scale,
+                       control->Height() * TLargeView::Scale);
+    m_large->InsertComponent(fresh.release());
+    m_large->Open(*control);
 }
 
 void TGalleryForm::SelectPage(int index) {
     if (index < 0 || index >= static_cast<int>(m_pages.size()) || index == m_current) return;
     if (m_current >= 0) m_pages[static_cast<std::size_t>(m_current)].surface->SetVisible(false);
     m_current = index;
+    m_large->Close();
     const TPage& page = m_pages[static_cast<std::size_t>(index)];
     page.surface->SetVisible(true);
     m_pageList->SetSelected(index);
@@ -172,6 +193,7 @@ void TGalleryForm::Step() {
         for (int i = 0; i < cell->ControlCount(); ++i)
             if (auto* view = dynamic_cast<TNonVisualView*>(cell->Controls(i))) view->Invalidate();
     }
+    if (TControl* large = m_large->Shown()) AnimateStep(*large, m_tick);
     ++m_tick;
     m_properties->Show(SelectedComponent());
 }

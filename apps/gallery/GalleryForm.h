@@ -36,6 +36,11 @@ public:
     TPropertyView& Properties() const { return *m_properties; }
     TPageList& PageList() const { return *m_pageList; }
 
+    // Shows a new instance of the cell's component at four times its default size over the
+    // page (visual components; a non-visual one's cell already shows it working).
+    void OpenLarge(const TComponentCell& cell);
+    TLargeView& Large() const { return *m_large; }
+
     // Starts the animation (ten steps a second); PNG rendering leaves it off.
     void StartAnimation();
     // One animation step of the current page, and fresh values in the property list.
@@ -60,6 +65,7 @@ private:
 
     TPageList* m_pageList;
     TPropertyView* m_properties;
+    TLargeView* m_large;
     TTimer* m_timer{nullptr};
     std::vector<std::string> m_pageNames;
     std::vector<TPage> m_pages;

@@ -86,6 +86,11 @@ std::vector<TShowcase> MakeShowcases() {
         {"TqxTimer",
          {Setting<TqxTimer>("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval, 250u)},
          {}});
+    // A short period, so that the lateness over the last second rests on many ticks.
+    all.push_back(
+        {"TqxMMTimer",
+         {Setting<TqxMMTimer>("Interval", &TqxMMTimer::Interval, &TqxMMTimer::SetInterval, 10u)},
+         {}});
     return all;
 }
 

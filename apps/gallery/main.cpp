@@ -8,7 +8,7 @@
 #include "GalleryForm.h"
 #include "GalleryLayout.h"
 
-#include "apps/common/PackageScope.h"
+#include "package/PackageScope.h"
 #include "platform/backend/Backend.h"
 #include "platform/controls/Application.h"
 #include "platform/core/DesignerRegistry.h"

@@ -1,5 +1,5 @@
-// The exports of the shared build of the package (libquelvar.so); hosts load it with
-// qv::TLoadedPackage.
+// The C entry points of the package's dlopen module (libquelvar-module.so) and of the shared
+// library (libquelvar.so); hosts load either with qv::TLoadedPackage.
 #include "package/Package.h"
 #include "platform/system/PackageLoader.h"
 

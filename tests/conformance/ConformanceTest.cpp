@@ -3,8 +3,8 @@
 // any published property survived (set, painted at any size, written and read back), and no
 // event raised while a form is read. The list grows by itself as classes arrive.
 
-#include "apps/common/PackageScope.h"
 #include "indicators/Qled.h"
+#include "package/PackageScope.h"
 #include "package/Registration.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"

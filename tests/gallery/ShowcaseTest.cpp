@@ -3,7 +3,7 @@
 
 #include "LiveSettings.h"
 
-#include "apps/common/PackageScope.h"
+#include "package/PackageScope.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "platform/controls/Form.h"

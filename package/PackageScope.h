@@ -1,6 +1,7 @@
 #pragma once
-// Loads the component package for the lifetime of an application: unit initializations,
-// the framework's own classes and the package's registration; finalization at the end.
+// Loads the component package for the lifetime of an application (or a test): unit
+// initializations, the framework's own classes and the package's registration, so that form
+// files can create every class; finalization at the end.
 
 #include "package/Package.h"
 #include "platform/controls/StandardClasses.h"

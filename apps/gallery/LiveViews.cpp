@@ -1,0 +1,139 @@
+#include "LiveViews.h"
+
+#include "platform/controls/Messages.h"
+#include "platform/core/TypeInfo.h"
+#include "timing/TqxMMTimer.h"
+#include "timing/TqxTimer.h"
+#include "utility/TqCalc.h"
+
+#include <cstdio>
+
+namespace qv::gallery {
+
+namespace {
+
+constexpr int registersPerLine = 3;
+
+std::string FormatValue(long double value) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.10Lg", value);
+    return text;
+}
+
+std::string ResultName(TqCalcResult result) {
+    return TypeInfoOf<TqCalcResult>().names.at(static_cast<std::size_t>(result));
+}
+
+} // namespace
+
+std::string FormatMilliseconds(TTickDuration duration) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f ms", duration.count());
+    return text;
+}
+
+TNonVisualView* MakeNonVisualView(TComponent* owner, TComponent& shown) {
+    if (auto* calc = dynamic_cast<TqCalc*>(&shown)) return new TCalcView(owner, *calc);
+    if (auto* timer = dynamic_cast<TqxTimer*>(&shown)) return new TTimerTickView(owner, *timer);
+    if (auto* timer = dynamic_cast<TqxMMTimer*>(&shown)) return new TLatenessView(owner, *timer);
+    return new TNonVisualView(owner, shown);
+}
+
+// TEnterEdit
+
+void TEnterEdit::KeyDown(unsigned& key, TShiftState shift) {
+    TEdit::KeyDown(key, shift);
+    if (key == VK_RETURN && OnEnterKey) OnEnterKey();
+}
+
+void TEnterEdit::WMGetDlgCode(TMessage& message) {
+    TEdit::WMGetDlgCode(message);
+    message.Result |= DLGC_WANTALLKEYS;
+}
+
+// TCalcView
+
+TCalcView::TCalcView(TComponent* owner, TqCalc& calc)
+    : TNonVisualView(owner, calc), m_calc(calc), m_input(new TEnterEdit(owner)) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+    m_input->SetParent(this);
+    m_input->SetBounds(3, 20, DefaultSize.cx - 6, 0);
+    m_input->OnEnterKey = [this] { Evaluate(); };
+}
+
+void TCalcView::Evaluate() {
+    m_calc.SetCalcLine(m_input->Text());
+    m_evaluated = true;
+    Invalidate();
+}
+
+int TCalcView::LinesTop(int) const {
+    return m_input->Top() + m_input->Height() + 2;
+}
+
+std::vector<std::string> TCalcView::Lines() const {
+    std::vector<std::string> lines;
+    if (m_evaluated)
+        lines.push_back(ResultName(m_calc.CalcResult()) + " at " +
+                        std::to_string(m_calc.WhereIsLastError()) + " = " +
+                        FormatValue(m_calc.NumberNum()));
+    else
+        lines.push_back("Type an expression, then Enter");
+    std::string registers;
+    for (int i = 1; i <= TqCalc::RegisterCount; ++i) {
+        registers += std::string(1, TqCalc::RegisterNames[static_cast<std::size_t>(i - 1)]) + " " +
+                     FormatValue(m_calc.RegisterNum(i));
+        if (i % registersPerLine == 0) {
+            lines.push_back(registers);
+            registers.clear();
+        } else {
+            registers += "  ";
+        }
+    }
+    return lines;
+}
+
+// TTimerTickView
+
+TTimerTickView::TTimerTickView(TComponent* owner, TqxTimer& timer)
+    : TNonVisualView(owner, timer), m_timer(timer), m_ticks(std::make_shared<TTickCounter>()) {
+    // The thread timer hands its ticks to the main thread, where the view reads them.
+    timer.SetOnTimer([ticks = m_ticks](TObject*) { ticks->Tick(TTickClock::now()); });
+}
+
+std::vector<std::string> TTimerTickView::Lines() const {
+    const auto interval = m_ticks->LastInterval();
+    return {"Ticks " + std::to_string(m_ticks->Count()),
+            "Interval " + std::to_string(m_timer.Interval()) + " ms",
+            "Measured " + (interval ? FormatMilliseconds(*interval) : std::string("-"))};
+}
+
+// TLatenessView
+
+TLatenessView::TLatenessView(TComponent* owner, TqxMMTimer& timer)
+    : TNonVisualView(owner, timer), m_timer(timer), m_shared(std::make_shared<TShared>()) {
+    m_shared->window.Restart(std::chrono::milliseconds(timer.Interval()));
+    timer.SetOnTimer([shared = m_shared](TObject*) {
+        const auto now = TTickClock::now();
+        const std::lock_guard lock(shared->mutex);
+        shared->window.Tick(now);
+    });
+}
+
+std::vector<std::string> TLatenessView::Lines() const {
+    const std::lock_guard lock(m_shared->mutex);
+    const TTickDuration period = std::chrono::milliseconds(m_timer.Interval());
+    if (m_shared->window.Period() != period) m_shared->window.Restart(period);
+    const auto figures = m_shared->window.Figures(TTickClock::now());
+    std::vector<std::string> lines{"Interval " + std::to_string(m_timer.Interval()) + " ms"};
+    if (!figures) {
+        lines.push_back("Lateness: no ticks in the last second");
+        return lines;
+    }
+    lines.push_back("Late p50 " + FormatMilliseconds(figures->p50));
+    lines.push_back("Late p99 " + FormatMilliseconds(figures->p99) + " (" +
+                    std::to_string(figures->ticks) + " ticks)");
+    return lines;
+}
+
+} // namespace qv::gallery

@@ -1,0 +1,88 @@
+#pragma once
+// Cells of the non-visual components that show them working: the calculator with an input
+// line (Enter evaluates it and shows the result code, where reading stopped, the value and
+// the registers), the thread timer's tick count and measured interval, and the multimedia
+// timer's lateness over the last second.
+
+#include "GalleryControls.h"
+#include "TickStatistics.h"
+
+#include "platform/controls/Edit.h"
+
+#include <memory>
+#include <mutex>
+
+namespace qv {
+class TqCalc;
+class TqxTimer;
+class TqxMMTimer;
+} // namespace qv
+
+namespace qv::gallery {
+
+// The view for a non-visual component: one that shows it working where the gallery has one,
+// otherwise its name and a few of its values.
+TNonVisualView* MakeNonVisualView(TComponent* owner, TComponent& shown);
+
+// An edit line that reports Enter instead of leaving it to the form.
+class TEnterEdit : public TEdit {
+public:
+    using TEdit::TEdit;
+    std::function<void()> OnEnterKey;
+
+protected:
+    void KeyDown(unsigned& key, TShiftState shift) override;
+    void WMGetDlgCode(TMessage& message) override;
+};
+
+class TCalcView : public TNonVisualView {
+public:
+    TCalcView(TComponent* owner, TqCalc& calc);
+
+    TEdit& Input() const { return *m_input; }
+    // Sets the calculator's line to the input line's text.
+    void Evaluate();
+    std::vector<std::string> Lines() const override;
+
+    static constexpr TSize DefaultSize{240, 120};
+
+protected:
+    int LinesTop(int lineHeight) const override;
+
+private:
+    TqCalc& m_calc;
+    TEnterEdit* m_input;
+    bool m_evaluated{false};
+};
+
+class TTimerTickView : public TNonVisualView {
+public:
+    TTimerTickView(TComponent* owner, TqxTimer& timer);
+    std::vector<std::string> Lines() const override;
+
+private:
+    TqxTimer& m_timer;
+    // Shared with the timer's handler, which may outlive the view.
+    std::shared_ptr<TTickCounter> m_ticks;
+};
+
+class TLatenessView : public TNonVisualView {
+public:
+    TLatenessView(TComponent* owner, TqxMMTimer& timer);
+    std::vector<std::string> Lines() const override;
+
+private:
+    // Ticks arrive on the timer service's thread; the view reads on the main thread.
+    struct TShared {
+        std::mutex mutex;
+        TLatenessWindow window;
+    };
+
+    TqxMMTimer& m_timer;
+    std::shared_ptr<TShared> m_shared;
+};
+
+// "1.23 ms": a duration in milliseconds for the views.
+std::string FormatMilliseconds(TTickDuration duration);
+
+} // namespace qv::gallery
