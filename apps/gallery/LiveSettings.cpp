@@ -17,7 +17,7 @@ namespace {
 
 template <class V> std::string ValueText(const V& value) {
     if constexpr (std::is_convertible_v<V, std::string>)
-        return "'" + std::string(value) + "'";
+        return std::string(1, '\'').append(value).append(1, '\'');
     else
         return std::to_string(static_cast<long long>(value));
 }
