@@ -33,13 +33,20 @@ TqxMMTimer::~TqxMMTimer() {
     StopTimer();
 }
 
+std::shared_ptr<const TNotifyEvent> TqxMMTimer::Handler() const {
+    const std::lock_guard guard(m_onTimerLock);
+    return m_onTimer;
+}
+
 TNotifyEvent TqxMMTimer::GetOnTimer() const {
-    const auto handler = m_onTimer.load();
+    const auto handler = Handler();
     return handler ? *handler : TNotifyEvent{};
 }
 
 void TqxMMTimer::SetOnTimer(TNotifyEvent handler) {
-    m_onTimer.store(handler ? std::make_shared<const TNotifyEvent>(std::move(handler)) : nullptr);
+    auto shared = handler ? std::make_shared<const TNotifyEvent>(std::move(handler)) : nullptr;
+    const std::lock_guard guard(m_onTimerLock);
+    m_onTimer.swap(shared); // the old handler is freed outside the lock
 }
 
 void TqxMMTimer::SetInterval(unsigned value) {
@@ -78,7 +85,7 @@ void TqxMMTimer::StopTimer() {
 
 void TqxMMTimer::Timer() {
     if (!m_enabled.load()) return;
-    if (const auto handler = m_onTimer.load(); handler && *handler) (*handler)(this);
+    if (const auto handler = Handler(); handler && *handler) (*handler)(this);
 }
 
 void Delay(std::uint16_t milliseconds) {

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 namespace qv {
 
@@ -47,8 +48,13 @@ private:
     TMultimediaTimerService& m_service;
     std::atomic<bool> m_enabled{Defaults::Enabled};
     unsigned m_interval{Defaults::Interval};
-    // Read on the service's thread while the main thread may replace it.
-    std::atomic<std::shared_ptr<const TNotifyEvent>> m_onTimer;
+    std::shared_ptr<const TNotifyEvent> Handler() const;
+
+    // Read on the service's thread while the main thread may replace it: each side copies the
+    // pointer under the mutex and calls the handler outside it. (A plain mutex, not
+    // std::atomic<std::shared_ptr>, whose lock the thread sanitizer cannot follow.)
+    mutable std::mutex m_onTimerLock;
+    std::shared_ptr<const TNotifyEvent> m_onTimer;
     unsigned m_timerId{TIMERR_NOCANDO};
     unsigned m_resolution{Defaults::Resolution};
 };
