@@ -282,19 +282,35 @@ void TqKnob::Paint() {
         [this](TCanvas& c) { DrawKnob(c); }, OnPaint);
 }
 
-// The outer ring's stack is W div 22 deep, an inner one's a twentieth of its face; the rings
-// are painted outermost first, each face Width div 8 inside the previous one.
+TRect TqKnob::OuterFace() const {
+    return {FaceInset, FaceInset, Width() - FaceInset, Height() - FaceInset};
+}
+
+TBitmap& TqKnob::Underlay() {
+    const int W = Width(), H = Height();
+    const TUnderlayLook look{
+        W, H, Color(), m_steelLook, m_ticks, m_tickColor, m_stepPerTick, Min(), Max(), m_knobColor};
+    return m_underlay.Picture(look, W, H, [&](TCanvas& c) {
+        FillBackground(c, {0, 0, W, H}, TFrameBackground::FlatOrSteel(Color(), m_steelLook));
+        if (m_ticks) DrawTick(c, W / 2);
+        DrawClearingDisc(c, OuterFace());
+        DrawStack(c, OuterFace(), W / 22);
+    });
+}
+
+// The rings are painted outermost first, each face Width div 8 inside the previous one; an
+// inner ring's stack is a twentieth of its face deep.
 void TqKnob::DrawKnob(TCanvas& c) {
     const int W = Width(), H = Height(), centre = W / 2, inset = W / 8;
-    TRect face{FaceInset, FaceInset, W - FaceInset, H - FaceInset};
-    if (m_ticks) DrawTick(c, centre);
-    DrawClearingDisc(c, face);
+    c.Draw(0, 0, Underlay());
+    TRect face = OuterFace();
     for (int i = 0; i < RingCount(); ++i) {
-        if (i > 0)
+        if (i > 0) {
             face = {face.left + inset, face.top + inset, face.right - inset, face.bottom - inset};
+            DrawStack(c, face, face.Width() / 20);
+        }
         const TRing ring = Ring(i);
-        const int depth = i == 0 ? W / 22 : face.Width() / 20;
-        DrawFace(c, face, depth, *ring.value, ring.pointColor, centre - i * inset);
+        DrawFace(c, face, *ring.value, ring.pointColor, centre - i * inset);
     }
     c.Pen().SetWidth(1);
     c.Brush().SetColor(Color());
@@ -324,15 +340,18 @@ void TqKnob::DrawClearingDisc(TCanvas& c, const TRect& face) const {
               face.bottom + ClearingMargin);
 }
 
-// The stack's last ellipse, at shift 0, is also the top of the face. The pen keeps the width
-// the previous ring's pointer left it with.
-void TqKnob::DrawFace(TCanvas& c, const TRect& face, int depth, int value, TColor pointColor,
-                      int radius) const {
+// Drawing the top (the ellipse at shift 0) once more would change no pixel. An inner ring's
+// pen keeps the width the previous ring's pointer left it with.
+void TqKnob::DrawStack(TCanvas& c, const TRect& face, int depth) const {
     c.Pen().SetStyle(psSolid);
     c.Pen().SetColor(clBlack);
     c.Brush().SetColor(Shades().face);
     for (int i = depth; i >= 0; --i)
         c.Ellipse(face.left + i, face.top + i, face.right + i, face.bottom + i);
+}
+
+void TqKnob::DrawFace(TCanvas& c, const TRect& face, int value, TColor pointColor,
+                      int radius) const {
     if (!m_hideReflex) DrawReflex(c, face.Width(), face, value & 1);
     c.Pen().SetColor(clBlack);
     c.Brush().SetStyle(bsClear);

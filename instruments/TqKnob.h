@@ -11,6 +11,7 @@
 // when a form file has been read: a knob made in code answers the mouse only once its bounds
 // are set after SetParent.
 
+#include "componentbase/CachedFace.h"
 #include "componentbase/FocusableInput.h"
 #include "componentbase/PaintFrame.h"
 #include "componentbase/Scale.h"
@@ -137,14 +138,31 @@ protected:
     void DrawTick(TCanvas& canvas, int c) const;
     // The four reflex wedges of a face of diameter d, moved by `shift` (the value's parity).
     void DrawReflex(TCanvas& canvas, int d, const TRect& face, int shift) const;
-    // One ring's face: the stack of `depth` + 1 outlined ellipses shifted down and right, the
-    // reflex, the outline and the pointer for `value` with radius `radius` - (PointWidth + 8).
-    void DrawFace(TCanvas& canvas, const TRect& face, int depth, int value, TColor pointColor,
+    // The side of a ring's knob: `depth` + 1 outlined ellipses of the face shade, shifted down and
+    // right from `depth` pixels to 0; the last one is the face's top.
+    void DrawStack(TCanvas& canvas, const TRect& face, int depth) const;
+    // One ring's face over its stack: the reflex, the outline and the pointer for `value` with
+    // radius `radius` - (PointWidth + 8).
+    void DrawFace(TCanvas& canvas, const TRect& face, int value, TColor pointColor,
                   int radius) const;
 
     const TKnobShades& Shades() const { return KnobShadeTable[m_knobColor]; }
 
 private:
+    // What the part under the outer ring's face depends on: background, ticks, clearing disc
+    // and the outer stack are drawn once per look and copied while it holds.
+    struct TUnderlayLook {
+        int width, height;
+        TColor color;
+        bool steel, ticks;
+        TColor tickColor;
+        int step, min, max;
+        KnobColorType knobColor;
+        bool operator==(const TUnderlayLook&) const = default;
+    };
+
+    TRect OuterFace() const;
+    TBitmap& Underlay();
     void DrawKnob(TCanvas& canvas);
     void DrawClearingDisc(TCanvas& canvas, const TRect& face) const;
     void DrawPointer(TCanvas& canvas, int value, TColor color, int radius) const;
@@ -169,6 +187,7 @@ private:
     std::vector<TRegion> m_hitRegions; // one per ring, outermost first; empty until built
     int m_dragRing{-1};                // the ring being dragged, -1 when none
     TPaintFrame m_frame;
+    TCachedFace<TUnderlayLook> m_underlay;
 };
 
 } // namespace qv

@@ -1,6 +1,9 @@
 // What the knobs paint, pixel by pixel, at their default sizes.
 #include "KnobFixture.h"
 
+#include <functional>
+#include <vector>
+
 using namespace qv;
 
 namespace {
@@ -127,4 +130,34 @@ TEST_F(KnobPixels, InnerRingsShowTheirOwnPointers) {
     EXPECT_EQ(PixelOf(*trip, 37 + 9, 37 + 12), TColor(0x00FF00));
     EXPECT_NE(PixelOf(*trip, 37 + 6, 37 + 8), TColor(0x00FF00)); // under the innermost face
     EXPECT_EQ(PixelOf(*trip, 37 - 4, 37 + 5), TColor(0xFF0000));
+}
+
+// The part under the outer face is kept between paints: after each change of what it depends
+// on, a knob must show exactly what a new knob with all the changes so far shows.
+TEST_F(KnobPixels, KeptUnderlayShowsWhatAFreshKnobShowsAfterEveryChange) {
+    using TChange = std::function<void(TqTripKnob&)>;
+    const std::vector<TChange> changes = {
+        [](TqTripKnob& k) { k.SetKnobValue(30), k.SetKnobValue2(31); },
+        [](TqTripKnob& k) { k.SetheightWidth(90); },
+        [](TqTripKnob& k) { k.SetScaledMin(-50); },
+        [](TqTripKnob& k) { k.SetScaledMax(50); },
+        [](TqTripKnob& k) { k.SetStep(7); },
+        [](TqTripKnob& k) { k.SetKnobCol(kcGreen); },
+        [](TqTripKnob& k) { k.SetTickColor(kRed); },
+        [](TqTripKnob& k) { k.SetColor(kWhite); },
+        [](TqTripKnob& k) { k.SetSteel(true); },
+        [](TqTripKnob& k) { k.SetTicks(false); },
+    };
+    auto* reused = Place<TqTripKnob>(10, 10);
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        changes[i](*reused);
+        reused->Repaint();
+        auto* fresh = new TqTripKnob(form); // not painted before it is placed
+        for (std::size_t j = 0; j <= i; ++j)
+            changes[j](*fresh);
+        fresh->SetParent(form);
+        fresh->SetLeft(200);
+        EXPECT_TRUE(ComparePictures(*reused, *fresh, true, "knob-kept-" + std::to_string(i)));
+        delete fresh;
+    }
 }
