@@ -1,7 +1,8 @@
 #pragma once
 // OnMouseEnter and OnMouseLeave as the package's components raise them: from the
 // framework's mouse-enter and mouse-leave notifications, after the inherited handling,
-// with the component as Sender, only if assigned.
+// with the component as Sender, only if assigned. A subclass that acts on entering before the
+// event (taking the focus, for instance) overrides MouseEntered.
 
 #include "platform/controls/Messages.h"
 #include "platform/core/Object.h"
@@ -15,8 +16,11 @@ public:
     TNotifyEvent OnMouseLeave;
 
 protected:
+    // Called on entering, after the inherited handling and before OnMouseEnter.
+    virtual void MouseEntered() {}
     void CMMouseEnter(TMessage& Message) override {
         Base::CMMouseEnter(Message);
+        MouseEntered();
         if (OnMouseEnter) OnMouseEnter(this);
     }
     void CMMouseLeave(TMessage& Message) override {

@@ -2,6 +2,7 @@
 
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
+#include "instruments/Qpanel.h"
 #include "platform/core/Component.h"
 #include "platform/core/DesignerRegistry.h"
 #include "timing/Std2.h"
@@ -64,9 +65,9 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {16, "TqBitColBtn", kPage3, nullptr},
         {16, "TqIconColBtn", kPage3, nullptr},
         {16, "TqMouseSpot", kPage3, nullptr},
-        {17, "TqKnob", kPage3, nullptr},
-        {17, "TqDblKnob", kPage3, nullptr},
-        {17, "TqTripKnob", kPage3, nullptr},
+        {17, "TqKnob", kPage3, &TqKnob::StaticClassInfo},
+        {17, "TqDblKnob", kPage3, &TqDblKnob::StaticClassInfo},
+        {17, "TqTripKnob", kPage3, &TqTripKnob::StaticClassInfo},
         {17, "TqSlideBar", kPage3, nullptr},
         {18, "TqNWColorBtn", kPage3, nullptr},
         {18, "TqNWBitColBtn", kPage3, nullptr},

@@ -2,6 +2,7 @@
 
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
+#include "instruments/Qpanel.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
@@ -55,6 +56,19 @@ void SweepAndSwitch(TComponent& component, int tick) {
         SetPropText(component, "Value", std::to_string(SweepValue(low, high, tick, sweepPeriod)));
 }
 
+// Knobs sweep their rings a third of a period apart, until the user takes one over: a knob
+// that holds the focus (a press focuses it) stays where the user turned it.
+void SweepKnob(TComponent& component, int tick) {
+    auto& knob = static_cast<TqKnob&>(component);
+    if (knob.Focused()) return;
+    const auto sweep = [&](int ring) {
+        return SweepValue(knob.Min(), knob.Max(), tick + ring * sweepPeriod / 3, sweepPeriod);
+    };
+    knob.SetKnobValue(sweep(0));
+    if (auto* dbl = dynamic_cast<TqDblKnob*>(&knob)) dbl->SetKnobValue2(sweep(1));
+    if (auto* trip = dynamic_cast<TqTripKnob*>(&knob)) trip->SetKnobValue3(sweep(2));
+}
+
 std::vector<TShowcase> MakeShowcases() {
     std::vector<TShowcase> all;
     all.push_back({"TqLed",
@@ -82,6 +96,22 @@ std::vector<TShowcase> MakeShowcases() {
                    {Setting<TqSegmentClock>("ShowSeconds", &TqSegmentClock::ShowSeconds,
                                             &TqSegmentClock::SetShowSeconds, true)},
                    {}});
+    all.push_back({"TqKnob",
+                   {Setting<TqKnob>("KnobColor", &TqKnob::KnobColor, &TqKnob::SetKnobCol, kcBlue),
+                    Setting<TqKnob>("SteelLook", &TqKnob::SteelLook, &TqKnob::SetSteel, true)},
+                   SweepKnob});
+    all.push_back({"TqDblKnob",
+                   {Setting<TqDblKnob>("PointColor2", &TqDblKnob::PointColor2,
+                                       &TqDblKnob::SetPoint2, TColor(0x800000))},
+                   SweepKnob});
+    all.push_back({"TqTripKnob",
+                   {Setting<TqTripKnob>("KnobColor", &TqTripKnob::KnobColor,
+                                        &TqTripKnob::SetKnobCol, kcWhite),
+                    Setting<TqTripKnob>("PointColor2", &TqTripKnob::PointColor2,
+                                        &TqTripKnob::SetPoint2, TColor(0x008000)),
+                    Setting<TqTripKnob>("PointColor3", &TqTripKnob::PointColor3,
+                                        &TqTripKnob::SetPoint3, TColor(0x800000))},
+                   SweepKnob});
     all.push_back(
         {"TqxTimer",
          {Setting<TqxTimer>("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval, 250u)},

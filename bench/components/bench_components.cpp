@@ -4,6 +4,7 @@
 // thread beside a raw eventfd hand-off. bench/components.sh prints the figures.
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
+#include "instruments/Qpanel.h"
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
@@ -84,6 +85,48 @@ void BM_SegmentClock(benchmark::State& s) {
         false);
 }
 
+// Knobs grow through their bounds up to 120 x 120: four times the default is clamped there.
+void BM_Knob(benchmark::State& s) {
+    PaintCost<TqKnob>(s, [](TqKnob& c) { c.SetKnobValue(37); });
+}
+void BM_DblKnob(benchmark::State& s) {
+    PaintCost<TqDblKnob>(s, [](TqDblKnob& c) { c.SetKnobValue(37), c.SetKnobValue2(71); });
+}
+void BM_TripKnob(benchmark::State& s) {
+    PaintCost<TqTripKnob>(
+        s, [](TqTripKnob& c) { c.SetKnobValue(37), c.SetKnobValue2(71), c.SetKnobValue3(12); });
+}
+
+// A drag on the outer ring: each iteration is one mouse move, from the message to the
+// repainted pixels (the knob repaints at once, twice: from the value setter and after it).
+template <class K> void DragCost(benchmark::State& state) {
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 400, 300);
+    form.Show();
+    auto* knob = new K(&form);
+    knob->SetParent(&form);
+    knob->SetBounds(0, 0, knob->Width(), knob->Height());
+    form.PaintPending();
+    const int c = knob->Width() / 2;
+    knob->Perform(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(c, 10));
+    bool up = false;
+    for (auto _ : state) {
+        knob->Perform(WM_MOUSEMOVE, MK_LBUTTON, up ? MAKELPARAM(c, 10) : MAKELPARAM(10, c));
+        up = !up;
+    }
+    knob->Perform(WM_LBUTTONUP, 0, MAKELPARAM(c, 10));
+    state.SetLabel(std::to_string(knob->Width()) + "x" + std::to_string(knob->Height()));
+}
+void BM_KnobDrag(benchmark::State& s) {
+    DragCost<TqKnob>(s);
+}
+void BM_DblKnobDrag(benchmark::State& s) {
+    DragCost<TqDblKnob>(s);
+}
+void BM_TripKnobDrag(benchmark::State& s) {
+    DragCost<TqTripKnob>(s);
+}
+
 BENCHMARK(BM_LedRound)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_LedSquare)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Segment)->Arg(1)->Unit(benchmark::kMicrosecond);
@@ -91,6 +134,12 @@ BENCHMARK(BM_SegmentTransparent)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentScaled)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentLabel)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SegmentClock)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Knob)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DblKnob)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_TripKnob)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_KnobDrag)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DblKnobDrag)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_TripKnobDrag)->Unit(benchmark::kMicrosecond);
 
 struct TLateness {
     double p50, p99, max;

@@ -85,7 +85,9 @@ template <class C> void PublishControlProperty(TClassBuilder<C>& b, std::string_
         if (name == "TabStop")
             b.Property("TabStop", &C::TabStop, &C::SetTabStop);
         else if (name == "TabOrder")
-            b.Property("TabOrder", &C::TabOrder, &C::SetTabOrder).Default(-1);
+            // No storage default: a control's place in the tab order is always written (the
+            // classic declared default of -1 is a value no placed control holds).
+            b.Property("TabOrder", &C::TabOrder, &C::SetTabOrder);
         else if (name == "OnEnter")
             b.Event("OnEnter", &C::OnEnter);
         else if (name == "OnExit")
