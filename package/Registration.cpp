@@ -1,5 +1,6 @@
 #include "package/Registration.h"
 
+#include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "platform/core/Component.h"
@@ -59,7 +60,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {13, "Tq3DLabel", kPage3, nullptr},
         {14, "TqAngleLabel", kPage3, nullptr},
         {15, "TqShapeBtn", kPage3, nullptr},
-        {15, "TqColorBtn", kPage3, nullptr},
+        {15, "TqColorBtn", kPage3, &TqColorBtn::StaticClassInfo},
         {15, "TqGradBtn", kPage3, nullptr},
         {16, "TqBitColBtn", kPage3, nullptr},
         {16, "TqIconColBtn", kPage3, nullptr},
@@ -68,7 +69,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {17, "TqDblKnob", kPage3, nullptr},
         {17, "TqTripKnob", kPage3, nullptr},
         {17, "TqSlideBar", kPage3, nullptr},
-        {18, "TqNWColorBtn", kPage3, nullptr},
+        {18, "TqNWColorBtn", kPage3, &TqNWColorBtn::StaticClassInfo},
         {18, "TqNWBitColBtn", kPage3, nullptr},
         {18, "TqNWIconColBtn", kPage3, nullptr},
         {19, "TqxLightOnOff", kPage3, nullptr},

@@ -1,5 +1,6 @@
 #include "LiveSettings.h"
 
+#include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "platform/core/Exceptions.h"
@@ -55,6 +56,15 @@ void SweepAndSwitch(TComponent& component, int tick) {
         SetPropText(component, "Value", std::to_string(SweepValue(low, high, tick, sweepPeriod)));
 }
 
+// A button without a click handler gets a click counter in its caption.
+void CountClicks(TComponent& component, int) {
+    auto& control = static_cast<TControl&>(component);
+    if (control.OnClick) return;
+    control.OnClick = [&control, clicks = 0](TObject*) mutable {
+        control.SetCaption("Clicked " + std::to_string(++clicks));
+    };
+}
+
 std::vector<TShowcase> MakeShowcases() {
     std::vector<TShowcase> all;
     all.push_back({"TqLed",
@@ -91,6 +101,19 @@ std::vector<TShowcase> MakeShowcases() {
         {"TqxMMTimer",
          {Setting<TqxMMTimer>("Interval", &TqxMMTimer::Interval, &TqxMMTimer::SetInterval, 10u)},
          {}});
+    // Buttons press when clicked and count their clicks in the caption.
+    all.push_back({"TqColorBtn",
+                   {Setting<TqColorBtn>("Caption", &TqColorBtn::Caption, &TqColorBtn::SetCaption,
+                                        std::string("&Press me")),
+                    Setting<TqColorBtn>("Color", &TqColorBtn::Color, &TqColorBtn::SetColor,
+                                        TColor(0x80C0FF))},
+                   CountClicks});
+    all.push_back(
+        {"TqNWColorBtn",
+         {Setting<TqNWColorBtn>("Caption", &TqNWColorBtn::Caption, &TqNWColorBtn::SetCaption,
+                                std::string("Flat")),
+          Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
+         CountClicks});
     return all;
 }
 

@@ -237,6 +237,9 @@ TEST_P(Conformance, NewInstanceHoldsEveryDeclaredDefault) {
     TComponent* c = Create();
     for (const TPropInfo* p : GetPropList(*c)) {
         if (!p->defaultOrd || !p->getOrd) continue;
+        // TabOrder is the control's place among its siblings; its default of -1 only makes
+        // form files always hold it.
+        if (p->name == "TabOrder") continue;
         EXPECT_EQ(p->getOrd(*c), *p->defaultOrd) << p->name;
     }
 }
