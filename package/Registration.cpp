@@ -1,5 +1,6 @@
 #include "package/Registration.h"
 
+#include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
@@ -25,8 +26,8 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {1, "TqBitmap", kPage1, nullptr},
         {1, "TqAnimated", kPage1, nullptr},
         {2, "TqBackground", kPage1, nullptr},
-        {2, "TqBlendPaint", kPage1, nullptr},
-        {2, "TqNWBlendPaint", kPage1, nullptr},
+        {2, "TqBlendPaint", kPage1, &TqBlendPaint::StaticClassInfo},
+        {2, "TqNWBlendPaint", kPage1, &TqNWBlendPaint::StaticClassInfo},
         {3, "TqTileMap", kPage1, nullptr},
         {3, "TqNWTileMap", kPage1, nullptr},
         {3, "TqLed", kPage1, &TqLed::StaticClassInfo},

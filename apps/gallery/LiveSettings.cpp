@@ -1,5 +1,6 @@
 #include "LiveSettings.h"
 
+#include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
@@ -56,6 +57,11 @@ void SweepAndSwitch(TComponent& component, int tick) {
         SetPropText(component, "Value", std::to_string(SweepValue(low, high, tick, sweepPeriod)));
 }
 
+template <class Blend> void CycleFillType(TComponent& component, int tick) {
+    if (tick % switchPeriod == 0)
+        static_cast<Blend&>(component).SetFillType(static_cast<gradType>(tick / switchPeriod % 3));
+}
+
 // A button without a click handler gets a click counter in its caption.
 void CountClicks(TComponent& component, int) {
     auto& control = static_cast<TControl&>(component);
@@ -101,6 +107,15 @@ std::vector<TShowcase> MakeShowcases() {
         {"TqxMMTimer",
          {Setting<TqxMMTimer>("Interval", &TqxMMTimer::Interval, &TqxMMTimer::SetInterval, 10u)},
          {}});
+    // Blend paints cycle their fill types.
+    all.push_back({"TqBlendPaint",
+                   {Setting<TqBlendPaint>("EndColor", &TqBlendPaint::EndColor,
+                                          &TqBlendPaint::SetEndColor, TColor(0xFFFF00))},
+                   CycleFillType<TqBlendPaint>});
+    all.push_back(
+        {"TqNWBlendPaint",
+         {Setting<TqNWBlendPaint>("Bands", &TqNWBlendPaint::Bands, &TqNWBlendPaint::SetBands, 8)},
+         CycleFillType<TqNWBlendPaint>});
     // Buttons press when clicked and count their clicks in the caption.
     all.push_back({"TqColorBtn",
                    {Setting<TqColorBtn>("Caption", &TqColorBtn::Caption, &TqColorBtn::SetCaption,

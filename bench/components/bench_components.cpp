@@ -2,6 +2,7 @@
 // its size (Google Benchmark), then, with --timers, the lateness of the multimedia timer at
 // 1 ms beside a bare timerfd loop, and the hand-over of a thread-timer tick to the main
 // thread beside a raw eventfd hand-off. bench/components.sh prints the figures.
+#include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
@@ -60,6 +61,12 @@ void BM_NWColorBtnGlass(benchmark::State& s) {
         c.SetCaption("Button"), c.SetTransparent(true), c.SetGlassValue(64);
     });
 }
+void BM_BlendPaint(benchmark::State& s) {
+    PaintCost<TqBlendPaint>(s, [](TqBlendPaint& c) { c.SetFillType(gCenter); });
+}
+void BM_NWBlendPaint(benchmark::State& s) {
+    PaintCost<TqNWBlendPaint>(s, [](TqNWBlendPaint&) {});
+}
 void BM_LedRound(benchmark::State& s) {
     PaintCost<TqLed>(s, [](TqLed& c) { c.writeLedOn(true); });
 }
@@ -95,6 +102,8 @@ void BM_SegmentClock(benchmark::State& s) {
 
 BENCHMARK(BM_ColorBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_NWColorBtnGlass)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BlendPaint)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_NWBlendPaint)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_LedRound)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_LedSquare)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Segment)->Arg(1)->Unit(benchmark::kMicrosecond);
