@@ -19,6 +19,7 @@ void FillBackground(TCanvas& canvas, const TRect& rect, const TFrameBackground& 
         PaintSteel(canvas, rect);
         return;
     }
+    if (background.kind == TFrameBackground::TKind::Beneath) return;
     canvas.Brush().SetColor(background.color);
     canvas.FillRect(rect);
 }
@@ -61,6 +62,8 @@ TCanvas& TPaintFrame::Begin(const TControl& control, TCanvas& target,
             m_picture.SetSize(width, height);
         canvas = &m_picture.Canvas();
         ResetCanvasTools(*canvas);
+        if (background.kind == TFrameBackground::TKind::Beneath)
+            canvas->CopyRect({0, 0, width, height}, target, {0, 0, width, height});
     }
     FillBackground(*canvas, {0, 0, width, height}, background);
     return *canvas;

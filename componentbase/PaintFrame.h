@@ -23,12 +23,14 @@ namespace qv {
 
 // What lies under a component's picture.
 struct TFrameBackground {
-    enum class TKind { Flat, Steel };
+    // Beneath: the picture starts as what the control's canvas shows under it.
+    enum class TKind { Flat, Steel, Beneath };
     TKind kind{TKind::Flat};
     TColor color{clBtnFace};
 
     static TFrameBackground Flat(TColor color) { return {TKind::Flat, color}; }
     static TFrameBackground Steel() { return {TKind::Steel, clBtnFace}; }
+    static TFrameBackground Beneath() { return {TKind::Beneath, clBtnFace}; }
     // The parent's brush colour (clBtnFace without a parent), or steel when `steel` is set.
     static TFrameBackground ParentOrSteel(const TControl& control, bool steel);
     // `color`, or steel when `steel` is set.
@@ -37,7 +39,8 @@ struct TFrameBackground {
     }
 };
 
-// Fills `rect` of `canvas` with `background`; the brush is left with the background's colour.
+// Fills `rect` of `canvas` with `background` (Beneath leaves it as it is); the brush is left
+// with the background's colour.
 void FillBackground(TCanvas& canvas, const TRect& rect, const TFrameBackground& background);
 
 // Draws the dashed design-time outline (0, 0, width, height): black dashed pen, no fill. The

@@ -1,5 +1,7 @@
 #include "package/Registration.h"
 
+#include "backgrounds/Blend.h"
+#include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
@@ -25,8 +27,8 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {1, "TqBitmap", kPage1, nullptr},
         {1, "TqAnimated", kPage1, nullptr},
         {2, "TqBackground", kPage1, nullptr},
-        {2, "TqBlendPaint", kPage1, nullptr},
-        {2, "TqNWBlendPaint", kPage1, nullptr},
+        {2, "TqBlendPaint", kPage1, &TqBlendPaint::StaticClassInfo},
+        {2, "TqNWBlendPaint", kPage1, &TqNWBlendPaint::StaticClassInfo},
         {3, "TqTileMap", kPage1, nullptr},
         {3, "TqNWTileMap", kPage1, nullptr},
         {3, "TqLed", kPage1, &TqLed::StaticClassInfo},
@@ -60,7 +62,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {13, "Tq3DLabel", kPage3, nullptr},
         {14, "TqAngleLabel", kPage3, nullptr},
         {15, "TqShapeBtn", kPage3, nullptr},
-        {15, "TqColorBtn", kPage3, nullptr},
+        {15, "TqColorBtn", kPage3, &TqColorBtn::StaticClassInfo},
         {15, "TqGradBtn", kPage3, nullptr},
         {16, "TqBitColBtn", kPage3, nullptr},
         {16, "TqIconColBtn", kPage3, nullptr},
@@ -69,7 +71,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {17, "TqDblKnob", kPage3, &TqDblKnob::StaticClassInfo},
         {17, "TqTripKnob", kPage3, &TqTripKnob::StaticClassInfo},
         {17, "TqSlideBar", kPage3, nullptr},
-        {18, "TqNWColorBtn", kPage3, nullptr},
+        {18, "TqNWColorBtn", kPage3, &TqNWColorBtn::StaticClassInfo},
         {18, "TqNWBitColBtn", kPage3, nullptr},
         {18, "TqNWIconColBtn", kPage3, nullptr},
         {19, "TqxLightOnOff", kPage3, nullptr},

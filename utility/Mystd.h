@@ -1,8 +1,9 @@
 #pragma once
 // Unit Mystd: the calculator component, the math routines, the dialog-unit conversions,
-// FindForm, the shared hint appearance and the processor and host routines, with the unit's
-// initialization and finalization.
+// FindForm, gradType, the shared hint appearance and the processor and host routines, with the
+// unit's initialization and finalization.
 
+#include "componentbase/Gradient.h" // gradType
 #include "utility/DialogUnits.h"
 #include "utility/FormHelpers.h"
 #include "utility/MathHelpers.h"

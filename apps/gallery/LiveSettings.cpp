@@ -1,5 +1,7 @@
 #include "LiveSettings.h"
 
+#include "backgrounds/Blend.h"
+#include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
@@ -69,6 +71,20 @@ void SweepKnob(TComponent& component, int tick) {
     if (auto* trip = dynamic_cast<TqTripKnob*>(&knob)) trip->SetKnobValue3(sweep(2));
 }
 
+template <class Blend> void CycleFillType(TComponent& component, int tick) {
+    if (tick % switchPeriod == 0)
+        static_cast<Blend&>(component).SetFillType(static_cast<gradType>(tick / switchPeriod % 3));
+}
+
+// A button without a click handler gets a click counter in its caption.
+void CountClicks(TComponent& component, int) {
+    auto& control = static_cast<TControl&>(component);
+    if (control.OnClick) return;
+    control.OnClick = [&control, clicks = 0](TObject*) mutable {
+        control.SetCaption("Clicked " + std::to_string(++clicks));
+    };
+}
+
 std::vector<TShowcase> MakeShowcases() {
     std::vector<TShowcase> all;
     all.push_back({"TqLed",
@@ -121,6 +137,28 @@ std::vector<TShowcase> MakeShowcases() {
         {"TqxMMTimer",
          {Setting<TqxMMTimer>("Interval", &TqxMMTimer::Interval, &TqxMMTimer::SetInterval, 10u)},
          {}});
+    // Blend paints cycle their fill types.
+    all.push_back({"TqBlendPaint",
+                   {Setting<TqBlendPaint>("EndColor", &TqBlendPaint::EndColor,
+                                          &TqBlendPaint::SetEndColor, TColor(0xFFFF00))},
+                   CycleFillType<TqBlendPaint>});
+    all.push_back(
+        {"TqNWBlendPaint",
+         {Setting<TqNWBlendPaint>("Bands", &TqNWBlendPaint::Bands, &TqNWBlendPaint::SetBands, 8)},
+         CycleFillType<TqNWBlendPaint>});
+    // Buttons press when clicked and count their clicks in the caption.
+    all.push_back({"TqColorBtn",
+                   {Setting<TqColorBtn>("Caption", &TqColorBtn::Caption, &TqColorBtn::SetCaption,
+                                        std::string("&Press me")),
+                    Setting<TqColorBtn>("Color", &TqColorBtn::Color, &TqColorBtn::SetColor,
+                                        TColor(0x80C0FF))},
+                   CountClicks});
+    all.push_back(
+        {"TqNWColorBtn",
+         {Setting<TqNWColorBtn>("Caption", &TqNWColorBtn::Caption, &TqNWColorBtn::SetCaption,
+                                std::string("Flat")),
+          Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
+         CountClicks});
     return all;
 }
 

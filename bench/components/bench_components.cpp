@@ -2,6 +2,8 @@
 // its size (Google Benchmark), then, with --timers, the lateness of the multimedia timer at
 // 1 ms beside a bare timerfd loop, and the hand-over of a thread-timer tick to the main
 // thread beside a raw eventfd hand-off. bench/components.sh prints the figures.
+#include "backgrounds/Blend.h"
+#include "buttons/Qanimate.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
@@ -52,6 +54,20 @@ void PaintCost(benchmark::State& state, std::function<void(C&)> setup, bool scal
     state.SetLabel(std::to_string(c->Width()) + "x" + std::to_string(c->Height()));
 }
 
+void BM_ColorBtn(benchmark::State& s) {
+    PaintCost<TqColorBtn>(s, [](TqColorBtn& c) { c.SetCaption("Button"); });
+}
+void BM_NWColorBtnGlass(benchmark::State& s) {
+    PaintCost<TqNWColorBtn>(s, [](TqNWColorBtn& c) {
+        c.SetCaption("Button"), c.SetTransparent(true), c.SetGlassValue(64);
+    });
+}
+void BM_BlendPaint(benchmark::State& s) {
+    PaintCost<TqBlendPaint>(s, [](TqBlendPaint& c) { c.SetFillType(gCenter); });
+}
+void BM_NWBlendPaint(benchmark::State& s) {
+    PaintCost<TqNWBlendPaint>(s, [](TqNWBlendPaint&) {});
+}
 void BM_LedRound(benchmark::State& s) {
     PaintCost<TqLed>(s, [](TqLed& c) { c.writeLedOn(true); });
 }
@@ -127,6 +143,10 @@ void BM_TripKnobDrag(benchmark::State& s) {
     DragCost<TqTripKnob>(s);
 }
 
+BENCHMARK(BM_ColorBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_NWColorBtnGlass)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BlendPaint)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_NWBlendPaint)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_LedRound)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_LedSquare)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_Segment)->Arg(1)->Unit(benchmark::kMicrosecond);

@@ -1,0 +1,3 @@
+#pragma once
+// Unit Blend: the gradient and steel backgrounds and the tile maps.
+#include "backgrounds/TqBlendPaint.h"
