@@ -95,6 +95,11 @@ public:
     static constexpr int RegisterCount = 9;
     // Longer lines are cut to their first MaxLineLength characters.
     static constexpr std::size_t MaxLineLength = 254;
+    struct Defaults {
+        static constexpr bool PushResult = true;
+        static constexpr TqCalcResult CalcResult = TqxOK;
+        static constexpr int Position = 1; // published as WhereIsLastError
+    };
 
     explicit TqCalc(TComponent* AOwner);
 
@@ -171,14 +176,14 @@ private:
     inline long double Udtryk();
 
     // Mutable only so that a failed format can show TqxFormatError to OnError during a read.
-    mutable TqCalcResult m_calcResult{TqxOK};
-    bool m_pushResult{true};
+    mutable TqCalcResult m_calcResult{Defaults::CalcResult};
+    bool m_pushResult{Defaults::PushResult};
     // The calc line and its end mark (code 13), then zeros: reading past the end mark after
     // an error (at most one character) finds a zero that stops every rule.
     std::array<char, MaxLineLength + 4> m_line{};
     std::size_t m_lineLength{0};
     // Widened from the classic 8-bit counter; WhereIsLastError shows its low 8 bits.
-    int m_position{1};
+    int m_position{Defaults::Position};
     long double m_number{0};
     std::string m_formatLine;
     std::array<long double, RegisterCount> m_registers{};
