@@ -1,5 +1,7 @@
 #include "buttons/TqNWColorBtn.h"
 
+#include "componentbase/PaintFrame.h"
+
 #include "platform/controls/ControlProperties.h"
 
 namespace qv {
@@ -70,12 +72,7 @@ void TqNWColorBtn::SetMovement(bool value) {
 void TqNWColorBtn::SetTransparent(bool value) {
     if (value == m_transparent) return;
     m_transparent = value;
-    TControlStyle style = ControlStyle();
-    if (value)
-        style.Exclude(csOpaque);
-    else
-        style.Include(csOpaque);
-    SetControlStyle(style);
+    SetOpaqueStyle(*this, !value);
     ClearHover();
     SetMouseIn();
     Invalidate();

@@ -37,6 +37,15 @@ void DrawDesignOutline(TCanvas& canvas, int width, int height) {
     canvas.Brush().SetStyle(brushStyle);
 }
 
+void SetOpaqueStyle(TControl& control, bool opaque) {
+    TControlStyle style = control.ControlStyle();
+    if (opaque)
+        style.Include(csOpaque);
+    else
+        style.Exclude(csOpaque);
+    control.SetControlStyle(style);
+}
+
 void ResetCanvasTools(TCanvas& canvas) {
     canvas.SetPen(TPen());
     canvas.SetBrush(TBrush());

@@ -77,6 +77,10 @@ private:
     bool m_direct{false}; // this paint draws straight onto the target
 };
 
+// Includes or excludes csOpaque: a component that turns transparent no longer paints every
+// pixel of its bounds, so what lies beneath must be painted first.
+void SetOpaqueStyle(TControl& control, bool opaque);
+
 // Gives a canvas the tools of a fresh one: default pen, brush (no pattern) and font, copy mode
 // cmSrcCopy, pen position (0, 0).
 void ResetCanvasTools(TCanvas& canvas);

@@ -1,5 +1,7 @@
 #include "indicators/TqSegment.h"
 
+#include "componentbase/PaintFrame.h"
+
 #include "platform/controls/ControlProperties.h"
 
 #include <algorithm>
@@ -206,13 +208,7 @@ void TqSegment::SetSize(int value) {
 void TqSegment::SetTransparent(bool value) {
     if (value == m_transparent) return;
     m_transparent = value;
-    // Only an opaque segment paints every pixel of its bounds.
-    TControlStyle style = ControlStyle();
-    if (value)
-        style.Exclude(csOpaque);
-    else
-        style.Include(csOpaque);
-    SetControlStyle(style);
+    SetOpaqueStyle(*this, !value);
     Invalidate();
     Update();
 }
