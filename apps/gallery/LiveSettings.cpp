@@ -112,10 +112,13 @@ std::vector<TShowcase> MakeShowcases() {
                    {Setting<TqSegmentClock>("ShowSeconds", &TqSegmentClock::ShowSeconds,
                                             &TqSegmentClock::SetShowSeconds, true)},
                    {}});
+    // A flat knob as it is made, and a blue one on steel.
+    all.push_back({"TqKnob", {}, SweepKnob});
     all.push_back({"TqKnob",
                    {Setting<TqKnob>("KnobColor", &TqKnob::KnobColor, &TqKnob::SetKnobCol, kcBlue),
                     Setting<TqKnob>("SteelLook", &TqKnob::SteelLook, &TqKnob::SetSteel, true)},
-                   SweepKnob});
+                   SweepKnob,
+                   "steel"});
     all.push_back({"TqDblKnob",
                    {Setting<TqDblKnob>("PointColor2", &TqDblKnob::PointColor2,
                                        &TqDblKnob::SetPoint2, TColor(0x800000))},
@@ -162,18 +165,18 @@ std::vector<TShowcase> MakeShowcases() {
     return all;
 }
 
-const TShowcase* ShowcaseOf(const TComponent& component) {
-    const std::string className = component.ClassName();
-    for (const TShowcase& showcase : Showcases())
-        if (showcase.className == className) return &showcase;
-    return nullptr;
-}
-
 } // namespace
 
 const std::vector<TShowcase>& Showcases() {
     static const std::vector<TShowcase> all = MakeShowcases();
     return all;
+}
+
+std::vector<const TShowcase*> ShowcasesOf(const std::string& className) {
+    std::vector<const TShowcase*> found;
+    for (const TShowcase& showcase : Showcases())
+        if (showcase.className == className) found.push_back(&showcase);
+    return found;
 }
 
 int SweepValue(int low, int high, int tick, int period) {
@@ -194,12 +197,7 @@ void ApplyShowcase(const TShowcase& showcase, TComponent& component) {
     }
 }
 
-void ApplyShowcaseSettings(TComponent& component) {
-    if (const TShowcase* showcase = ShowcaseOf(component)) ApplyShowcase(*showcase, component);
-}
-
-void AnimateStep(TComponent& component, int tick) {
-    const TShowcase* showcase = ShowcaseOf(component);
+void AnimateStep(const TShowcase* showcase, TComponent& component, int tick) {
     if (showcase && showcase->animate)
         showcase->animate(component, tick);
     else

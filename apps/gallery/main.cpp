@@ -95,11 +95,10 @@ void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
             TBitmap picture(cell->Width(), cell->Height());
             picture.Canvas().CopyRect({0, 0, cell->Width(), cell->Height()}, shot.Canvas(),
                                       Bounds(at.x, at.y, cell->Width(), cell->Height()));
-            const std::string path =
-                (std::filesystem::path(dir) / (cell->Shown().ClassName() + ".png")).string();
+            const std::string name = cell->PictureName();
+            const std::string path = (std::filesystem::path(dir) / (name + ".png")).string();
             picture.SaveToFile(path);
-            index << "![" << cell->Shown().ClassName() << "](" << cell->Shown().ClassName()
-                  << ".png) ";
+            index << "![" << name << "](" << name << ".png) ";
             std::cout << path << '\n';
         }
         index << '\n';

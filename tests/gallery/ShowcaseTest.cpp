@@ -1,7 +1,10 @@
 // The gallery's showcase settings: every setting of every class takes effect on a new
 // instance, and every showcase names a class the package registers.
 
+#include "GalleryForm.h"
 #include "LiveSettings.h"
+
+#include "instruments/Qpanel.h"
 
 #include "package/PackageScope.h"
 #include "platform/backend/HeadlessBackend.h"
@@ -13,6 +16,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 using namespace qv;
 using namespace qv::gallery;
@@ -32,7 +37,7 @@ TEST(GalleryShowcase, EverySettingOfEveryClassTakesEffect) {
             s.apply(*component);
             EXPECT_TRUE(s.holds(*component)) << s.property << " = " << s.value;
         }
-        EXPECT_NO_THROW(ApplyShowcaseSettings(*component));
+        EXPECT_NO_THROW(ApplyShowcase(showcase, *component));
     }
 }
 
@@ -48,4 +53,22 @@ TEST(GalleryShowcase, ASettingThatDoesNotTakeEffectFailsNamingIt) {
     } catch (const EComponentError& e) {
         EXPECT_STREQ(e.what(), "Showcase setting TComponent.Tag = 5 did not take effect");
     }
+}
+
+TEST(GalleryShowcase, EachLookOfAClassGetsACellAndAPictureOfItsOwn) {
+    Application().SetBackend(std::make_unique<THeadlessBackend>());
+    TPackageScope package;
+    TGalleryForm form(nullptr);
+    form.Build();
+    std::vector<std::string> knobPictures;
+    bool steelKnobShown = false;
+    for (int page = 0; page < static_cast<int>(form.Pages().size()); ++page)
+        for (const TComponentCell* cell : form.PageCells(page))
+            if (auto* knob = dynamic_cast<const TqKnob*>(&cell->Shown());
+                knob && std::string(knob->ClassName()) == "TqKnob") {
+                knobPictures.push_back(cell->PictureName());
+                steelKnobShown |= cell->PictureName() == "TqKnob-steel" && knob->SteelLook();
+            }
+    EXPECT_EQ(knobPictures, (std::vector<std::string>{"TqKnob", "TqKnob-steel"}));
+    EXPECT_TRUE(steelKnobShown);
 }
