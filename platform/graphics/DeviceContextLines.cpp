@@ -312,6 +312,29 @@ void TDeviceContext::WideLines(std::span<const TPoint> points, bool close,
     TWidePenOutline(m_penWidth, outline).Stroke({points.begin(), points.end()}, close);
 }
 
+// Solid lines through points that all lie on an unclipped target (the outlines of curves,
+// traces) go straight to the pointer walk: every pixel of a line lies in the box of its ends.
+bool TDeviceContext::SolidLinesInside(std::span<const TPoint> points, bool close,
+                                      std::span<const int> hiddenSteps, TRopMask ink) {
+    if (!m_target || m_clip || m_dash.total != 0) return false;
+    const TRect bounds = m_target->Bounds();
+    for (const TPoint& p : points)
+        if (!bounds.Contains(p)) return false;
+    const auto line = [&](TPoint from, TPoint to) {
+        if (from == to) return;
+        if (std::abs(to.x - from.x) <= 1 && std::abs(to.y - from.y) <= 1) { // one step: one pixel
+            std::uint32_t& pixel = m_target->At(from.x, from.y);
+            pixel = (pixel & ink.andMask) ^ ink.xorMask;
+            return;
+        }
+        SolidLineInside(from, to, ink);
+    };
+    for (std::size_t i = 0; i + 1 < points.size(); ++i)
+        if (i >= hiddenSteps.size() || hiddenSteps[i] == 0) line(points[i], points[i + 1]);
+    if (close) line(points.back(), points.front());
+    return true;
+}
+
 void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline,
                               std::span<const int> hiddenSteps) {
     if (m_penStyle == PS_NULL || points.size() < 2) return;
@@ -320,6 +343,7 @@ void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanC
         return;
     }
     const TPenMasks masks = PenMasks();
+    if (SolidLinesInside(points, close, hiddenSteps, masks.ink)) return;
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         const int hidden = i < hiddenSteps.size() ? hiddenSteps[i] : 0;
         if (hidden == 0)
