@@ -56,7 +56,9 @@ const TClassInfo& TqxCustomOnOff::StaticClassInfo() {
                 "OnKeyUp", "OnMouseDown", "OnMouseMove", "OnMouseUp", "DragCursor", "DragMode",
                 "Font", "ParentFont", "Caption", "Color"});
         b.Default(Defaults::Color);
-        PublishControlProperties(b, {"ParentColor", "HelpContext"});
+        PublishControlProperties(b, {"ParentColor"});
+        b.Default(Defaults::ParentColor);
+        PublishControlProperties(b, {"HelpContext"});
         b.Property("HighLightColor", ColorType(), &C::HighLightColor, &C::SetHighLightColor)
             .Default(Defaults::HighLightColor);
         b.Property("ShadowColor", ColorType(), &C::ShadowColor, &C::SetShadowColor)

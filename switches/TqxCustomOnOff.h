@@ -55,6 +55,7 @@ public:
         static constexpr bool WordWrap = false;
         static constexpr TAlignment Alignment = taCenter;
         static constexpr TColor Color = 0xFF00FF;
+        static constexpr bool ParentColor = false; // setting Color in the constructor clears it
         static constexpr TColor HighLightColor = clBtnHighlight;
         static constexpr TColor ShadowColor = clBtnShadow;
         static constexpr bool SteelLook = false;

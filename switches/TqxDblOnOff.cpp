@@ -9,9 +9,9 @@ namespace qv {
 namespace {
 constexpr int MinKey = 8; // smaller keys are left out
 
-// The symbol's square inside a key face: three fifths of its shorter side.
+// The symbol's square inside a key face: three quarters of its shorter side.
 TRect SymbolIn(const TRect& face) {
-    const int side = std::min(face.Width(), face.Height()) * 3 / 5;
+    const int side = std::min(face.Width(), face.Height()) * 3 / 4;
     return CentredIn(face, side, side);
 }
 

@@ -9,9 +9,9 @@ namespace qv {
 namespace {
 constexpr int MinSide = 8; // a smaller picture leaves the key out
 
-// The indicator window: a third of the face wide, a quarter high, in its upper part.
+// The indicator window: half the face wide, a third high, in its upper part.
 TRect IndicatorIn(const TRect& face) {
-    const int width = std::max(3, face.Width() / 3), height = std::max(3, face.Height() / 4);
+    const int width = std::max(3, face.Width() / 2), height = std::max(4, face.Height() / 3);
     TRect window = CentredIn(face, width, height);
     OffsetRect(window, 0, face.top + std::max(1, face.Height() / 5) - window.top);
     return window;
