@@ -23,20 +23,16 @@ TRect Shrunk(const TRect& rect, int inset) {
     return {rect.left + dx, rect.top + dy, rect.right - dx, rect.bottom - dy};
 }
 
+// The lower colour as a whole disc, the upper one as a disc drawn a little up and left inside
+// it: a crescent of each shows round the content drawn inside later.
 void PaintBevelledDisc(TCanvas& canvas, const TRect& rect, bool sunken,
                        const TBevelColors& colors) {
     const TColor upper = sunken ? colors.shadow : colors.highlight;
     const TColor lower = sunken ? colors.highlight : colors.shadow;
-    canvas.Pen().SetStyle(psSolid);
-    canvas.Pen().SetWidth(1);
-    canvas.Brush().SetStyle(bsSolid);
+    const int shift = std::max(1, rect.Width() / 16);
     PaintDisc(canvas, rect, lower, lower);
-    // The chord from the upper-right to the lower-left corner, counter-clockwise: the
-    // upper-left half.
-    canvas.Pen().SetColor(upper);
-    canvas.Brush().SetColor(upper);
-    canvas.Chord(rect.left, rect.top, rect.right, rect.bottom, rect.right, rect.top, rect.left,
-                 rect.bottom);
+    const TRect shifted{rect.left, rect.top, rect.right - shift, rect.bottom - shift};
+    PaintDisc(canvas, shifted, upper, upper);
 }
 
 void PaintDisc(TCanvas& canvas, const TRect& rect, TColor fill, TColor outline) {

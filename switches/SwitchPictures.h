@@ -17,8 +17,8 @@ TRect SquareIn(const TRect& area, int margin);
 // `rect` shrunk by `inset` on every side (empty, never negative, when it would vanish).
 TRect Shrunk(const TRect& rect, int inset);
 
-// A disc whose upper-left half is `colors.highlight` and lower-right half `colors.shadow`
-// (swapped when `sunken`): a raised or pressed round edge.
+// A disc lit from the upper left: its rim is `colors.highlight` above and left and
+// `colors.shadow` below and right (swapped when `sunken`), a raised or pressed round edge.
 void PaintBevelledDisc(TCanvas& canvas, const TRect& rect, bool sunken, const TBevelColors& colors);
 
 // A filled disc with a one-pixel outline.
