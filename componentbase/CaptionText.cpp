@@ -12,8 +12,8 @@ unsigned CaptionTextFlags(qbHorzAlign vertical, TAlignment horizontal, bool mult
     return flags;
 }
 
-void DrawCaptionText(TCanvas& canvas, const std::string& caption, const TRect& rect,
-                     unsigned flags, bool enabled) {
+void DrawCaptionText(TCanvas& canvas, const std::string& caption, const TRect& rect, unsigned flags,
+                     bool enabled) {
     TRect r = rect;
     if (enabled) {
         canvas.DrawText(caption, r, flags);

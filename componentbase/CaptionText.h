@@ -21,7 +21,7 @@ unsigned CaptionTextFlags(qbHorzAlign vertical, TAlignment horizontal, bool mult
 
 // Draws `caption` into `rect` with the canvas's font and brush. Disabled: white $FFFFFF at
 // (+1, +1), then grey $808080 in place; the font colour is left grey.
-void DrawCaptionText(TCanvas& canvas, const std::string& caption, const TRect& rect,
-                     unsigned flags, bool enabled);
+void DrawCaptionText(TCanvas& canvas, const std::string& caption, const TRect& rect, unsigned flags,
+                     bool enabled);
 
 } // namespace qv

@@ -51,10 +51,10 @@ const TClassInfo& TqxCustomOnOff::StaticClassInfo() {
         b.Property("WordWrap", &C::WordWrap, &C::SetWordWrap).Default(Defaults::WordWrap);
         b.Property("Alignment", &C::Alignment, &C::SetAlignment).Default(Defaults::Alignment);
         b.Event("OnPaint", &C::OnPaint);
-        PublishControlProperties(
-            b, {"PopupMenu", "OnDragDrop", "OnDragOver", "OnEndDrag", "OnKeyDown", "OnKeyPress",
-                "OnKeyUp", "OnMouseDown", "OnMouseMove", "OnMouseUp", "DragCursor", "DragMode",
-                "Font", "ParentFont", "Caption", "Color"});
+        PublishControlProperties(b, {"PopupMenu", "OnDragDrop", "OnDragOver", "OnEndDrag",
+                                     "OnKeyDown", "OnKeyPress", "OnKeyUp", "OnMouseDown",
+                                     "OnMouseMove", "OnMouseUp", "DragCursor", "DragMode", "Font",
+                                     "ParentFont", "Caption", "Color"});
         b.Default(Defaults::Color);
         PublishControlProperties(b, {"ParentColor"});
         b.Default(Defaults::ParentColor);
@@ -332,8 +332,8 @@ void TqxCustomOnOff::CMSysColorChange(TMessage& Message) {
 // Painting.
 
 void TqxCustomOnOff::Paint() {
-    TCanvas& canvas = m_frame.Begin(*this, Canvas(),
-                                    TFrameBackground::FlatOrSteel(m_backColor, m_steelLook));
+    TCanvas& canvas =
+        m_frame.Begin(*this, Canvas(), TFrameBackground::FlatOrSteel(m_backColor, m_steelLook));
     canvas.Brush().SetColor(m_backColor);
     canvas.Pen().SetWidth(1);
     if (!Enabled())

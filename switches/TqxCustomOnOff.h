@@ -15,8 +15,8 @@
 // For the pictures the base offers PictureLayout (where the picture and the caption go for
 // GlyphAlign), LampColor (Color when lit, half of each channel when not) and BevelColors.
 
-#include "componentbase/CaptionText.h"
 #include "componentbase/Bevels.h"
+#include "componentbase/CaptionText.h"
 #include "componentbase/FocusableInput.h"
 #include "componentbase/PaintFrame.h"
 #include "platform/controls/WinControl.h"
@@ -178,10 +178,10 @@ private:
     TqxOnOffGraphPlacement m_glyphAlign{Defaults::GlyphAlign};
     HRGN m_onRegion;
     HRGN m_offRegion;
-    bool m_pressed{false};         // drawn pressed
-    bool m_mousePress{false};      // the current press was started by the mouse
-    bool m_keyClick{false};        // the next Click comes from the keyboard or an accelerator
-    bool m_followGeometry{false};  // size and font changes rebuild the regions
+    bool m_pressed{false};        // drawn pressed
+    bool m_mousePress{false};     // the current press was started by the mouse
+    bool m_keyClick{false};       // the next Click comes from the keyboard or an accelerator
+    bool m_followGeometry{false}; // size and font changes rebuild the regions
     TPaintFrame m_frame;
 };
 

@@ -42,8 +42,8 @@ TqxDblOnOff::TKeys TqxDblOnOff::KeyRects() const {
     const int across = sideBySide ? area.Height() : area.Width();
     const int key = std::max(0, std::min(across, along / 2) - 2);
     TKeys keys;
-    keys.frame = sideBySide ? CentredIn(area, 2 * key + 2, key + 2)
-                            : CentredIn(area, key + 2, 2 * key + 2);
+    keys.frame =
+        sideBySide ? CentredIn(area, 2 * key + 2, key + 2) : CentredIn(area, key + 2, 2 * key + 2);
     const TRect inner = Shrunk(keys.frame, 1);
     TRect first = inner, second = inner;
     if (sideBySide) {
@@ -86,8 +86,7 @@ void TqxDblOnOff::PaintSwitch(TCanvas& canvas, TLook look) {
     PaintText(PictureLayout().text, canvas);
 }
 
-void TqxDblOnOff::PaintKey(TCanvas& canvas, const TRect& key, bool in, bool onKey,
-                           bool lit) const {
+void TqxDblOnOff::PaintKey(TCanvas& canvas, const TRect& key, bool in, bool onKey, bool lit) const {
     TRect face = PaintButtonFace(canvas, key, in, clBtnFace, BevelColors(), clBlack);
     if (in) OffsetRect(face, 1, 1);
     const TRect symbol = SymbolIn(face);

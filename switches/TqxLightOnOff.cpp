@@ -48,10 +48,10 @@ void TqxLightOnOff::PaintSwitch(TCanvas& canvas, TLook look) {
                 // The glint: a small white spot up and left on the lens.
                 const int spot = std::max(1, lens.Width() / 4);
                 const int at = lens.Width() / 5;
-                PaintDisc(canvas,
-                          {lens.left + at, lens.top + at, lens.left + at + spot,
-                           lens.top + at + spot},
-                          clWhite, clWhite);
+                PaintDisc(
+                    canvas,
+                    {lens.left + at, lens.top + at, lens.left + at + spot, lens.top + at + spot},
+                    clWhite, clWhite);
             }
         }
     }

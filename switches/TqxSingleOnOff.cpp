@@ -21,9 +21,12 @@ struct TToggle {
 // A hexagon with flat top and bottom, filling `r`'s width.
 std::array<TPoint, 6> HexagonIn(const TRect& r) {
     const int quarter = r.Width() / 4, middle = r.top + r.Height() / 2;
-    return {TPoint{r.left, middle},         TPoint{r.left + quarter, r.top},
-            TPoint{r.right - 1 - quarter, r.top}, TPoint{r.right - 1, middle},
-            TPoint{r.right - 1 - quarter, r.bottom - 1}, TPoint{r.left + quarter, r.bottom - 1}};
+    return {TPoint{r.left, middle},
+            TPoint{r.left + quarter, r.top},
+            TPoint{r.right - 1 - quarter, r.top},
+            TPoint{r.right - 1, middle},
+            TPoint{r.right - 1 - quarter, r.bottom - 1},
+            TPoint{r.left + quarter, r.bottom - 1}};
 }
 
 TToggle ToggleIn(const TRect& square, bool up) {

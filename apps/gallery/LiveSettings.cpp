@@ -179,8 +179,8 @@ std::vector<TShowcase> MakeShowcases() {
     all.push_back({"TqxLightOnOff",
                    {Setting<TqxLightOnOff>("Caption", &TqxLightOnOff::Caption,
                                            &TqxLightOnOff::SetCaption, std::string("&Lamp")),
-                    Setting<TqxLightOnOff>("Color", &TqxLightOnOff::Color,
-                                           &TqxLightOnOff::SetColor, TColor(0x00FFFF))},
+                    Setting<TqxLightOnOff>("Color", &TqxLightOnOff::Color, &TqxLightOnOff::SetColor,
+                                           TColor(0x00FFFF))},
                    SwitchUntilTouched});
     all.push_back({"TqxPushOnOff",
                    {Setting<TqxPushOnOff>("Caption", &TqxPushOnOff::Caption,
@@ -191,20 +191,19 @@ std::vector<TShowcase> MakeShowcases() {
                                           &TqxPushOnOff::SetSteelLook, true)},
                    SwitchUntilTouched});
     all.push_back({"TqxDblOnOff",
-                   {Setting<TqxDblOnOff>("Caption", &TqxDblOnOff::Caption,
-                                         &TqxDblOnOff::SetCaption, std::string("Mains")),
+                   {Setting<TqxDblOnOff>("Caption", &TqxDblOnOff::Caption, &TqxDblOnOff::SetCaption,
+                                         std::string("Mains")),
                     Setting<TqxDblOnOff>("Color", &TqxDblOnOff::Color, &TqxDblOnOff::SetColor,
                                          TColor(0x00C000))},
                    SwitchUntilTouched});
-    all.push_back(
-        {"TqxSingleOnOff",
-         {Setting<TqxSingleOnOff>("Caption", &TqxSingleOnOff::Caption, &TqxSingleOnOff::SetCaption,
-                                  std::string("Pump")),
-          Setting<TqxSingleOnOff>("Color", &TqxSingleOnOff::Color, &TqxSingleOnOff::SetColor,
-                                  TColor(0x0000FF)),
-          Setting<TqxSingleOnOff>("GlyphAlign", &TqxSingleOnOff::GlyphAlign,
-                                  &TqxSingleOnOff::SetGlyphAlign, qxgp_Left)},
-         SwitchUntilTouched});
+    all.push_back({"TqxSingleOnOff",
+                   {Setting<TqxSingleOnOff>("Caption", &TqxSingleOnOff::Caption,
+                                            &TqxSingleOnOff::SetCaption, std::string("Pump")),
+                    Setting<TqxSingleOnOff>("Color", &TqxSingleOnOff::Color,
+                                            &TqxSingleOnOff::SetColor, TColor(0x0000FF)),
+                    Setting<TqxSingleOnOff>("GlyphAlign", &TqxSingleOnOff::GlyphAlign,
+                                            &TqxSingleOnOff::SetGlyphAlign, qxgp_Left)},
+                   SwitchUntilTouched});
     all.push_back({"TqxSlideOnOff",
                    {Setting<TqxSlideOnOff>("Caption", &TqxSlideOnOff::Caption,
                                            &TqxSlideOnOff::SetCaption, std::string("Locked")),

@@ -166,12 +166,30 @@ template <class S> void SwitchLeaveCost(benchmark::State& state) {
     s->Perform(WM_LBUTTONUP, 0, MAKELPARAM(200, 5));
     state.SetLabel(std::to_string(s->Width()) + "x" + std::to_string(s->Height()));
 }
-BENCHMARK(SwitchCost<TqxLightOnOff>)->Name("BM_LightOnOff")->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
-BENCHMARK(SwitchCost<TqxPushOnOff>)->Name("BM_PushOnOff")->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
-BENCHMARK(SwitchCost<TqxDblOnOff>)->Name("BM_DblOnOff")->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
-BENCHMARK(SwitchCost<TqxSingleOnOff>)->Name("BM_SingleOnOff")->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
-BENCHMARK(SwitchCost<TqxSlideOnOff>)->Name("BM_SlideOnOff")->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
-BENCHMARK(SwitchLeaveCost<TqxPushOnOff>)->Name("BM_PushOnOffLeave")->Unit(benchmark::kMicrosecond);
+void BM_LightOnOff(benchmark::State& s) {
+    SwitchCost<TqxLightOnOff>(s);
+}
+void BM_PushOnOff(benchmark::State& s) {
+    SwitchCost<TqxPushOnOff>(s);
+}
+void BM_DblOnOff(benchmark::State& s) {
+    SwitchCost<TqxDblOnOff>(s);
+}
+void BM_SingleOnOff(benchmark::State& s) {
+    SwitchCost<TqxSingleOnOff>(s);
+}
+void BM_SlideOnOff(benchmark::State& s) {
+    SwitchCost<TqxSlideOnOff>(s);
+}
+void BM_PushOnOffLeave(benchmark::State& s) {
+    SwitchLeaveCost<TqxPushOnOff>(s);
+}
+BENCHMARK(BM_LightOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PushOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DblOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SingleOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SlideOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PushOnOffLeave)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK(BM_ColorBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_NWColorBtnGlass)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);

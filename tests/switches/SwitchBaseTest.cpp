@@ -57,7 +57,9 @@ protected:
         return s;
     }
     void Record(TMarkedSwitch& s) {
-        auto note = [this](const char* name) { return [this, name](TObject*) { log.push_back(name); }; };
+        auto note = [this](const char* name) {
+            return [this, name](TObject*) { log.push_back(name); };
+        };
         s.OnOn = note("on");
         s.OnOff = note("off");
         s.OnClick = note("click");

@@ -18,8 +18,8 @@ template <class S> TMaker Maker() {
 
 const std::vector<std::pair<std::string, TMaker>>& Variants() {
     static const std::vector<std::pair<std::string, TMaker>> all = {
-        {"light", Maker<TqxLightOnOff>()},   {"push", Maker<TqxPushOnOff>()},
-        {"double", Maker<TqxDblOnOff>()},    {"single", Maker<TqxSingleOnOff>()},
+        {"light", Maker<TqxLightOnOff>()}, {"push", Maker<TqxPushOnOff>()},
+        {"double", Maker<TqxDblOnOff>()},  {"single", Maker<TqxSingleOnOff>()},
         {"slide", Maker<TqxSlideOnOff>()},
     };
     return all;
