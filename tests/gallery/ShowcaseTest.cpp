@@ -9,6 +9,7 @@
 #include "platform/controls/Form.h"
 #include "platform/core/ClassRegistry.h"
 #include "platform/core/Exceptions.h"
+#include "platform/core/PropertyAccess.h"
 
 #include <gtest/gtest.h>
 
@@ -48,4 +49,22 @@ TEST(GalleryShowcase, ASettingThatDoesNotTakeEffectFailsNamingIt) {
     } catch (const EComponentError& e) {
         EXPECT_STREQ(e.what(), "Showcase setting TComponent.Tag = 5 did not take effect");
     }
+}
+
+TEST(GalleryShowcase, SwitchesFlipEveryTwoSecondsUntilTheUserTogglesOne) {
+    Application().SetBackend(std::make_unique<THeadlessBackend>());
+    TPackageScope package;
+    TForm form(nullptr);
+    auto* onOff = static_cast<TControl*>(CreateComponent("TqxPushOnOff", &form));
+    const auto switchOn = [&] { return GetPropText(*onOff, "SwitchOn"); };
+    AnimateStep(*onOff, 20);
+    EXPECT_EQ(switchOn(), "True");
+    AnimateStep(*onOff, 25); // between flips
+    EXPECT_EQ(switchOn(), "True");
+    AnimateStep(*onOff, 40);
+    EXPECT_EQ(switchOn(), "False");
+    ASSERT_TRUE(onOff->OnClick);
+    onOff->OnClick(onOff); // the user's toggle raises OnClick
+    AnimateStep(*onOff, 60);
+    EXPECT_EQ(switchOn(), "False");
 }
