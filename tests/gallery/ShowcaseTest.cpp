@@ -1,6 +1,7 @@
 // The gallery's showcase settings: every setting of every class takes effect on a new
 // instance, and every showcase names a class the package registers.
 
+#include "GalleryForm.h"
 #include "LiveSettings.h"
 
 #include "package/PackageScope.h"
@@ -13,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 using namespace qv;
@@ -67,4 +69,43 @@ TEST(GalleryShowcase, SwitchesFlipEveryTwoSecondsUntilTheUserTogglesOne) {
     onOff->OnClick(onOff); // the user's toggle raises OnClick
     AnimateStep(*onOff, 60);
     EXPECT_EQ(switchOn(), "False");
+}
+
+TEST(GalleryShowcase, SwitchesToggleByMouseSpaceAndAcceleratorInTheGallery) {
+    Application().SetBackend(std::make_unique<THeadlessBackend>());
+    TPackageScope package;
+    TGalleryForm form(nullptr);
+    form.Build();
+    form.Show();
+    const auto& pages = form.Pages();
+    const int page =
+        static_cast<int>(std::find(pages.begin(), pages.end(), "QuelvarSoft III") - pages.begin());
+    ASSERT_LT(page, static_cast<int>(pages.size()));
+    form.SelectPage(page);
+    Application().ProcessMessages();
+    const auto find = [&](const std::string& className) -> TControl* {
+        for (TComponent* c : form.PageComponents(page))
+            if (c->ClassName() == className) return static_cast<TControl*>(c);
+        return nullptr;
+    };
+    TControl* push = find("TqxPushOnOff");
+    TControl* lamp = find("TqxLightOnOff");
+    ASSERT_TRUE(push && lamp);
+    auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+    const auto on = [](TControl* c) { return GetPropText(*c, "SwitchOn") == "True"; };
+
+    const TPoint inForm = form.ScreenToClient(push->ClientToScreen({5, 5}));
+    headless.MouseDown(form.NativeWindow(), inForm);
+    headless.MouseUp(form.NativeWindow(), inForm);
+    Application().ProcessMessages();
+    EXPECT_TRUE(on(push));
+    headless.KeyDown(form.NativeWindow(), VK_SPACE);
+    headless.Char(form.NativeWindow(), ' ');
+    headless.KeyUp(form.NativeWindow(), VK_SPACE);
+    Application().ProcessMessages();
+    EXPECT_FALSE(on(push));
+    const bool lampWasOn = on(lamp);
+    headless.Char(form.NativeWindow(), 'l'); // the lamp's caption is "&Lamp"
+    Application().ProcessMessages();
+    EXPECT_NE(on(lamp), lampWasOn);
 }
