@@ -8,6 +8,7 @@
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
+#include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 
 #include <concepts>
@@ -83,6 +84,21 @@ void CountClicks(TComponent& component, int) {
     control.OnClick = [&control, clicks = 0](TObject*) mutable {
         control.SetCaption("Clicked " + std::to_string(++clicks));
     };
+}
+
+// A switch flips every two seconds until the user touches it: it holds the focus (a press or
+// the space bar focuses it) or has been toggled by the user (OnClick, which SwitchOn set from
+// code does not raise).
+struct TTouchMark {
+    bool touched{false};
+    void operator()(TObject*) { touched = true; }
+};
+void SwitchUntilTouched(TComponent& component, int tick) {
+    auto& onOff = static_cast<TqxCustomOnOff&>(component);
+    if (!onOff.OnClick) onOff.OnClick = TTouchMark{};
+    const TTouchMark* mark = onOff.OnClick.target<TTouchMark>();
+    if (onOff.Focused() || (mark && mark->touched)) return;
+    if (tick % switchPeriod == 0) onOff.SetSwitchOn(tick / switchPeriod % 2 != 0);
 }
 
 std::vector<TShowcase> MakeShowcases() {
@@ -162,6 +178,41 @@ std::vector<TShowcase> MakeShowcases() {
                                 std::string("Flat")),
           Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
          CountClicks});
+    // Switches: captions (one with an accelerator), steel, the picture on the left, disabled.
+    all.push_back({"TqxLightOnOff",
+                   {Setting<TqxLightOnOff>("Caption", &TqxLightOnOff::Caption,
+                                           &TqxLightOnOff::SetCaption, std::string("&Lamp")),
+                    Setting<TqxLightOnOff>("Color", &TqxLightOnOff::Color, &TqxLightOnOff::SetColor,
+                                           TColor(0x00FFFF))},
+                   SwitchUntilTouched});
+    all.push_back({"TqxPushOnOff",
+                   {Setting<TqxPushOnOff>("Caption", &TqxPushOnOff::Caption,
+                                          &TqxPushOnOff::SetCaption, std::string("Power")),
+                    Setting<TqxPushOnOff>("Color", &TqxPushOnOff::Color, &TqxPushOnOff::SetColor,
+                                          TColor(0x00FF00)),
+                    Setting<TqxPushOnOff>("SteelLook", &TqxPushOnOff::SteelLook,
+                                          &TqxPushOnOff::SetSteelLook, true)},
+                   SwitchUntilTouched});
+    all.push_back({"TqxDblOnOff",
+                   {Setting<TqxDblOnOff>("Caption", &TqxDblOnOff::Caption, &TqxDblOnOff::SetCaption,
+                                         std::string("Mains")),
+                    Setting<TqxDblOnOff>("Color", &TqxDblOnOff::Color, &TqxDblOnOff::SetColor,
+                                         TColor(0x00C000))},
+                   SwitchUntilTouched});
+    all.push_back({"TqxSingleOnOff",
+                   {Setting<TqxSingleOnOff>("Caption", &TqxSingleOnOff::Caption,
+                                            &TqxSingleOnOff::SetCaption, std::string("Pump")),
+                    Setting<TqxSingleOnOff>("Color", &TqxSingleOnOff::Color,
+                                            &TqxSingleOnOff::SetColor, TColor(0x0000FF)),
+                    Setting<TqxSingleOnOff>("GlyphAlign", &TqxSingleOnOff::GlyphAlign,
+                                            &TqxSingleOnOff::SetGlyphAlign, qxgp_Left)},
+                   SwitchUntilTouched});
+    all.push_back({"TqxSlideOnOff",
+                   {Setting<TqxSlideOnOff>("Caption", &TqxSlideOnOff::Caption,
+                                           &TqxSlideOnOff::SetCaption, std::string("Locked")),
+                    Setting<TqxSlideOnOff>("Enabled", &TqxSlideOnOff::Enabled,
+                                           &TqxSlideOnOff::SetEnabled, false)},
+                   SwitchUntilTouched});
     return all;
 }
 
