@@ -4,6 +4,7 @@
 #include "DeviceContext.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -285,6 +286,13 @@ private:
                                 {p1.x + wide.x, p1.y - wide.y},
                                 {p2.x + wide.x, p2.y - wide.y},
                                 {p2.x - narrow.x, p2.y + narrow.y}};
+        // The body of a one-step segment (the points of a curve) depends only on the direction:
+        // it is scanned once per stroke at the origin and moved to each point.
+        if (std::abs(dx) == 1 && std::abs(dy) == 1 && p2.x - p1.x == dx && p2.y - p1.y == dy) {
+            for (const TRowSpan& r : OneStepBody(dx, dy, quad, p1))
+                m_out.AddSpan(p1.y + r.y, p1.x + r.left, p1.x + r.right);
+            return true;
+        }
         TRect box{quad[0].x, quad[0].y, quad[0].x + 1, quad[0].y + 1};
         for (const TPoint& q : quad)
             box = {std::min(box.left, q.x), std::min(box.top, q.y), std::max(box.right, q.x + 1),
@@ -298,11 +306,31 @@ private:
         return true;
     }
 
+    struct TRowSpan {
+        int y, left, right;
+    };
+    // The spans of a one-step diagonal body, relative to its first point p1; `quad` is the body
+    // at p1, scanned the first time the direction comes up.
+    const std::vector<TRowSpan>& OneStepBody(int dx, int dy, const TPoint (&quad)[4], TPoint p1) {
+        const std::size_t direction = (dy > 0 ? 2 : 0) + (dx > 0 ? 1 : 0);
+        std::vector<TRowSpan>& body = m_oneStepBodies[direction];
+        if (!m_haveOneStepBody[direction]) {
+            ScanPolygon(quad, ALTERNATE, nullptr, [&](int y, std::span<const TSpan> spans) {
+                for (const TSpan& span : spans)
+                    body.push_back({y - p1.y, span.left - p1.x, span.right - p1.x});
+            });
+            m_haveOneStepBody[direction] = true;
+        }
+        return body;
+    }
+
     int m_width;
     TSpanCollector& m_out;
     TRegion m_cap;
     TRect m_capBox;
     std::vector<TPoint> m_pts;
+    std::array<std::vector<TRowSpan>, 4> m_oneStepBodies;
+    std::array<bool, 4> m_haveOneStepBody{};
 };
 
 } // namespace
