@@ -63,7 +63,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {14, "TqAngleLabel", kPage3, nullptr},
         {15, "TqShapeBtn", kPage3, nullptr},
         {15, "TqColorBtn", kPage3, &TqColorBtn::StaticClassInfo},
-        {15, "TqGradBtn", kPage3, nullptr},
+        {15, "TqGradBtn", kPage3, &TqGradBtn::StaticClassInfo},
         {16, "TqBitColBtn", kPage3, nullptr},
         {16, "TqIconColBtn", kPage3, nullptr},
         {16, "TqMouseSpot", kPage3, nullptr},

@@ -159,6 +159,16 @@ std::vector<TShowcase> MakeShowcases() {
                                 std::string("Flat")),
           Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
          CountClicks});
+    // The gradient button counts its clicks and cycles its fill type.
+    all.push_back({"TqGradBtn",
+                   {Setting<TqGradBtn>("Caption", &TqGradBtn::Caption, &TqGradBtn::SetCaption,
+                                       std::string("&Gradient")),
+                    Setting<TqGradBtn>("EndColor", &TqGradBtn::EndColor, &TqGradBtn::SetEndColor,
+                                       TColor(0x804000))},
+                   [](TComponent& c, int tick) {
+                       CountClicks(c, tick);
+                       CycleFillType<TqGradBtn>(c, tick);
+                   }});
     return all;
 }
 

@@ -161,6 +161,12 @@ BENCHMARK(BM_KnobDrag)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_DblKnobDrag)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TripKnobDrag)->Unit(benchmark::kMicrosecond);
 
+// Gradient button, tile maps and the form background.
+void BM_GradBtn(benchmark::State& s) {
+    PaintCost<TqGradBtn>(s, [](TqGradBtn& c) { c.SetCaption("Button"), c.SetColor(0xFF8000); });
+}
+BENCHMARK(BM_GradBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+
 struct TLateness {
     double p50, p99, max;
 };
