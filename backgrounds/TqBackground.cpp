@@ -101,7 +101,7 @@ void TqBackground::WindowProc(TMessage& Message, const TWndMethod& Previous) {
     }
     switch (Message.Msg) {
     case WM_ERASEBKGND:
-        PaintWallpaper(Message, Previous);
+        EraseBackground(Message, Previous);
         Message.Result = 1;
         return;
     case WM_SIZE:
@@ -116,36 +116,38 @@ void TqBackground::WindowProc(TMessage& Message, const TWndMethod& Previous) {
     }
 }
 
-void TqBackground::PaintWallpaper(TMessage& Message, const TWndMethod& Previous) {
+// Minimised, the form erases as it would without the background, and OnPaint does not fire;
+// otherwise OnPaint follows the wallpaper, also where the form's colour was left.
+void TqBackground::EraseBackground(TMessage& Message, const TWndMethod& Previous) {
     if (m_form->WindowState() == wsMinimized) {
         Previous(Message);
         return;
     }
     auto& canvas = *reinterpret_cast<TCanvas*>(Message.WParam);
-    const int W = m_form->ClientWidth(), H = m_form->ClientHeight();
+    const TWallpaper done = PaintWallpaper(canvas, m_form->ClientWidth(), m_form->ClientHeight());
+    if (done != TWallpaper::Painted) Previous(Message);
+    if (done != TWallpaper::Abandoned) DoPaint(canvas);
+}
+
+TqBackground::TWallpaper TqBackground::PaintWallpaper(TCanvas& canvas, int width, int height) {
     switch (m_backType) {
     case btBitmap:
-        if (m_bitmap->Empty())
-            Previous(Message);
-        else
-            TileBitmap(canvas, *m_bitmap, W, H, TTileOrder::RowsOuter);
-        break;
+        if (m_bitmap->Empty()) return TWallpaper::LeftToForm;
+        TileBitmap(canvas, *m_bitmap, width, height, TTileOrder::RowsOuter);
+        return TWallpaper::Painted;
     case btBlend:
-        // A centre gradient with no frame to divide by paints nothing of its own: the form's
-        // colour, no OnPaint.
-        if (!PaintGradient(canvas, m_fillType, m_colors, m_bands, TGradientLayout::Control(W, H))) {
-            Previous(Message);
-            return;
-        }
-        break;
+        // A centre gradient with no frame to divide by paints nothing of its own.
+        return PaintGradient(canvas, m_fillType, m_colors, m_bands,
+                             TGradientLayout::Control(width, height))
+                   ? TWallpaper::Painted
+                   : TWallpaper::Abandoned;
     case btNormal:
-        Previous(Message);
-        break;
+        return TWallpaper::LeftToForm;
     case btSteel:
-        PaintSteel(canvas, {0, 0, W, H});
-        break;
+        PaintSteel(canvas, {0, 0, width, height});
+        return TWallpaper::Painted;
     }
-    DoPaint(canvas);
+    return TWallpaper::LeftToForm;
 }
 
 void TqBackground::DoPaint(TCanvas& canvas) {

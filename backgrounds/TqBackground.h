@@ -52,6 +52,13 @@ public:
     // Whether the form's window procedure is hooked.
     bool Hooked() const { return m_hook.Installed(); }
 
+    // What painting the wallpaper did: painted it, left the area to the form (btNormal, an
+    // empty bitmap), or abandoned it (a centre gradient with no frame to divide by).
+    enum class TWallpaper { Painted, LeftToForm, Abandoned };
+    // Paints the wallpaper of a width x height client area onto `canvas` from its origin, as
+    // the erase does, without OnPaint.
+    TWallpaper PaintWallpaper(TCanvas& canvas, int width, int height);
+
     void Loaded() override;
 
     TqBackPaintEvent OnPaint;
@@ -65,7 +72,7 @@ protected:
 
 private:
     void WindowProc(TMessage& Message, const TWndMethod& Previous);
-    void PaintWallpaper(TMessage& Message, const TWndMethod& Previous);
+    void EraseBackground(TMessage& Message, const TWndMethod& Previous);
     // Stores a new value: recomputes the band colours and repaints the hooked form.
     void Changed();
 

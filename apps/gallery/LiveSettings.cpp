@@ -187,6 +187,8 @@ std::vector<TShowcase> MakeShowcases() {
     all.push_back({"TqGradBtn",
                    {Setting<TqGradBtn>("Caption", &TqGradBtn::Caption, &TqGradBtn::SetCaption,
                                        std::string("&Gradient")),
+                    Setting<TqGradBtn>("Color", &TqGradBtn::Color, &TqGradBtn::SetColor,
+                                       TColor(0xFFF0E0)),
                     Setting<TqGradBtn>("EndColor", &TqGradBtn::EndColor, &TqGradBtn::SetEndColor,
                                        TColor(0x804000))},
                    [](TComponent& c, int tick) {

@@ -81,6 +81,21 @@ TBackgroundView::TBackgroundView(TComponent* owner, TqBackground& background)
 
 TBackgroundView::~TBackgroundView() = default;
 
+std::vector<std::string> TBackgroundView::Lines() const {
+    return {};
+}
+
+void TBackgroundView::Paint() {
+    TNonVisualView::Paint();
+    const TRect preview{3, 20, Width() - 3, m_open->Top() - 3};
+    if (preview.IsEmpty()) return;
+    TBitmap wallpaper(preview.Width(), preview.Height());
+    wallpaper.Canvas().Brush().SetColor(clBtnFace); // what a form shows where it is left
+    wallpaper.Canvas().FillRect({0, 0, preview.Width(), preview.Height()});
+    m_background.PaintWallpaper(wallpaper.Canvas(), preview.Width(), preview.Height());
+    Canvas().Draw(preview.left, preview.top, wallpaper);
+}
+
 void TBackgroundView::OpenDemo() {
     m_demo.reset();
     std::unique_ptr<TComponent> read = ReadComponentText(DemoFormText(m_background));

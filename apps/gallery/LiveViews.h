@@ -96,7 +96,13 @@ public:
     void OpenDemo();
     TForm* Demo() const { return m_demo.get(); }
 
+    std::vector<std::string> Lines() const override;
+
     static constexpr TSize DefaultSize{150, 96};
+
+protected:
+    // The name, the wallpaper as a demo form would show it, the button.
+    void Paint() override;
 
 private:
     TqBackground& m_background;
