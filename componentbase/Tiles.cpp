@@ -1,6 +1,7 @@
 #include "componentbase/Tiles.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace qv {
 
@@ -17,18 +18,25 @@ TTileSpan Span(int extent, int tile, int from, int to) {
     return {from / tile, (to - 1) / tile + 1};
 }
 
-// `bitmap` repeated into `block` as whole tiles until each side reaches kTileBlock pixels.
-void FillBlock(const TBitmap& bitmap, TBitmap& block) {
-    const int across = (kTileBlock + bitmap.Width() - 1) / bitmap.Width();
-    const int down = (kTileBlock + bitmap.Height() - 1) / bitmap.Height();
-    block.SetSize(bitmap.Width() * across, bitmap.Height() * down);
+// `bitmap` repeated into `block` as whole tiles until each side reaches kTileBlock pixels, or
+// covers `reach` (the part of the area that can show) if that is less.
+void FillBlock(const TBitmap& bitmap, TSize reach, TBitmap& block) {
+    const int bw = bitmap.Width(), bh = bitmap.Height();
+    const auto count = [](int tile, int wanted) {
+        return std::max((std::min(kTileBlock, wanted) + tile - 1) / tile, 1);
+    };
+    block.SetSize(bw * count(bw, reach.cx), bh * count(bh, reach.cy));
     const TPixelBuffer& from = bitmap.Pixels();
     TPixelBuffer& to = block.Pixels();
+    const auto rowBytes = static_cast<std::size_t>(bw) * sizeof(std::uint32_t);
     for (int y = 0; y < to.Height(); ++y) {
-        const std::uint32_t* source = from.Row(y % from.Height());
         std::uint32_t* row = to.Row(y);
-        for (int x = 0; x < to.Width(); ++x)
-            row[x] = source[x % from.Width()];
+        if (y >= bh) {
+            std::memcpy(row, to.Row(y - bh), rowBytes * static_cast<std::size_t>(to.Width() / bw));
+            continue;
+        }
+        for (int x = 0; x < to.Width(); x += bw)
+            std::memcpy(row + x, from.Row(y), rowBytes);
     }
     block.SetMonochrome(bitmap.Monochrome()); // black and white stay as they are
 }
@@ -53,11 +61,13 @@ void ForEachTile(TSize area, TSize tile, const TRect& visible, TTileOrder order,
 
 void TileBitmap(TCanvas& canvas, TBitmap& bitmap, int width, int height, TTileOrder order) {
     if (bitmap.Empty()) return;
+    const TRect visible = Intersect(canvas.ClipRect(), {0, 0, width, height});
+    if (visible.IsEmpty()) return;
     TBitmap block;
     TBitmap& tile =
         bitmap.Width() < kTileBlock || bitmap.Height() < kTileBlock ? block : bitmap;
-    if (&tile == &block) FillBlock(bitmap, block);
-    ForEachTile({width, height}, {tile.Width(), tile.Height()}, canvas.ClipRect(), order,
+    if (&tile == &block) FillBlock(bitmap, {visible.right, visible.bottom}, block);
+    ForEachTile({width, height}, {tile.Width(), tile.Height()}, visible, order,
                 [&](int x, int y) { canvas.Draw(x, y, tile); });
 }
 

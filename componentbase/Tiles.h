@@ -22,7 +22,8 @@ void ForEachTile(TSize area, TSize tile, const TRect& visible, TTileOrder order,
 // Draws `bitmap` (through TCanvas::Draw, with its colours and copy mode) at every tile of the
 // area (0, 0, width, height) that meets the canvas's clip box; the last column and row are cut
 // by the clip. Small bitmaps are first laid out into a block of whole tiles of at least
-// kTileBlock pixels a side, which is drawn instead: the same pixels in far fewer copies.
+// kTileBlock pixels a side (less when less can show), which is drawn instead: the same pixels
+// in far fewer copies.
 void TileBitmap(TCanvas& canvas, TBitmap& bitmap, int width, int height, TTileOrder order);
 
 inline constexpr int kTileBlock = 64;
