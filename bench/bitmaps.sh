@@ -8,4 +8,4 @@ cd "$(dirname "$0")/.."
 binary=${BUILD_DIR:-build/default}/bench/bench_bitmaps
 [ -x "$binary" ] || { echo "bitmaps.sh: build the bench_bitmaps target first" >&2; exit 2; }
 "$binary" --ratio --benchmark_color=false --benchmark_repetitions=3 "$@" 2>/dev/null |
-    grep -E '^[A-Za-z][A-Za-z0-9 ]*: [0-9.]+( us)?$'
+    sed 's/\x1b\[[0-9;]*m//g' | grep -E '^[A-Za-z][A-Za-z0-9 ]*: [0-9.]+( us)?$'
