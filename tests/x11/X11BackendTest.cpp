@@ -184,6 +184,30 @@ protected:
         return pixels;
     }
 
+    // Switches to the headless backend, shows `form` there and expects what the server
+    // showed (`shown`) pixel for pixel; the two pictures go to the build folder otherwise.
+    void ExpectHeadlessRendering(TForm& form, const TPixelBuffer& shown, const std::string& name) {
+        Application().SetBackend(std::make_unique<THeadlessBackend>());
+        m_x11 = nullptr;
+        form.Show();
+        Application().ProcessMessages();
+        const auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+        const TPixelBuffer& expected = headless.Window(form.NativeWindow()).presented;
+        ASSERT_EQ(expected.Width(), shown.Width());
+        int differing = 0;
+        for (int y = 0; y < expected.Height(); ++y)
+            for (int x = 0; x < expected.Width(); ++x)
+                differing += expected.At(x, y) != shown.At(x, y);
+        if (differing != 0) {
+            const std::filesystem::path out = QV_TEST_OUT;
+            std::filesystem::create_directories(out);
+            WriteFileBytes((out / (name + "-shown.png")).string(), EncodePng(shown, false));
+            WriteFileBytes((out / (name + "-expected.png")).string(), EncodePng(expected, false));
+        }
+        EXPECT_EQ(differing, 0) << "see " << name << "-shown.png and " << name
+                                << "-expected.png in " << QV_TEST_OUT;
+    }
+
     static inline std::unique_ptr<TXvfbServer> s_server;
     TX11Backend* m_x11{nullptr};
     TDisplayPtr m_probe;
@@ -262,25 +286,7 @@ TEST_F(X11BackendTest, ScreenShowsExactlyTheHeadlessRendering) {
         ShowAndSettle(*form);
         shown = Capture(*form);
     }
-    Application().SetBackend(std::make_unique<THeadlessBackend>());
-    m_x11 = nullptr;
-    auto form = MakeProbeForm(bounds);
-    form->Show();
-    Application().ProcessMessages();
-    const auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
-    const TPixelBuffer& expected = headless.Window(form->NativeWindow()).presented;
-    ASSERT_EQ(expected.Width(), shown.Width());
-    int differing = 0;
-    for (int y = 0; y < expected.Height(); ++y)
-        for (int x = 0; x < expected.Width(); ++x)
-            differing += expected.At(x, y) != shown.At(x, y);
-    if (differing != 0) {
-        const std::filesystem::path out = QV_TEST_OUT;
-        std::filesystem::create_directories(out);
-        WriteFileBytes((out / "x11-shown.png").string(), EncodePng(shown, false));
-        WriteFileBytes((out / "x11-expected.png").string(), EncodePng(expected, false));
-    }
-    EXPECT_EQ(differing, 0) << "see x11-shown.png and x11-expected.png in " << QV_TEST_OUT;
+    ExpectHeadlessRendering(*MakeProbeForm(bounds), shown, "x11");
 }
 
 // The frame buffer is the window's shared-memory image: frames painted back to back wait
@@ -437,27 +443,7 @@ TEST_F(X11BackendTest, ColourButtonsPressAndClickAndTheFormShowsAsHeadless) {
         FakeKey(XK_Return);
         ASSERT_TRUE(PumpUntil([&] { return clicks == 2; }));
     }
-    Application().SetBackend(std::make_unique<THeadlessBackend>());
-    m_x11 = nullptr;
-    auto form = MakeButtonForm(bounds);
-    form->Show();
-    Application().ProcessMessages();
-    const auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
-    const TPixelBuffer& expected = headless.Window(form->NativeWindow()).presented;
-    ASSERT_EQ(expected.Width(), shown.Width());
-    int differing = 0;
-    for (int y = 0; y < expected.Height(); ++y)
-        for (int x = 0; x < expected.Width(); ++x)
-            differing += expected.At(x, y) != shown.At(x, y);
-    if (differing != 0) {
-        const std::filesystem::path out = QV_TEST_OUT;
-        std::filesystem::create_directories(out);
-        WriteFileBytes((out / "x11-buttons-shown.png").string(), EncodePng(shown, false));
-        WriteFileBytes((out / "x11-buttons-expected.png").string(), EncodePng(expected, false));
-    }
-    EXPECT_EQ(differing, 0) << "see x11-buttons-shown.png and x11-buttons-expected.png in "
-                            << QV_TEST_OUT;
-    form.reset();
+    ExpectHeadlessRendering(*MakeButtonForm(bounds), shown, "x11-buttons");
     FinalizePackage();
 }
 
