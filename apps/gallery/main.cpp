@@ -1,12 +1,14 @@
 // gallery [--png DIR] [--pictures DIR] [--list]: every component of the designer registry,
 // palette page by palette page, live in a window. --png DIR renders each page headless to
 // DIR/<page>.png and prints the paths; --pictures DIR renders each component's cell (the
-// component with its showcase settings and its class name) to DIR/<class>.png; --list prints
+// component with its showcase settings and its class name) to DIR/<class>.png and the bitmap
+// routines' before and after pictures to DIR/routine-<name>.png; --list prints
 // "<page>: <class> <class> ..." per page. Without a display the pages are rendered to
 // gallery-pages/.
 
 #include "GalleryForm.h"
 #include "GalleryLayout.h"
+#include "RoutinePictures.h"
 
 #include "package/PackageScope.h"
 #include "platform/backend/Backend.h"
@@ -110,7 +112,8 @@ bool Publishes(const TComponent& component, const std::string& property) {
     return false;
 }
 
-// Writes DIR/<class>.png for every component and DIR/README.md, which shows them page by page.
+// Writes DIR/<class>.png for every component, the bitmap routines' pictures and DIR/README.md,
+// which shows the components page by page and then the routines.
 void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
     std::filesystem::create_directories(dir);
     std::ofstream index(std::filesystem::path(dir) / "README.md");
@@ -142,6 +145,11 @@ void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
                 RenderSwitchStates(*control, dir, states);
         if (!states.str().empty()) index << "\n" << states.str() << '\n';
     }
+    index << "\n## Bitmap routines\n\nThe sample (left) and what each routine of unit Qanimate "
+             "makes of it (right).\n\n";
+    for (const TRoutinePicture& routine : WriteRoutinePictures(dir))
+        index << "- `" << routine.title << "`: ![" << routine.title << "](" << routine.name
+              << ".png)\n";
 }
 
 void RunWindow(TGalleryForm& form) {

@@ -13,6 +13,7 @@
 #include "platform/controls/Application.h"
 #include "platform/controls/Form.h"
 #include "platform/graphics/Bitmap.h"
+#include "platform/graphics/ImageIO.h"
 
 #include "platform/backend/X11Backend.h"
 
@@ -25,8 +26,10 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace qv::test {
 
@@ -114,6 +117,30 @@ protected:
                 pixels.At(x, y) = static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFF;
         XDestroyImage(image);
         return pixels;
+    }
+
+    // Switches to the headless backend, shows `form` there and expects what the server
+    // showed (`shown`) pixel for pixel; the two pictures go to the build folder otherwise.
+    void ExpectHeadlessRendering(TForm& form, const TPixelBuffer& shown, const std::string& name) {
+        Application().SetBackend(std::make_unique<THeadlessBackend>());
+        m_x11 = nullptr;
+        form.Show();
+        Application().ProcessMessages();
+        const auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+        const TPixelBuffer& expected = headless.Window(form.NativeWindow()).presented;
+        ASSERT_EQ(expected.Width(), shown.Width());
+        int differing = 0;
+        for (int y = 0; y < expected.Height(); ++y)
+            for (int x = 0; x < expected.Width(); ++x)
+                differing += expected.At(x, y) != shown.At(x, y);
+        if (differing != 0) {
+            const std::filesystem::path out = QV_TEST_OUT;
+            std::filesystem::create_directories(out);
+            WriteFileBytes((out / (name + "-shown.png")).string(), EncodePng(shown, false));
+            WriteFileBytes((out / (name + "-expected.png")).string(), EncodePng(expected, false));
+        }
+        EXPECT_EQ(differing, 0) << "see " << name << "-shown.png and " << name
+                                << "-expected.png in " << QV_TEST_OUT;
     }
 
     static inline std::unique_ptr<TXvfbServer> s_server;
