@@ -2,12 +2,14 @@
 
 #include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
+#include "controls/Qbtn2.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
+#include "slidebar/Slidebar.h"
 #include "timing/Std2.h"
 
 #include <concepts>
@@ -85,6 +87,72 @@ void CountClicks(TComponent& component, int) {
     };
 }
 
+// The slide bar: steel, owner-drawn ticks on both sides (longer at the ends), the number words
+// as labels and the current one in the cell; it sweeps until the user focuses it.
+void DrawBarTick(TObject* sender, TCanvas* canvas, int X, int Y, bool Left, int TickNum) {
+    const auto& bar = static_cast<const TqSlideBar&>(*sender);
+    const bool end = TickNum == 0 || bar.Min() + static_cast<long long>(TickNum) == bar.Max();
+    const int length = end ? 5 : 3;
+    const int from = Left ? Y + 4 - length : Y;
+    canvas->Pen().SetColor(end ? TColor(0x0000C0) : TColor(0x800000));
+    canvas->MoveTo(X, from);
+    canvas->LineTo(X, from + length);
+}
+
+TShowcaseSetting BarLabels() {
+    return {"Labels", "(zero .. ten)",
+            [](TComponent& c) {
+                TStringList words;
+                for (const char* w : {"zero", "one", "two", "three", "four", "five", "six", "seven",
+                                      "eight", "nine", "ten"})
+                    words.Add(w);
+                static_cast<TqSlideBar&>(c).SetLabels(words);
+            },
+            [](const TComponent& c) { return static_cast<const TqSlideBar&>(c).Labels()->Count() == 11; }};
+}
+
+TShowcaseSetting BarOwnerDraw() {
+    return {"OnOwnerDraw", "coloured ticks",
+            [](TComponent& c) { static_cast<TqSlideBar&>(c).OnOwnerDraw = DrawBarTick; },
+            [](const TComponent& c) { return static_cast<bool>(static_cast<const TqSlideBar&>(c).OnOwnerDraw); }};
+}
+
+void SweepBar(TComponent& component, int tick) {
+    auto& bar = static_cast<TqSlideBar&>(component);
+    if (bar.Focused()) return;
+    bar.SetPosition(SweepValue(bar.Min(), bar.Max(), tick, sweepPeriod));
+    if (TControl* cell = bar.Parent()) cell->Invalidate();
+}
+
+// Spin buttons step a number in their Tag, which the cell shows.
+TShowcaseSetting SpinStepsANumber() {
+    return {"OnUpClick", "Tag + 1",
+            [](TComponent& c) {
+                auto& spin = static_cast<TqxSpinBtn&>(c);
+                const auto step = [&spin](int by) {
+                    return [&spin, by](TObject*) {
+                        spin.SetTag(spin.Tag() + by);
+                        if (TControl* cell = spin.Parent()) cell->Invalidate();
+                    };
+                };
+                spin.OnUpClick = step(1);
+                spin.OnDownClick = step(-1);
+                if (auto* centre = dynamic_cast<TqxCenterSpinBtn*>(&spin))
+                    centre->OnCenterClick = [&spin](TObject*) {
+                        spin.SetTag(0);
+                        if (TControl* cell = spin.Parent()) cell->Invalidate();
+                    };
+            },
+            [](const TComponent& c) { return static_cast<bool>(static_cast<const TqxSpinBtn&>(c).OnUpClick); }};
+}
+
+// The live word after a cell's class name, for the classes that have one.
+std::string StatusOf(const TComponent& c) {
+    if (const auto* bar = dynamic_cast<const TqSlideBar*>(&c)) return bar->CurrentLabel();
+    if (dynamic_cast<const TqxSpinBtn*>(&c)) return std::to_string(c.Tag());
+    return {};
+}
+
 std::vector<TShowcase> MakeShowcases() {
     std::vector<TShowcase> all;
     all.push_back({"TqLed",
@@ -159,6 +227,15 @@ std::vector<TShowcase> MakeShowcases() {
                                 std::string("Flat")),
           Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
          CountClicks});
+    all.push_back({"TqSlideBar",
+                   {Setting<TqSlideBar>("SteelLook", &TqSlideBar::SteelLook, &TqSlideBar::SetSteel,
+                                        true),
+                    BarLabels(), BarOwnerDraw(),
+                    Setting<TqSlideBar>("TickStyle", &TqSlideBar::TickStyle,
+                                        &TqSlideBar::SetTickStyle, tsOwnerDraw)},
+                   SweepBar});
+    all.push_back({"TqxSpinBtn", {SpinStepsANumber()}, {}});
+    all.push_back({"TqxCenterSpinBtn", {SpinStepsANumber()}, {}});
     return all;
 }
 
@@ -183,6 +260,13 @@ int SweepValue(int low, int high, int tick, int period) {
     const int step = phase <= half ? phase : period - phase;
     const long long span = static_cast<long long>(high) - low; // may exceed int
     return static_cast<int>(low + span * step / half);
+}
+
+std::string CellCaption(const TComponent& component) {
+    const std::string status = StatusOf(component);
+    std::string caption = component.ClassName();
+    if (!status.empty()) caption.append(" ").append(status);
+    return caption;
 }
 
 void ApplyShowcase(const TShowcase& showcase, TComponent& component) {

@@ -44,6 +44,10 @@ void ApplyShowcaseSettings(TComponent& component);
 // they publish them.
 void AnimateStep(TComponent& component, int tick);
 
+// What the cell writes under a component: its class name and, for a few classes, a live word
+// (the label a slide bar stands at, the number spin buttons step).
+std::string CellCaption(const TComponent& component);
+
 // The value a sweep shows at `tick`: from `low` up to `high` and back, `period` ticks for
 // the round trip.
 int SweepValue(int low, int high, int tick, int period);

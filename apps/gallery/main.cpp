@@ -5,6 +5,7 @@
 // "<page>: <class> <class> ..." per page. Without a display the pages are rendered to
 // gallery-pages/.
 
+#include "DetailSheets.h"
 #include "GalleryForm.h"
 #include "GalleryLayout.h"
 
@@ -104,6 +105,7 @@ void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
         }
         index << '\n';
     }
+    RenderDetailSheets(dir, index);
 }
 
 void RunWindow(TGalleryForm& form) {
