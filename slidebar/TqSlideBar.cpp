@@ -75,10 +75,10 @@ const TClassInfo& TqSlideBar::StaticClassInfo() {
         b.Default(Defaults::TabStop);
         PublishControlProperties(b, {"Height"});
         b.Default(Defaults::Height);
-        PublishControlProperties(b, {"ParentShowHint", "Enabled", "Cursor", "PopupMenu",
-                                     "ShowHint", "TabOrder", "Visible", "OnEnter", "OnExit",
-                                     "OnKeyDown", "OnKeyPress", "OnKeyUp", "OnMouseDown",
-                                     "OnMouseUp", "OnMouseMove"});
+        PublishControlProperties(b, {"ParentShowHint", "Enabled", "Cursor", "PopupMenu", "ShowHint",
+                                     "TabOrder", "Visible", "OnEnter", "OnExit", "OnKeyDown",
+                                     "OnKeyPress", "OnKeyUp", "OnMouseDown", "OnMouseUp",
+                                     "OnMouseMove"});
         return b.Build();
     }();
     return info;
@@ -265,7 +265,8 @@ int TqSlideBar::ThumbOffset(std::int64_t value) const {
 TRect TqSlideBar::WhereIsBar() {
     const int tw = m_thumb.Width(), th = m_thumb.Height();
     const int along = ThumbOffset(m_value);
-    const TPoint at = IsVert() ? TPoint{(Width() - tw) / 2, along} : TPoint{along, (Height() - th) / 2};
+    const TPoint at =
+        IsVert() ? TPoint{(Width() - tw) / 2, along} : TPoint{along, (Height() - th) / 2};
     m_thumbRect = {at.x, at.y, at.x + tw, at.y + th};
     return m_thumbRect;
 }
@@ -273,8 +274,7 @@ TRect TqSlideBar::WhereIsBar() {
 int TqSlideBar::NewPosition(int X, int Y) const {
     const std::int64_t extent = IsVert() ? Height() : Width();
     if (extent <= 0) return Min();
-    const std::int64_t along =
-        std::clamp<std::int64_t>(IsVert() ? extent - Y : X, 0, extent);
+    const std::int64_t along = std::clamp<std::int64_t>(IsVert() ? extent - Y : X, 0, extent);
     const std::int64_t range = static_cast<std::int64_t>(Max()) - Min();
     const std::int64_t value = RoundDiv(along * range, extent) + Min();
     return static_cast<int>(std::max<std::int64_t>(std::min<std::int64_t>(value, Max()), Min()));
@@ -424,8 +424,8 @@ void TqSlideBar::StepTowards(int X, int Y) {
     // Up the value: right of the centre, or above it on a vertical bar.
     const bool up = IsVert() ? pointer < centre : pointer > centre;
     const std::int64_t target = static_cast<std::int64_t>(m_value) + (up ? 1 : -1);
-    SetPosition(static_cast<int>(
-        std::max<std::int64_t>(std::min<std::int64_t>(target, Max()), Min())));
+    SetPosition(
+        static_cast<int>(std::max<std::int64_t>(std::min<std::int64_t>(target, Max()), Min())));
 }
 
 void TqSlideBar::WMSize(TMessage& Message) {

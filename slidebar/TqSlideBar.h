@@ -40,8 +40,8 @@ QV_ENUM_TYPE(TBarStyle, "bsLowered", "bsRaised")
 // Draws one tick: the canvas of the picture, the tick's first pixel (its end away from the
 // groove on the left/top row, its end at the groove's side on the right/bottom row), whether
 // it is the left/top row, and its number (0 at Min).
-using TsSlideTickOwnerDraw = std::function<void(TObject* Sender, TCanvas* Canvas, int X, int Y,
-                                                bool Left, int TickNum)>;
+using TsSlideTickOwnerDraw =
+    std::function<void(TObject* Sender, TCanvas* Canvas, int X, int Y, bool Left, int TickNum)>;
 QV_EVENT_TYPE(TsSlideTickOwnerDraw)
 
 // The type of StepPerTick: 1..2147483647.

@@ -89,8 +89,7 @@ void RenderSpinStates(const std::string& path) {
         const int index = static_cast<int>(tiles.size());
         spin->SetParent(form.get());
         spin->SetBounds(index * tile + 7, 4, 16, 21);
-        if (pressY >= 0)
-            spin->Perform(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(8, pressY));
+        if (pressY >= 0) spin->Perform(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(8, pressY));
         tiles.push_back({spin, name});
     };
     add(new TqxSpinBtn(form.get()), "released", -1);

@@ -108,13 +108,17 @@ TShowcaseSetting BarLabels() {
                     words.Add(w);
                 static_cast<TqSlideBar&>(c).SetLabels(words);
             },
-            [](const TComponent& c) { return static_cast<const TqSlideBar&>(c).Labels()->Count() == 11; }};
+            [](const TComponent& c) {
+                return static_cast<const TqSlideBar&>(c).Labels()->Count() == 11;
+            }};
 }
 
 TShowcaseSetting BarOwnerDraw() {
     return {"OnOwnerDraw", "coloured ticks",
             [](TComponent& c) { static_cast<TqSlideBar&>(c).OnOwnerDraw = DrawBarTick; },
-            [](const TComponent& c) { return static_cast<bool>(static_cast<const TqSlideBar&>(c).OnOwnerDraw); }};
+            [](const TComponent& c) {
+                return static_cast<bool>(static_cast<const TqSlideBar&>(c).OnOwnerDraw);
+            }};
 }
 
 void SweepBar(TComponent& component, int tick) {
@@ -143,13 +147,16 @@ TShowcaseSetting SpinStepsANumber() {
                         if (TControl* cell = spin.Parent()) cell->Invalidate();
                     };
             },
-            [](const TComponent& c) { return static_cast<bool>(static_cast<const TqxSpinBtn&>(c).OnUpClick); }};
+            [](const TComponent& c) {
+                return static_cast<bool>(static_cast<const TqxSpinBtn&>(c).OnUpClick);
+            }};
 }
 
 // The live word after a cell's class name, for the classes that have one.
 std::string StatusOf(const TComponent& c) {
     if (const auto* bar = dynamic_cast<const TqSlideBar*>(&c)) return bar->CurrentLabel();
-    if (c.ClassName() == "TqxSpinBtn") return std::to_string(c.Tag()); // the centre form's name fills its cell
+    if (c.ClassName() == "TqxSpinBtn")
+        return std::to_string(c.Tag()); // the centre form's name fills its cell
     return {};
 }
 
@@ -227,13 +234,13 @@ std::vector<TShowcase> MakeShowcases() {
                                 std::string("Flat")),
           Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
          CountClicks});
-    all.push_back({"TqSlideBar",
-                   {Setting<TqSlideBar>("SteelLook", &TqSlideBar::SteelLook, &TqSlideBar::SetSteel,
-                                        true),
-                    BarLabels(), BarOwnerDraw(),
-                    Setting<TqSlideBar>("TickStyle", &TqSlideBar::TickStyle,
-                                        &TqSlideBar::SetTickStyle, tsOwnerDraw)},
-                   SweepBar});
+    all.push_back(
+        {"TqSlideBar",
+         {Setting<TqSlideBar>("SteelLook", &TqSlideBar::SteelLook, &TqSlideBar::SetSteel, true),
+          BarLabels(), BarOwnerDraw(),
+          Setting<TqSlideBar>("TickStyle", &TqSlideBar::TickStyle, &TqSlideBar::SetTickStyle,
+                              tsOwnerDraw)},
+         SweepBar});
     all.push_back({"TqxSpinBtn", {SpinStepsANumber()}, {}});
     all.push_back({"TqxCenterSpinBtn", {SpinStepsANumber()}, {}});
     return all;

@@ -269,8 +269,8 @@ void TCanvas::MaskedDraw(int x, int y, TBitmap& picture, TBitmap& mask) {
     m_dc.SetBkColor(0xFFFFFF);
     m_dc.BitBlt(x, y, mask.Width(), mask.Height(), {&mask.Pixels(), mask.Monochrome()}, 0, 0,
                 SRCAND);
-    m_dc.BitBlt(x, y, picture.Width(), picture.Height(), {&picture.Pixels(), picture.Monochrome()}, 0, 0,
-                SRCPAINT);
+    m_dc.BitBlt(x, y, picture.Width(), picture.Height(), {&picture.Pixels(), picture.Monochrome()},
+                0, 0, SRCPAINT);
     m_dc.SetTextColor(text);
     m_dc.SetBkColor(background);
     Changed();

@@ -38,8 +38,8 @@ protected:
     void Pump() { Application().ProcessMessages(); }
     // Mouse and keys in the bar's own coordinates.
     void Press(const TControl& c, int x, int y, bool doubleClick = false) {
-        Headless().MouseDown(form->NativeWindow(), {c.Left() + x, c.Top() + y},
-                             TMouseButton::Left, 0, doubleClick);
+        Headless().MouseDown(form->NativeWindow(), {c.Left() + x, c.Top() + y}, TMouseButton::Left,
+                             0, doubleClick);
         Pump();
     }
     void Move(const TControl& c, int x, int y) {

@@ -54,8 +54,8 @@ protected:
     THeadlessBackend& Headless() { return static_cast<THeadlessBackend&>(Application().Backend()); }
     void Pump() { Application().ProcessMessages(); }
     void Press(const TControl& c, int x, int y, bool doubleClick = false) {
-        Headless().MouseDown(form->NativeWindow(), {c.Left() + x, c.Top() + y},
-                             TMouseButton::Left, 0, doubleClick);
+        Headless().MouseDown(form->NativeWindow(), {c.Left() + x, c.Top() + y}, TMouseButton::Left,
+                             0, doubleClick);
         Pump();
     }
     void Move(const TControl& c, int x, int y) {
