@@ -194,6 +194,39 @@ TEST_F(SlideBar, TheMaskedThumbShowsTheBackgroundAroundItAndTheGrooveThroughItsH
     EXPECT_EQ(PixelOf(*bar, thumb.left, thumb.top), ColorToRGB(clBtnHighlight));
 }
 
+TEST_F(SlideBar, ThumbsStandUprightOrTurnedInTheirSizes) {
+    auto* bar = Place(10, 10, 150, 20);
+    const std::vector<std::pair<TThumbStyle, TSize>> sizes = {{tsHorzHigh, {18, 10}},
+                                                              {tsVertHigh, {10, 18}},
+                                                              {tsHorzLow, {12, 10}},
+                                                              {tsVertLow, {10, 12}},
+                                                              {tsSquare, {12, 12}},
+                                                              {tsSquarehollow, {12, 12}},
+                                                              {tsLeft, {16, 10}},
+                                                              {tsRight, {16, 10}},
+                                                              {tsBottom, {10, 16}},
+                                                              {tsRound, {12, 12}},
+                                                              {tsHorzRound, {18, 10}},
+                                                              {tsSquarehollowHorz, {18, 10}},
+                                                              {tsSquarehollowVert, {10, 18}},
+                                                              {tsSquarehollowHLine, {18, 10}},
+                                                              {tsSquarehollowVLine, {10, 18}},
+                                                              {tsTop, {10, 16}}};
+    for (const auto& [style, size] : sizes) {
+        bar->SetThumbStyle(style);
+        const TRect thumb = bar->WhereIsBar();
+        EXPECT_EQ(thumb.Width(), size.cx) << style;
+        EXPECT_EQ(thumb.Height(), size.cy) << style;
+    }
+    // A pointed thumb's tip shows the background beside it: tsTop's top corners, tsLeft's left.
+    bar->SetColor(kYellow);
+    bar->SetThumbStyle(tsTop);
+    EXPECT_EQ(PixelOf(*bar, 0, bar->ThumbRect().top), kYellow);
+    EXPECT_EQ(PixelOf(*bar, 4, bar->ThumbRect().top), ColorToRGB(clBtnHighlight));
+    bar->SetThumbStyle(tsLeft);
+    EXPECT_EQ(PixelOf(*bar, 0, bar->ThumbRect().top), kYellow);
+}
+
 TEST_F(SlideBar, OwnerDrawnTicksAreNumberedFromMinAndTheFullRangeCostsOnePerPixel) {
     auto* bar = Place(10, 10, 150, 20);
     std::vector<std::pair<int, int>> top; // x and number of the top row
