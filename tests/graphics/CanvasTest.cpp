@@ -162,6 +162,19 @@ TEST(Canvas, MaskedDrawShowsThePictureOnlyWhereTheMaskIsBlack) {
     EXPECT_EQ(dst.Canvas().Pixel(2, 0), clBlue);
 }
 
+TEST(Canvas, ALineFromFarOutsideReachesTheTarget) {
+    TBitmap dst(3, 4);
+    dst.Canvas().MoveTo(1, -(1 << 30));
+    dst.Canvas().LineTo(1, 3);
+    dst.Canvas().MoveTo(-(1 << 30), 3);
+    dst.Canvas().LineTo(2, 2); // nearly flat: its one minor step lies half way
+    EXPECT_EQ(dst.Canvas().Pixel(1, 0), clBlack);
+    EXPECT_EQ(dst.Canvas().Pixel(1, 2), clBlack);
+    EXPECT_EQ(dst.Canvas().Pixel(1, 3), clWhite);
+    EXPECT_EQ(dst.Canvas().Pixel(0, 2), clBlack);
+    EXPECT_EQ(dst.Canvas().Pixel(0, 3), clWhite);
+}
+
 TEST(Canvas, CopiesShrinkInTheClassicStretchModes) {
     // Four source columns onto two: each destination pixel collects a run of two.
     TBitmap src(4, 1);
