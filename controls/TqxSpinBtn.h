@@ -71,7 +71,7 @@ public:
     int ArrowTop() const { return m_arrowTop; }
     bool UpPressed() const { return m_pressed == TButton::Up; }
     bool DownPressed() const { return m_pressed == TButton::Down; }
-    // The repeat timer, for the tests and the gallery's statistics.
+    // The repeat timer (its state and interval), for tests.
     const TTimer& RepeatTimer() const { return *m_timer; }
 
     TNotifyEvent OnUpClick;

@@ -186,7 +186,7 @@ TEST_F(SlideBar, TheMaskedThumbShowsTheBackgroundAroundItAndTheGrooveThroughItsH
     EXPECT_EQ(PixelOf(*bar, 0, 4), kYellow);
     EXPECT_EQ(PixelOf(*bar, 6, 9), ColorToRGB(clBtnFace));
     bar->SetThumbStyle(tsSquarehollow);
-    bar->SetPosition(5); // x = 70 + 2: 128 / 2 of travel
+    bar->SetPosition(5); // half of 138 pixels of travel: x = 69
     const TRect thumb = bar->ThumbRect();
     EXPECT_EQ(thumb.Width(), 12);
     EXPECT_EQ(PixelOf(*bar, thumb.left + 5, 9), kLime);
