@@ -2,11 +2,13 @@
 
 #include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
+#include "controls/Qbtn2.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
 #include "platform/core/Component.h"
 #include "platform/core/DesignerRegistry.h"
+#include "slidebar/Slidebar.h"
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 #include "utility/Mystd.h"
@@ -71,7 +73,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {17, "TqKnob", kPage3, &TqKnob::StaticClassInfo},
         {17, "TqDblKnob", kPage3, &TqDblKnob::StaticClassInfo},
         {17, "TqTripKnob", kPage3, &TqTripKnob::StaticClassInfo},
-        {17, "TqSlideBar", kPage3, nullptr},
+        {17, "TqSlideBar", kPage3, &TqSlideBar::StaticClassInfo},
         {18, "TqNWColorBtn", kPage3, &TqNWColorBtn::StaticClassInfo},
         {18, "TqNWBitColBtn", kPage3, nullptr},
         {18, "TqNWIconColBtn", kPage3, nullptr},
@@ -80,8 +82,8 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {20, "TqxDblOnOff", kPage3, &TqxDblOnOff::StaticClassInfo},
         {20, "TqxSingleOnOff", kPage3, &TqxSingleOnOff::StaticClassInfo},
         {21, "TqxSlideOnOff", kPage3, &TqxSlideOnOff::StaticClassInfo},
-        {22, "TqxSpinBtn", kPage4, nullptr},
-        {22, "TqxCenterSpinBtn", kPage4, nullptr},
+        {22, "TqxSpinBtn", kPage4, &TqxSpinBtn::StaticClassInfo},
+        {22, "TqxCenterSpinBtn", kPage4, &TqxCenterSpinBtn::StaticClassInfo},
         {23, "TqxHairLine", kPage4, nullptr},
         {23, "TqxArrowHead", kPage4, nullptr},
         {24, "TqxCreditScroll", kPage4, nullptr},

@@ -1,6 +1,7 @@
 #include "GalleryControls.h"
 
 #include "GalleryLayout.h"
+#include "LiveSettings.h"
 
 #include "platform/controls/Messages.h"
 #include "platform/graphics/Canvas.h"
@@ -119,7 +120,7 @@ void TComponentCell::Paint() {
     TRect label = Rect(0, Height() - labelHeight, Width(), Height());
     if (m_highlighted) FillBackground(canvas, label, clHighlight);
     PrepareText(canvas, *Font(), m_highlighted ? clHighlightText : clWindowText);
-    canvas.DrawText(m_shown.ClassName(), label,
+    canvas.DrawText(CellCaption(m_shown), label,
                     DT_SINGLELINE | DT_CENTER | DT_VCENTER | DT_NOPREFIX);
 }
 

@@ -2,12 +2,14 @@
 
 #include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
+#include "controls/Qbtn2.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
+#include "slidebar/Slidebar.h"
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 
@@ -114,6 +116,79 @@ void SwitchUntilTouched(TComponent& component, int tick) {
     const TTouchMark* mark = onOff.OnClick.target<TTouchMark>();
     if (onOff.Focused() || (mark && mark->touched)) return;
     if (tick % switchPeriod == 0) onOff.SetSwitchOn(tick / switchPeriod % 2 != 0);
+}
+
+// Slide bars sweep until the user focuses one. Owner-drawn ticks are longer and red at the
+// ends.
+void DrawBarTick(TObject* sender, TCanvas* canvas, int X, int Y, bool Left, int TickNum) {
+    const auto& bar = static_cast<const TqSlideBar&>(*sender);
+    const bool end = TickNum == 0 || bar.Min() + static_cast<long long>(TickNum) == bar.Max();
+    const int length = end ? 5 : 3;
+    const int from = Left ? Y + 4 - length : Y;
+    canvas->Pen().SetColor(end ? TColor(0x0000C0) : TColor(0x800000));
+    canvas->MoveTo(X, from);
+    canvas->LineTo(X, from + length);
+}
+
+TShowcaseSetting BarLabels() {
+    return {"Labels", "(zero .. ten)",
+            [](TComponent& c) {
+                TStringList words;
+                for (const char* w : {"zero", "one", "two", "three", "four", "five", "six", "seven",
+                                      "eight", "nine", "ten"})
+                    words.Add(w);
+                static_cast<TqSlideBar&>(c).SetLabels(words);
+            },
+            [](const TComponent& c) {
+                return static_cast<const TqSlideBar&>(c).Labels()->Count() == 11;
+            }};
+}
+
+TShowcaseSetting BarOwnerDraw() {
+    return {"OnOwnerDraw", "coloured ticks",
+            [](TComponent& c) { static_cast<TqSlideBar&>(c).OnOwnerDraw = DrawBarTick; },
+            [](const TComponent& c) {
+                return static_cast<bool>(static_cast<const TqSlideBar&>(c).OnOwnerDraw);
+            }};
+}
+
+void SweepBar(TComponent& component, int tick) {
+    auto& bar = static_cast<TqSlideBar&>(component);
+    if (bar.Focused()) return;
+    bar.SetPosition(SweepValue(bar.Min(), bar.Max(), tick, sweepPeriod));
+    if (TControl* cell = bar.Parent()) cell->Invalidate();
+}
+
+// Spin buttons step a number in their Tag, which the cell shows.
+TShowcaseSetting SpinStepsANumber() {
+    return {"OnUpClick", "Tag + 1",
+            [](TComponent& c) {
+                auto& spin = static_cast<TqxSpinBtn&>(c);
+                const auto step = [&spin](int by) {
+                    return [&spin, by](TObject*) {
+                        spin.SetTag(spin.Tag() + by);
+                        if (TControl* cell = spin.Parent()) cell->Invalidate();
+                    };
+                };
+                spin.OnUpClick = step(1);
+                spin.OnDownClick = step(-1);
+                if (auto* centre = dynamic_cast<TqxCenterSpinBtn*>(&spin))
+                    centre->OnCenterClick = [&spin](TObject*) {
+                        spin.SetTag(0);
+                        if (TControl* cell = spin.Parent()) cell->Invalidate();
+                    };
+            },
+            [](const TComponent& c) {
+                return static_cast<bool>(static_cast<const TqxSpinBtn&>(c).OnUpClick);
+            }};
+}
+
+// The live word after a cell's class name, for the classes that have one.
+std::string StatusOf(const TComponent& c) {
+    if (const auto* bar = dynamic_cast<const TqSlideBar*>(&c)) return bar->CurrentLabel();
+    if (c.ClassName() == "TqxSpinBtn")
+        return std::to_string(c.Tag()); // the centre form's name fills its cell
+    return {};
 }
 
 std::vector<TShowcase> MakeShowcases() {
@@ -230,7 +305,8 @@ std::vector<TShowcase> MakeShowcases() {
                    SwitchUntilTouched});
     // Tile maps show a pattern; the background's cell opens a demo form with its settings.
     all.push_back({"TqTileMap", {TilePattern<TqTileMap>(RGB(0, 64, 128), RGB(255, 200, 0))}, {}});
-    all.push_back({"TqNWTileMap", {TilePattern<TqNWTileMap>(RGB(128, 0, 0), RGB(240, 240, 240))}, {}});
+    all.push_back(
+        {"TqNWTileMap", {TilePattern<TqNWTileMap>(RGB(128, 0, 0), RGB(240, 240, 240))}, {}});
     all.push_back({"TqBackground",
                    {Setting<TqBackground>("BackType", &TqBackground::BackType,
                                           &TqBackground::SetBackType, btBlend),
@@ -238,17 +314,34 @@ std::vector<TShowcase> MakeShowcases() {
                                           &TqBackground::SetEndColor, TColor(0x400000))},
                    CycleFillType<TqBackground>});
     // The gradient button counts its clicks and cycles its fill type.
-    all.push_back({"TqGradBtn",
-                   {Setting<TqGradBtn>("Caption", &TqGradBtn::Caption, &TqGradBtn::SetCaption,
-                                       std::string("&Gradient")),
-                    Setting<TqGradBtn>("Color", &TqGradBtn::Color, &TqGradBtn::SetColor,
-                                       TColor(0xFFF0E0)),
-                    Setting<TqGradBtn>("EndColor", &TqGradBtn::EndColor, &TqGradBtn::SetEndColor,
-                                       TColor(0x804000))},
-                   [](TComponent& c, int tick) {
-                       CountClicks(c, tick);
-                       CycleFillType<TqGradBtn>(c, tick);
-                   }});
+    all.push_back(
+        {"TqGradBtn",
+         {Setting<TqGradBtn>("Caption", &TqGradBtn::Caption, &TqGradBtn::SetCaption,
+                             std::string("&Gradient")),
+          Setting<TqGradBtn>("Color", &TqGradBtn::Color, &TqGradBtn::SetColor, TColor(0xFFF0E0)),
+          Setting<TqGradBtn>("EndColor", &TqGradBtn::EndColor, &TqGradBtn::SetEndColor,
+                             TColor(0x804000))},
+         [](TComponent& c, int tick) {
+             CountClicks(c, tick);
+             CycleFillType<TqGradBtn>(c, tick);
+         }});
+    // Slide bars: ticks on both sides with the number words as labels (the current one in the
+    // cell), a vertical steel bar, and owner-drawn ticks.
+    all.push_back({"TqSlideBar", {BarLabels()}, SweepBar});
+    all.push_back(
+        {"TqSlideBar",
+         {Setting<TqSlideBar>("SteelLook", &TqSlideBar::SteelLook, &TqSlideBar::SetSteel, true),
+          Setting<TqSlideBar>("Orientation", &TqSlideBar::Orientation, &TqSlideBar::SetOrientation,
+                              orVertical)},
+         SweepBar,
+         "steel-vertical"});
+    all.push_back({"TqSlideBar",
+                   {BarOwnerDraw(), Setting<TqSlideBar>("TickStyle", &TqSlideBar::TickStyle,
+                                                        &TqSlideBar::SetTickStyle, tsOwnerDraw)},
+                   SweepBar,
+                   "owner-drawn"});
+    all.push_back({"TqxSpinBtn", {SpinStepsANumber()}, {}});
+    all.push_back({"TqxCenterSpinBtn", {SpinStepsANumber()}, {}});
     return all;
 }
 
@@ -273,6 +366,13 @@ int SweepValue(int low, int high, int tick, int period) {
     const int step = phase <= half ? phase : period - phase;
     const long long span = static_cast<long long>(high) - low; // may exceed int
     return static_cast<int>(low + span * step / half);
+}
+
+std::string CellCaption(const TComponent& component) {
+    const std::string status = StatusOf(component);
+    std::string caption = component.ClassName();
+    if (!status.empty()) caption.append(" ").append(status);
+    return caption;
 }
 
 void ApplyShowcase(const TShowcase& showcase, TComponent& component) {

@@ -47,6 +47,10 @@ void ApplyShowcase(const TShowcase& showcase, TComponent& component);
 // Max and SwitchOn flips, where the component publishes them.
 void AnimateStep(const TShowcase* showcase, TComponent& component, int tick);
 
+// What the cell writes under a component: its class name and, for a few classes, a live word
+// (the label a slide bar stands at, the number spin buttons step).
+std::string CellCaption(const TComponent& component);
+
 // The value a sweep shows at `tick`: from `low` up to `high` and back, `period` ticks for
 // the round trip.
 int SweepValue(int low, int high, int tick, int period);

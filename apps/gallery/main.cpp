@@ -6,6 +6,7 @@
 // "<page>: <class> <class> ..." per page. Without a display the pages are rendered to
 // gallery-pages/.
 
+#include "DetailSheets.h"
 #include "GalleryForm.h"
 #include "GalleryLayout.h"
 #include "RoutinePictures.h"
@@ -150,6 +151,7 @@ void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
     for (const TRoutinePicture& routine : WriteRoutinePictures(dir))
         index << "- `" << routine.title << "`: ![" << routine.title << "](" << routine.name
               << ".png)\n";
+    RenderDetailSheets(dir, index);
 }
 
 void RunWindow(TGalleryForm& form) {

@@ -4,12 +4,14 @@
 // thread beside a raw eventfd hand-off. bench/components.sh prints the figures.
 #include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
+#include "controls/Qbtn2.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
+#include "slidebar/Slidebar.h"
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 
@@ -191,6 +193,47 @@ BENCHMARK(BM_SingleOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SlideOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_PushOnOffLeave)->Unit(benchmark::kMicrosecond);
 
+// The slide bar and the spin buttons: paints, a drag step of the bar's thumb, and a spin
+// press moving off its button and back (each move repaints the button popped out or in).
+void BM_SlideBar(benchmark::State& s) {
+    PaintCost<TqSlideBar>(s, [](TqSlideBar& c) { c.SetPosition(5); });
+}
+void BM_SpinBtn(benchmark::State& s) {
+    PaintCost<TqxSpinBtn>(s, [](TqxSpinBtn&) {});
+}
+void BM_CenterSpinBtn(benchmark::State& s) {
+    PaintCost<TqxCenterSpinBtn>(s, [](TqxCenterSpinBtn&) {});
+}
+template <class C> void MoveCost(benchmark::State& state, TPoint press, TPoint a, TPoint b) {
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 400, 300);
+    form.Show();
+    auto* c = new C(&form);
+    c->SetParent(&form);
+    c->SetBounds(0, 0, c->Width(), c->Height());
+    form.PaintPending();
+    c->Perform(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(press.x, press.y));
+    bool back = false;
+    for (auto _ : state) {
+        const TPoint p = back ? a : b;
+        c->Perform(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(p.x, p.y));
+        back = !back;
+    }
+    c->Perform(WM_LBUTTONUP, 0, MAKELPARAM(400, 400));
+    state.SetLabel(std::to_string(c->Width()) + "x" + std::to_string(c->Height()));
+}
+void BM_SlideBarDrag(benchmark::State& s) {
+    MoveCost<TqSlideBar>(s, {5, 10}, {40, 10}, {80, 10});
+}
+void BM_SpinPressLeave(benchmark::State& s) {
+    MoveCost<TqxSpinBtn>(s, {8, 5}, {8, 5}, {8, 15});
+}
+
+BENCHMARK(BM_SlideBar)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SpinBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_CenterSpinBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SlideBarDrag)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SpinPressLeave)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_ColorBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_NWColorBtnGlass)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_BlendPaint)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);

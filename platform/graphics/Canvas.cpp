@@ -260,6 +260,22 @@ void TCanvas::BrushCopy(const TRect& dest, TBitmap& bitmap, const TRect& source,
     Changed();
 }
 
+void TCanvas::MaskedDraw(int x, int y, TBitmap& picture, TBitmap& mask) {
+    if (picture.Empty() || mask.Empty()) return;
+    Changing();
+    SelectAll();
+    const TColor text = m_dc.GetTextColor(), background = m_dc.GetBkColor();
+    m_dc.SetTextColor(0x000000);
+    m_dc.SetBkColor(0xFFFFFF);
+    m_dc.BitBlt(x, y, mask.Width(), mask.Height(), {&mask.Pixels(), mask.Monochrome()}, 0, 0,
+                SRCAND);
+    m_dc.BitBlt(x, y, picture.Width(), picture.Height(), {&picture.Pixels(), picture.Monochrome()},
+                0, 0, SRCPAINT);
+    m_dc.SetTextColor(text);
+    m_dc.SetBkColor(background);
+    Changed();
+}
+
 void TCanvas::TextOut(int x, int y, const std::string& text) {
     Changing();
     SelectAll();

@@ -93,6 +93,12 @@ public:
     // Copies `source` of `bitmap` to `dest` in the context's stretch mode, painting the pixels
     // of `color` with the brush; with a clear brush the destination shows through them.
     void BrushCopy(const TRect& dest, TBitmap& bitmap, const TRect& source, TColor color);
+    // The two-step transparent copy of a picture with its mask, unstretched at (x, y): the
+    // mask is ANDed onto the destination (SRCAND: white keeps the destination, black clears
+    // it), then the picture is ORed on (SRCPAINT). The picture must be black where the mask is
+    // white. A monochrome mask maps black to black and white to white. Pen, brush and copy
+    // mode stay as they are.
+    void MaskedDraw(int x, int y, TBitmap& picture, TBitmap& mask);
 
     void TextOut(int x, int y, const std::string& text);
     void TextRect(const TRect& r, int x, int y, const std::string& text);

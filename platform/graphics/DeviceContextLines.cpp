@@ -65,10 +65,11 @@ template <class Plot> void WalkLine(TPoint from, TPoint to, const TRect& window,
         return;
     const std::int64_t dMajor = xMajor ? adx : ady;
     const std::int64_t dMinor = xMajor ? ady : adx;
-    // Minor steps taken before step `first`, and the error term at that step.
+    // Minor steps taken before step `first`, and the error term at that step (in 64 bits: `first`
+    // passes 2^30 for a line that starts far outside the target).
     const std::int64_t taken =
-        dMinor == 0 ? 0 : CeilDiv(2 * first * dMinor - dMajor + bias, 2 * dMajor);
-    std::int64_t err = 2 * dMinor - dMajor + 2 * first * dMinor - 2 * taken * dMajor;
+        dMinor == 0 ? 0 : CeilDiv(2 * dMinor * first - dMajor + bias, 2 * dMajor);
+    std::int64_t err = 2 * dMinor - dMajor + 2 * dMinor * first - 2 * taken * dMajor;
     std::int64_t minor = minor0 + taken * minorInc;
     for (int k = first; k < last; ++k) {
         if (minor >= minorLo && minor < minorHi) {

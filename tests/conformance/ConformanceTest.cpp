@@ -16,6 +16,7 @@
 #include "platform/core/PropertyAccess.h"
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
+#include "slidebar/Slidebar.h"
 #include "utility/TqCalc.h"
 
 #include <gtest/gtest.h>
@@ -171,6 +172,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TFindUserFunc", &Recorder<TFindUserFunc>},
         {"TUserFunc", &Recorder<TUserFunc>},
         {"TqBackPaintEvent", &Recorder<TqBackPaintEvent>},
+        {"TsSlideTickOwnerDraw", &Recorder<TsSlideTickOwnerDraw>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())

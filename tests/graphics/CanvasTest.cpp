@@ -137,6 +137,44 @@ TEST(Canvas, BrushCopyReplacesOneColourWithTheBrush) {
     EXPECT_EQ(dst.Canvas().Pixel(1, 0), clRed);
 }
 
+TEST(Canvas, MaskedDrawShowsThePictureOnlyWhereTheMaskIsBlack) {
+    TBitmap picture(3, 1), mask(3, 1);
+    picture.Canvas().SetPixel(0, 0, clRed);
+    picture.Canvas().SetPixel(1, 0, clBlack); // black under white in the mask: a hole
+    picture.Canvas().SetPixel(2, 0, clBlue);
+    mask.Canvas().SetPixel(0, 0, clBlack);
+    mask.Canvas().SetPixel(2, 0, clBlack);
+    TBitmap dst(4, 1);
+    dst.Canvas().Brush().SetColor(clYellow);
+    dst.Canvas().FillRect({0, 0, 4, 1});
+    dst.Canvas().Font().SetColor(clLime); // the text and background colours do not matter
+    dst.Canvas().MaskedDraw(1, 0, picture, mask);
+    EXPECT_EQ(dst.Canvas().Pixel(0, 0), clYellow);
+    EXPECT_EQ(dst.Canvas().Pixel(1, 0), clRed);
+    EXPECT_EQ(dst.Canvas().Pixel(2, 0), clYellow);
+    EXPECT_EQ(dst.Canvas().Pixel(3, 0), clBlue);
+    EXPECT_EQ(dst.Canvas().CopyMode(), cmSrcCopy);
+    // A monochrome mask means the same.
+    mask.SetMonochrome(true);
+    dst.Canvas().FillRect({0, 0, 4, 1});
+    dst.Canvas().MaskedDraw(0, 0, picture, mask);
+    EXPECT_EQ(dst.Canvas().Pixel(1, 0), clYellow);
+    EXPECT_EQ(dst.Canvas().Pixel(2, 0), clBlue);
+}
+
+TEST(Canvas, ALineFromFarOutsideReachesTheTarget) {
+    TBitmap dst(3, 4);
+    dst.Canvas().MoveTo(1, -(1 << 30));
+    dst.Canvas().LineTo(1, 3);
+    dst.Canvas().MoveTo(-(1 << 30), 3);
+    dst.Canvas().LineTo(2, 2); // nearly flat: its one minor step lies half way
+    EXPECT_EQ(dst.Canvas().Pixel(1, 0), clBlack);
+    EXPECT_EQ(dst.Canvas().Pixel(1, 2), clBlack);
+    EXPECT_EQ(dst.Canvas().Pixel(1, 3), clWhite);
+    EXPECT_EQ(dst.Canvas().Pixel(0, 2), clBlack);
+    EXPECT_EQ(dst.Canvas().Pixel(0, 3), clWhite);
+}
+
 TEST(Canvas, CopiesShrinkInTheClassicStretchModes) {
     // Four source columns onto two: each destination pixel collects a run of two.
     TBitmap src(4, 1);

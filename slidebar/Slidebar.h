@@ -1,0 +1,3 @@
+#pragma once
+// Unit Slidebar: the slide bar.
+#include "slidebar/TqSlideBar.h"
