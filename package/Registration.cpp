@@ -57,7 +57,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {11, "TqCompCanvas", kPage2, nullptr},
         {11, "TqxTimer", kPage2, &TqxTimer::StaticClassInfo},
         {12, "TqxMMTimer", kPage2, &TqxMMTimer::StaticClassInfo},
-        {12, "TqxRunProg", kPage2, nullptr},
+        {12, "TqxRunProg", kPage2, &TqxRunProg::StaticClassInfo},
         {13, "TqBigLabel", kPage3, nullptr},
         {13, "Tq3DLabel", kPage3, nullptr},
         {14, "TqAngleLabel", kPage3, nullptr},

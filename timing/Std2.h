@@ -1,9 +1,10 @@
 #pragma once
-// Unit Std2: the thread timer TqxTimer, the multimedia timer TqxMMTimer and Delay. Its
-// initialization creates the shared steel texture (componentbase/Steel.h) and its finalization
-// frees it.
+// Unit Std2: the thread timer TqxTimer, the multimedia timer TqxMMTimer, Delay and the program
+// launcher TqxRunProg. Its initialization creates the shared steel texture
+// (componentbase/Steel.h) and its finalization frees it.
 
 #include "timing/TqxMMTimer.h"
+#include "timing/TqxRunProg.h"
 #include "timing/TqxTimer.h"
 
 namespace qv {
