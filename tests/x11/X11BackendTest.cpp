@@ -383,4 +383,21 @@ TEST_F(X11BackendTest, WakeFromAnotherThreadEndsAWait) {
     EXPECT_LT(waited, std::chrono::seconds(5));
 }
 
+TEST_F(X11BackendTest, AWatchedPidfdEndsTheWaitAndRunsItsCallback) {
+    Application().ProcessMessages();
+    int error = 0;
+    std::optional<TChildProcess> child = TChildProcess::Spawn({"sh", "-c", "exit 9"}, error);
+    ASSERT_TRUE(child);
+    const int pidfd = child->PidFd();
+    std::optional<int> status;
+    m_x11->WatchFd(pidfd, [&] {
+        status = child->TryWait();
+        if (status) m_x11->UnwatchFd(pidfd);
+    });
+    // Without the watch these waits would only end after their ten seconds.
+    for (int i = 0; i < 100 && !status; ++i)
+        m_x11->WaitForEvents(10000);
+    EXPECT_EQ(status, 9);
+}
+
 } // namespace
