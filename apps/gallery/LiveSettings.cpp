@@ -159,6 +159,11 @@ std::vector<TShowcase> MakeShowcases() {
                                 std::string("Flat")),
           Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
          CountClicks});
+    // Process and splitter components.
+    all.push_back({"TqxRunProg",
+                   {Setting<TqxRunProg>("CmdLine", &TqxRunProg::CmdLine, &TqxRunProg::SetCmdLine,
+                                        std::string("sh -c \"sleep 1; exit 3\""))},
+                   {}});
     return all;
 }
 

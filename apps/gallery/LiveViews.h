@@ -16,6 +16,8 @@ namespace qv {
 class TqCalc;
 class TqxTimer;
 class TqxMMTimer;
+class TqxRunProg;
+class TqColorBtn;
 } // namespace qv
 
 namespace qv::gallery {
@@ -80,6 +82,26 @@ private:
 
     TqxMMTimer& m_timer;
     std::shared_ptr<TShared> m_shared;
+};
+
+// The program launcher with a Run button: the click runs its command line with a soft wait
+// (the gallery keeps running meanwhile) and the view shows the return code, 259 while the
+// program runs.
+class TRunProgView : public TNonVisualView {
+public:
+    TRunProgView(TComponent* owner, TqxRunProg& run);
+    std::vector<std::string> Lines() const override;
+    TqColorBtn& RunButton() const { return *m_button; }
+
+    static constexpr TSize DefaultSize{200, 96};
+
+protected:
+    int LinesTop(int lineHeight) const override;
+
+private:
+    TqxRunProg& m_run;
+    TqColorBtn* m_button;
+    bool m_running{false};
 };
 
 // "1.23 ms": a duration in milliseconds for the views.

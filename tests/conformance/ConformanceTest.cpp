@@ -15,6 +15,7 @@
 #include "platform/core/PropertyAccess.h"
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
+#include "timing/Std2.h"
 #include "utility/TqCalc.h"
 
 #include <gtest/gtest.h>
@@ -169,6 +170,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TCalcErrorEvent", &Recorder<TCalcErrorEvent>},
         {"TFindUserFunc", &Recorder<TFindUserFunc>},
         {"TUserFunc", &Recorder<TUserFunc>},
+        {"TqxError", &Recorder<TqxError>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())
