@@ -7,6 +7,7 @@
 #include "instruments/Qpanel.h"
 #include "platform/core/Component.h"
 #include "platform/core/DesignerRegistry.h"
+#include "splitters/Qsplit.h"
 #include "timing/Std2.h"
 #include "utility/Mystd.h"
 
@@ -45,8 +46,8 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {7, "TqDivider", kPage1, nullptr},
         {7, "TqMovePanel", kPage1, nullptr},
         {7, "TqScope", kPage1, nullptr},
-        {7, "TqVerSplit", kPage1, nullptr},
-        {8, "TqHorSplit", kPage1, nullptr},
+        {7, "TqVerSplit", kPage1, &TqVerSplit::StaticClassInfo},
+        {8, "TqHorSplit", kPage1, &TqHorSplit::StaticClassInfo},
         {8, "TqPanelMeter", kPage1, nullptr},
         {9, "TqCalc", kPage2, &TqCalc::StaticClassInfo},
         {9, "TqMinMax", kPage2, nullptr},

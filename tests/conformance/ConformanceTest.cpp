@@ -53,6 +53,9 @@ const std::map<std::string, std::set<std::string>> EventsRaisedWhileReading = {
     // (OnFindUserFunc, OnUserFunc precede CalcLine; OnOK and OnError follow it and are not
     // bound yet).
     {"TqCalc", {"OnFindUserFunc", "OnUserFunc"}},
+    // Splitters announce that they have been read.
+    {"TqVerSplit", {"OnBeforeShow"}},
+    {"TqHorSplit", {"OnBeforeShow"}},
 };
 
 std::vector<std::string> ExistingClasses() {
