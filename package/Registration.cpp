@@ -67,7 +67,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {15, "TqGradBtn", kPage3, nullptr},
         {16, "TqBitColBtn", kPage3, nullptr},
         {16, "TqIconColBtn", kPage3, nullptr},
-        {16, "TqMouseSpot", kPage3, nullptr},
+        {16, "TqMouseSpot", kPage3, &TqMouseSpot::StaticClassInfo},
         {17, "TqKnob", kPage3, &TqKnob::StaticClassInfo},
         {17, "TqDblKnob", kPage3, &TqDblKnob::StaticClassInfo},
         {17, "TqTripKnob", kPage3, &TqTripKnob::StaticClassInfo},
