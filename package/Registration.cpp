@@ -55,7 +55,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {9, "TqShowApp", kPage2, nullptr},
         {10, "TqSplashForm", kPage2, nullptr},
         {10, "TqTitleBar", kPage2, nullptr},
-        {11, "TqCompCanvas", kPage2, nullptr},
+        {11, "TqCompCanvas", kPage2, &TqCompCanvas::StaticClassInfo},
         {11, "TqxTimer", kPage2, &TqxTimer::StaticClassInfo},
         {12, "TqxMMTimer", kPage2, &TqxMMTimer::StaticClassInfo},
         {12, "TqxRunProg", kPage2, &TqxRunProg::StaticClassInfo},

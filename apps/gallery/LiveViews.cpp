@@ -3,6 +3,8 @@
 #include "platform/controls/Messages.h"
 #include "platform/core/TypeInfo.h"
 #include "buttons/TqColorBtn.h"
+#include "platform/controls/Panel.h"
+#include "timing/TqCompCanvas.h"
 #include "timing/TqxMMTimer.h"
 #include "timing/TqxRunProg.h"
 #include "timing/TqxTimer.h"
@@ -39,6 +41,8 @@ TNonVisualView* MakeNonVisualView(TComponent* owner, TComponent& shown) {
     if (auto* timer = dynamic_cast<TqxTimer*>(&shown)) return new TTimerTickView(owner, *timer);
     if (auto* timer = dynamic_cast<TqxMMTimer*>(&shown)) return new TLatenessView(owner, *timer);
     if (auto* run = dynamic_cast<TqxRunProg*>(&shown)) return new TRunProgView(owner, *run);
+    if (auto* lender = dynamic_cast<TqCompCanvas*>(&shown))
+        return new TCompCanvasView(owner, *lender);
     return new TNonVisualView(owner, shown);
 }
 
@@ -137,6 +141,17 @@ std::vector<std::string> TLatenessView::Lines() const {
     lines.push_back("Late p99 " + FormatMilliseconds(figures->p99) + " (" +
                     std::to_string(figures->ticks) + " ticks)");
     return lines;
+}
+
+// TCompCanvasView
+
+TCompCanvasView::TCompCanvasView(TComponent* owner, TqCompCanvas& lender)
+    : TNonVisualView(owner, lender), m_panel(new TPanel(owner)) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+    m_panel->SetParent(this);
+    m_panel->SetBounds(4, 22, DefaultSize.cx - 8, DefaultSize.cy - 26);
+    m_panel->SetBevelOuter(bvLowered);
+    lender.SetControlComponent(m_panel);
 }
 
 // TRunProgView

@@ -18,6 +18,8 @@ class TqxTimer;
 class TqxMMTimer;
 class TqxRunProg;
 class TqColorBtn;
+class TqCompCanvas;
+class TPanel;
 } // namespace qv
 
 namespace qv::gallery {
@@ -102,6 +104,19 @@ private:
     TqxRunProg& m_run;
     TqColorBtn* m_button;
     bool m_running{false};
+};
+
+// The composite canvas with the panel it draws on (its showcase's animation draws there).
+class TCompCanvasView : public TNonVisualView {
+public:
+    TCompCanvasView(TComponent* owner, TqCompCanvas& lender);
+    std::vector<std::string> Lines() const override { return {}; }
+    TPanel& Target() const { return *m_panel; }
+
+    static constexpr TSize DefaultSize{150, 80};
+
+private:
+    TPanel* m_panel;
 };
 
 // "1.23 ms": a duration in milliseconds for the views.
