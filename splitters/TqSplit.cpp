@@ -164,8 +164,8 @@ void TqSplit::EndDrag(int X, int Y) {
     if (!m_vertical && top != m_startTop) SetTop(top);
     const int maxLeft = m_container.Width() - Width();
     const int maxTop = m_container.Height() - Height();
-    SetBounds(std::max(0, std::min(Left(), maxLeft)), std::max(0, std::min(Top(), maxTop)),
-              Width(), Height());
+    SetBounds(std::max(0, std::min(Left(), maxLeft)), std::max(0, std::min(Top(), maxTop)), Width(),
+              Height());
     m_dragging = false;
     const int moved = m_vertical ? Left() - m_startLeft : Top() - m_startTop;
     m_container.SetWhere(m_container.WhereSplit() + moved);

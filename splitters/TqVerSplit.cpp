@@ -39,8 +39,8 @@ template <class C> TClassInfo SplitterClassInfo(const char* name, const TClassIn
         .Stored([](const C& c) { return !c.ParentColor(); });
     PublishControlProperties(b, {"Font"});
     b.Property("ParentColor", &C::ParentColor, &C::SetParentColor).Default(false);
-    PublishControlProperties(b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint",
-                                 "Visible"});
+    PublishControlProperties(b,
+                             {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint", "Visible"});
     b.Event("OnSplitChange", &C::OnSplitChange);
     b.Event("OnBeforeShow", &C::OnBeforeShow);
     PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",

@@ -1,7 +1,7 @@
 #pragma once
 // TqVerSplit: a two-pane container with a draggable bar (TqSplit) between a left and a right
-// pane; TqHorSplit (TqHorSplit.h) puts the bar across, panes above and below. WhereSplit is the bar's left
-// (top) edge; setting it clamps it into the container, moves the bar, shifts the child
+// pane; TqHorSplit (TqHorSplit.h) puts the bar across, panes above and below. WhereSplit is the
+// bar's left (top) edge; setting it clamps it into the container, moves the bar, shifts the child
 // controls by the distance (those at or beyond the old position as the right/bottom pane,
 // the others as the left/top pane, each side only while its MoveOnChange switch is on) and
 // always fires OnSplitChange. SplitterWidth is the bar's thickness: at least 6, even with

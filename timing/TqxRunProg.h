@@ -59,7 +59,8 @@ QV_ENUM_TYPE(TqxRunError, "qre_OK", "qre_MemoryError", "qre_FileNotFound", "qre_
              "qre_TaskError", "qre_WrongOpSystem", "qre_WrongFileFormat", "qre_networkerror",
              "qre_FileError", "qre_UnknownError")
 
-using TqxError = std::function<void(TObject* Sender, TqxRunError Error, std::int32_t RealErrorCode)>;
+using TqxError =
+    std::function<void(TObject* Sender, TqxRunError Error, std::int32_t RealErrorCode)>;
 QV_EVENT_TYPE(TqxError)
 
 // The result a classic error number reports.

@@ -1,9 +1,9 @@
 #include "LiveViews.h"
 
-#include "platform/controls/Messages.h"
-#include "platform/core/TypeInfo.h"
 #include "buttons/TqColorBtn.h"
+#include "platform/controls/Messages.h"
 #include "platform/controls/Panel.h"
+#include "platform/core/TypeInfo.h"
 #include "timing/TqCompCanvas.h"
 #include "timing/TqxMMTimer.h"
 #include "timing/TqxRunProg.h"

@@ -22,8 +22,7 @@ TWindowDC::TWindowDC(TWinControl& control) : m_control(control) {
 TWindowDC::TPlacement TWindowDC::Place() const {
     TPlacement place;
     place.form = GetParentForm(&m_control);
-    if (!place.form || !place.form->Visible() || place.form->FrameBuffer().IsEmpty())
-        return place;
+    if (!place.form || !place.form->Visible() || place.form->FrameBuffer().IsEmpty()) return place;
     const auto clientIn = [&](const TControl& c) {
         const TPoint o = place.form->ScreenToClient(c.ClientToScreen({0, 0}));
         const TRect client = c.ClientRect();

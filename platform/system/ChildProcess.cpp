@@ -5,8 +5,8 @@
 #include <fcntl.h>
 #include <mutex>
 #include <spawn.h>
-#include <sys/syscall.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -75,8 +75,8 @@ bool IsDirectory(const std::string& path) {
 
 } // namespace
 
-std::optional<TChildProcess> TChildProcess::Spawn(const std::vector<std::string>& argv,
-                                                  int& error, const TSpawnOptions& options) {
+std::optional<TChildProcess> TChildProcess::Spawn(const std::vector<std::string>& argv, int& error,
+                                                  const TSpawnOptions& options) {
     ReapDetachedChildren();
     error = 0;
     if (argv.empty() || argv.front().empty()) {
@@ -90,8 +90,8 @@ std::optional<TChildProcess> TChildProcess::Spawn(const std::vector<std::string>
     args.push_back(nullptr);
     const TSpawnSetup setup(options);
     pid_t pid = 0;
-    const int spawned = posix_spawnp(&pid, args[0], setup.Actions(), setup.Attr(), args.data(),
-                                     environ);
+    const int spawned =
+        posix_spawnp(&pid, args[0], setup.Actions(), setup.Attr(), args.data(), environ);
     if (spawned != 0) {
         error = spawned;
         return std::nullopt;

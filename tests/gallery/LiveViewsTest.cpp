@@ -5,13 +5,13 @@
 #include "GalleryForm.h"
 #include "TickStatistics.h"
 
+#include "buttons/TqColorBtn.h"
 #include "indicators/Qled.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "platform/controls/Clipboard.h"
 #include "platform/controls/Timer.h"
 #include "platform/core/DesignerRegistry.h"
-#include "buttons/TqColorBtn.h"
 #include "timing/Std2.h"
 #include "utility/TqCalc.h"
 

@@ -61,8 +61,7 @@ TEST(ChildProcess, ExitCodesAndSignalsBecomeTheExitStatus) {
 
 TEST(ChildProcess, TryWaitReportsOnlyAnEndedProgramAndThePidfdSignalsTheEnd) {
     int error = 0;
-    std::optional<TChildProcess> child = TChildProcess::Spawn({"sleep", "30"},
-                                                              error);
+    std::optional<TChildProcess> child = TChildProcess::Spawn({"sleep", "30"}, error);
     ASSERT_TRUE(child);
     EXPECT_FALSE(child->TryWait());
     EXPECT_GE(child->PidFd(), 0);

@@ -62,9 +62,9 @@ TEST_F(RunProg, ASoftWaitEndsWithTheExitCodeOr128PlusTheSignal) {
     EXPECT_EQ(Exit("sh -c \"kill -9 $$\""), 128u + SIGKILL);
     EXPECT_EQ(run->LastResultCode(), qre_OK);
     EXPECT_EQ(run->SavedErrorCode(), 0u);
-    EXPECT_EQ(events, (Events{"BeforeRun", "BeforeWait", "Finish", "BeforeRun", "BeforeWait",
-                              "Finish", "BeforeRun", "BeforeWait", "Finish", "BeforeRun",
-                              "BeforeWait", "Finish"}));
+    EXPECT_EQ(events,
+              (Events{"BeforeRun", "BeforeWait", "Finish", "BeforeRun", "BeforeWait", "Finish",
+                      "BeforeRun", "BeforeWait", "Finish", "BeforeRun", "BeforeWait", "Finish"}));
 }
 
 TEST_F(RunProg, FailedStartsReportTheClassicResultOnceAndNeverThrow) {
@@ -99,14 +99,26 @@ TEST_F(RunProg, FailedStartsReportTheClassicResultOnceAndNeverThrow) {
 }
 
 TEST(RunErrorTable, ClassicNumbersMapAsDefined) {
-    const std::vector<std::pair<std::uint32_t, TqxRunError>> table = {
-        {0, qre_OK},           {1, qre_FileNotFound},   {2, qre_FileNotFound},
-        {3, qre_PathNotFound}, {4, qre_FileError},      {5, qre_networkerror},
-        {6, qre_MemoryError},  {14, qre_MemoryError},   {15, qre_FileError},
-        {31, qre_FileError},   {32, qre_networkerror},  {36, qre_networkerror},
-        {37, qre_UnknownError}, {38, qre_FileError},    {52, qre_FileError},
-        {53, qre_networkerror}, {55, qre_networkerror}, {56, qre_UnknownError},
-        {87, qre_UnknownError}, {206, qre_UnknownError}};
+    const std::vector<std::pair<std::uint32_t, TqxRunError>> table = {{0, qre_OK},
+                                                                      {1, qre_FileNotFound},
+                                                                      {2, qre_FileNotFound},
+                                                                      {3, qre_PathNotFound},
+                                                                      {4, qre_FileError},
+                                                                      {5, qre_networkerror},
+                                                                      {6, qre_MemoryError},
+                                                                      {14, qre_MemoryError},
+                                                                      {15, qre_FileError},
+                                                                      {31, qre_FileError},
+                                                                      {32, qre_networkerror},
+                                                                      {36, qre_networkerror},
+                                                                      {37, qre_UnknownError},
+                                                                      {38, qre_FileError},
+                                                                      {52, qre_FileError},
+                                                                      {53, qre_networkerror},
+                                                                      {55, qre_networkerror},
+                                                                      {56, qre_UnknownError},
+                                                                      {87, qre_UnknownError},
+                                                                      {206, qre_UnknownError}};
     for (const auto& [code, result] : table)
         EXPECT_EQ(RunErrorOf(code), result) << code;
 }
