@@ -17,14 +17,16 @@ const TClassInfo& TqCompCanvas::StaticClassInfo() {
 TqCompCanvas::TqCompCanvas(TComponent* AOwner)
     : TComponent(AOwner), m_canvas(std::make_unique<TCanvas>()) {}
 
+// The form may already be going away with its controls: the context is released without
+// presenting.
 TqCompCanvas::~TqCompCanvas() {
-    if (m_drawing) StopDrawing(false);
+    if (m_drawing) StopDrawing(true);
     if (m_control) m_control->RemoveFreeNotification(this);
 }
 
 void TqCompCanvas::SetControlComponent(TWinControl* value) {
-    if (value == m_control) return;
     if (m_control && m_drawing) StopDrawing(false);
+    if (value == m_control) return;
     if (m_control) m_control->RemoveFreeNotification(this);
     m_control = value;
     if (m_control) m_control->FreeNotification(this);

@@ -37,7 +37,8 @@ public:
     void Notification(TComponent* AComponent, TOperation Operation) override;
 
 private:
-    // Ends drawing without raising; `controlGone` when the control is being destroyed.
+    // Ends drawing without raising; with `controlGone` (the control or this component is
+    // being destroyed) the drawing is dropped instead of presented.
     void StopDrawing(bool controlGone);
 
     std::unique_ptr<TCanvas> m_canvas;
