@@ -98,31 +98,6 @@ TEST_F(RunProg, FailedStartsReportTheClassicResultOnceAndNeverThrow) {
     fs::remove_all(dir);
 }
 
-TEST(RunErrorTable, ClassicNumbersMapAsDefined) {
-    const std::vector<std::pair<std::uint32_t, TqxRunError>> table = {{0, qre_OK},
-                                                                      {1, qre_FileNotFound},
-                                                                      {2, qre_FileNotFound},
-                                                                      {3, qre_PathNotFound},
-                                                                      {4, qre_FileError},
-                                                                      {5, qre_networkerror},
-                                                                      {6, qre_MemoryError},
-                                                                      {14, qre_MemoryError},
-                                                                      {15, qre_FileError},
-                                                                      {31, qre_FileError},
-                                                                      {32, qre_networkerror},
-                                                                      {36, qre_networkerror},
-                                                                      {37, qre_UnknownError},
-                                                                      {38, qre_FileError},
-                                                                      {52, qre_FileError},
-                                                                      {53, qre_networkerror},
-                                                                      {55, qre_networkerror},
-                                                                      {56, qre_UnknownError},
-                                                                      {87, qre_UnknownError},
-                                                                      {206, qre_UnknownError}};
-    for (const auto& [code, result] : table)
-        EXPECT_EQ(RunErrorOf(code), result) << code;
-}
-
 TEST_F(RunProg, ArgumentsReachTheProgramWithoutAShell) {
     const fs::path dir = fs::temp_directory_path() / ("qv-args-" + std::to_string(getpid()));
     fs::create_directories(dir);
