@@ -164,10 +164,8 @@ const std::uint32_t* SourceLine(const TPixelBuffer& src, const TSourceRun& rowRu
     return merged.data();
 }
 
-// dst = src without the top byte, eight pixels at a time; built for AVX2 as well, chosen at
-// load time where the processor has it, since the copy runs at the speed of its widest loads.
-__attribute__((target_clones("avx2", "default"))) void
-CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, std::size_t count) {
+// dst = src without the top byte, eight pixels at a time.
+void CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, std::size_t count) {
     typedef std::uint32_t TOctet __attribute__((vector_size(32), may_alias, aligned(4)));
     constexpr TOctet mask = {0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu,
                              0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu};

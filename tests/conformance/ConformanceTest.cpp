@@ -17,6 +17,7 @@
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
 #include "slidebar/Slidebar.h"
+#include "timing/Std2.h"
 #include "utility/TqCalc.h"
 
 #include <gtest/gtest.h>
@@ -54,6 +55,9 @@ const std::map<std::string, std::set<std::string>> EventsRaisedWhileReading = {
     // (OnFindUserFunc, OnUserFunc precede CalcLine; OnOK and OnError follow it and are not
     // bound yet).
     {"TqCalc", {"OnFindUserFunc", "OnUserFunc"}},
+    // Splitters announce that they have been read.
+    {"TqVerSplit", {"OnBeforeShow"}},
+    {"TqHorSplit", {"OnBeforeShow"}},
 };
 
 std::vector<std::string> ExistingClasses() {
@@ -173,6 +177,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TUserFunc", &Recorder<TUserFunc>},
         {"TqBackPaintEvent", &Recorder<TqBackPaintEvent>},
         {"TsSlideTickOwnerDraw", &Recorder<TsSlideTickOwnerDraw>},
+        {"TqxError", &Recorder<TqxError>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())
