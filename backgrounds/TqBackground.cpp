@@ -22,8 +22,7 @@ const TClassInfo& TqBackground::StaticClassInfo() {
             .Default(Defaults::Color);
         b.Property("EndColor", ColorType(), &TqBackground::EndColor, &TqBackground::SetEndColor)
             .Default(Defaults::EndColor);
-        b.Property("Bands", &TqBackground::Bands, &TqBackground::SetBands)
-            .Default(Defaults::Bands);
+        b.Property("Bands", &TqBackground::Bands, &TqBackground::SetBands).Default(Defaults::Bands);
         return b.Build();
     }();
     return info;

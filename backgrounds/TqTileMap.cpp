@@ -48,8 +48,7 @@ const TClassInfo& TqNWTileMap::StaticClassInfo() {
     return info;
 }
 
-TqNWTileMap::TqNWTileMap(TComponent* AOwner)
-    : TTileMapBase<TPassMouseOn<TGraphicControl>>(AOwner) {
+TqNWTileMap::TqNWTileMap(TComponent* AOwner) : TTileMapBase<TPassMouseOn<TGraphicControl>>(AOwner) {
     BitmapChanged();
 }
 

@@ -64,8 +64,7 @@ void TileBitmap(TCanvas& canvas, TBitmap& bitmap, int width, int height, TTileOr
     const TRect visible = Intersect(canvas.ClipRect(), {0, 0, width, height});
     if (visible.IsEmpty()) return;
     TBitmap block;
-    TBitmap& tile =
-        bitmap.Width() < kTileBlock || bitmap.Height() < kTileBlock ? block : bitmap;
+    TBitmap& tile = bitmap.Width() < kTileBlock || bitmap.Height() < kTileBlock ? block : bitmap;
     if (&tile == &block) FillBlock(bitmap, {visible.right, visible.bottom}, block);
     ForEachTile({width, height}, {tile.Width(), tile.Height()}, visible, order,
                 [&](int x, int y) { canvas.Draw(x, y, tile); });

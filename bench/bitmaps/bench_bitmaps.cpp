@@ -140,31 +140,29 @@ void Run(benchmark::State& state, const std::function<void(TBitmap&, TBitmap&)>&
 
 void Register(const std::string& name, std::function<void(TBitmap&, TBitmap&)> ours,
               std::function<void(TBitmap&, TBitmap&)> naive) {
-    benchmark::RegisterBenchmark(name.c_str(), [ours](benchmark::State& s) { Run(s, ours); })
-        ->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark(name.c_str(), [ours](benchmark::State& s) {
+        Run(s, ours);
+    })->Unit(benchmark::kMicrosecond);
     if (naive)
-        benchmark::RegisterBenchmark((name + " naive").c_str(),
-                                     [naive](benchmark::State& s) { Run(s, naive); })
-            ->Unit(benchmark::kMicrosecond);
+        benchmark::RegisterBenchmark((name + " naive").c_str(), [naive](benchmark::State& s) {
+            Run(s, naive);
+        })->Unit(benchmark::kMicrosecond);
 }
 
 const std::vector<std::string>& RoutineNames() {
     static const std::vector<std::string> names = {
-        "DarkenBMP",    "LightenBMP",     "GreyBMP",       "RasterBMP",    "BMPRotate 90",
-        "BMPRotate 180", "BMPRotate 45",  "FlipBMP",       "MirrorBMP",    "ReplaceColor",
-        "TransparentBlt"};
+        "DarkenBMP",    "LightenBMP", "GreyBMP",   "RasterBMP",    "BMPRotate 90",  "BMPRotate 180",
+        "BMPRotate 45", "FlipBMP",    "MirrorBMP", "ReplaceColor", "TransparentBlt"};
     return names;
 }
 
 void RegisterAll() {
-    benchmark::RegisterBenchmark("memcpy",
-                                 [](benchmark::State& s) {
-                                     Run(s, [](TBitmap& b, TBitmap& other) {
-                                         std::memcpy(other.Pixels().Row(0), b.Pixels().Row(0),
-                                                     std::size_t{kWidth} * kHeight * 4);
-                                     });
-                                 })
-        ->Unit(benchmark::kMicrosecond);
+    benchmark::RegisterBenchmark("memcpy", [](benchmark::State& s) {
+        Run(s, [](TBitmap& b, TBitmap& other) {
+            std::memcpy(other.Pixels().Row(0), b.Pixels().Row(0),
+                        std::size_t{kWidth} * kHeight * 4);
+        });
+    })->Unit(benchmark::kMicrosecond);
     Register(
         "DarkenBMP", [](TBitmap& b, TBitmap&) { DarkenBMP(b, 30, false, 0); },
         [](TBitmap& b, TBitmap&) { NaiveShift(b, -NaiveAmount(30)); });

@@ -66,8 +66,8 @@ protected:
         if (differing == 0) return ::testing::AssertionSuccess();
         return ::testing::AssertionFailure()
                << differing << " pixels differ; pictures written: "
-               << test::WritePixelEvidence(std::string(QV_TEST_OUT) + "/backgrounds", name,
-                                           actual, expected);
+               << test::WritePixelEvidence(std::string(QV_TEST_OUT) + "/backgrounds", name, actual,
+                                           expected);
     }
     std::unique_ptr<TPackageScope> package;
     std::unique_ptr<TForm> form;

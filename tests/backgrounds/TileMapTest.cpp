@@ -82,7 +82,7 @@ TEST(Tiles, WalkColumnsOrRowsOuterAndOnlyWhatIsVisible) {
 TEST(Tiles, TiledPaintEqualsDrawingEveryTile) {
     for (auto [w, h] : {std::pair{1, 1}, std::pair{5, 3}, std::pair{63, 70}, std::pair{70, 65}}) {
         TBitmap tile(w, h);
-    Randomize(tile, static_cast<unsigned>(w * 100 + h));
+        Randomize(tile, static_cast<unsigned>(w * 100 + h));
         for (bool mono : {false, true}) {
             tile.SetMonochrome(mono);
             for (TRect clip : {TRect{0, 0, 203, 151}, TRect{37, 11, 190, 140}}) {

@@ -29,8 +29,8 @@ TPixelBuffer ExpectedFace(int W, int H, gradType type, int N, TColor start, TCol
         for (int i = 0; i <= N; ++i) {
             const int extent = type == gVert ? B : R;
             const int a = MulDiv(i, extent, N + 1), e = MulDiv(i + 1, extent, N + 1);
-            fill(BandColor(colors, i, N), type == gVert ? TRect{p, a + p, p + R, e + p}
-                                                        : TRect{a + p, p, e + p, p + B});
+            fill(BandColor(colors, i, N),
+                 type == gVert ? TRect{p, a + p, p + R, e + p} : TRect{a + p, p, e + p, p + B});
         }
         return b.Pixels();
     }
@@ -82,9 +82,9 @@ TEST_F(ButtonTest, GradientFaceFollowsTheBandLoopsUpAndPressed) {
         gradType type;
         int bands;
     };
-    for (const TCase& t : {TCase{41, 21, gVert, 1}, TCase{41, 21, gVert, 75},
-                           TCase{57, 30, gHorz, 9}, TCase{40, 31, gHorz, 200},
-                           TCase{60, 25, gCenter, 75}, TCase{33, 40, gCenter, 3}}) {
+    for (const TCase& t :
+         {TCase{41, 21, gVert, 1}, TCase{41, 21, gVert, 75}, TCase{57, 30, gHorz, 9},
+          TCase{40, 31, gHorz, 200}, TCase{60, 25, gCenter, 75}, TCase{33, 40, gCenter, 3}}) {
         auto* b = NewGradBtn(form, t.W, t.H, t.type, t.bands);
         const std::string name = std::to_string(t.W) + "x" + std::to_string(t.H) + "-" +
                                  std::to_string(t.type) + "-" + std::to_string(t.bands);
@@ -113,7 +113,9 @@ TEST_F(ButtonTest, GradientOfOneBandOn21RowsAndTheRawBytesOfTheDefaultEnd) {
     b->SetEnabled(false); // no bevel, no focus rectangle
     const TPixelBuffer p = Picture(*b);
     for (int y = 0; y < 21; ++y)
-        EXPECT_EQ(p.At(15, y), ColorToPixel(y < 10 ? kStart : y < 20 ? RGB(15, 0, 0) : kStart))
+        EXPECT_EQ(p.At(15, y), ColorToPixel(y < 10   ? kStart
+                                            : y < 20 ? RGB(15, 0, 0)
+                                                     : kStart))
             << y;
     EXPECT_EQ(p.At(29, 5), ColorToPixel(kStart)); // the last column lies outside R
 }
@@ -170,7 +172,8 @@ TEST_F(ButtonTest, GradientButtonPublishesItsOwnPropertiesLast) {
     std::vector<std::string> last;
     for (auto it = props.end() - 5; it != props.end(); ++it)
         last.push_back((*it)->name);
-    EXPECT_EQ(last, (std::vector<std::string>{"Color", "FillType", "EndColor", "Bands", "OnPaint"}));
+    EXPECT_EQ(last,
+              (std::vector<std::string>{"Color", "FillType", "EndColor", "Bands", "OnPaint"}));
     TqGradBtn b(nullptr);
     EXPECT_EQ(b.FillType(), gVert);
     EXPECT_EQ(b.EndColor(), clBtnFace);
