@@ -47,7 +47,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {7, "TqScope", kPage1, nullptr},
         {7, "TqVerSplit", kPage1, nullptr},
         {8, "TqHorSplit", kPage1, nullptr},
-        {8, "TqPanelMeter", kPage1, nullptr},
+        {8, "TqPanelMeter", kPage1, &TqPanelMeter::StaticClassInfo},
         {9, "TqCalc", kPage2, &TqCalc::StaticClassInfo},
         {9, "TqMinMax", kPage2, nullptr},
         {9, "TqHint", kPage2, nullptr},
