@@ -5,6 +5,7 @@
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
+#include "instruments/Qpanel2.h"
 #include "platform/core/Component.h"
 #include "platform/core/DesignerRegistry.h"
 #include "timing/Std2.h"
@@ -85,7 +86,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {23, "TqxArrowHead", kPage4, nullptr},
         {24, "TqxCreditScroll", kPage4, nullptr},
         {24, "TqxAnalogClock", kPage4, nullptr},
-        {25, "TqxDinMeter", kPage4, nullptr},
+        {25, "TqxDinMeter", kPage4, &TqxDinMeter::StaticClassInfo},
         {25, "TqxSpectrum", kPage4, nullptr},
         {26, "TqxColorComboBox", kPage4, nullptr},
         {26, "TqxFontComboBox", kPage4, nullptr},

@@ -1,0 +1,3 @@
+#pragma once
+// Unit Qpanel2: the analog clock and the DIN meter.
+#include "instruments/TqxDinMeter.h"
