@@ -33,14 +33,6 @@ const TTypeInfo& QxDecNumType() {
     static const TTypeInfo info = TTypeInfo::Integer("qxDecNum", 0, 5);
     return info;
 }
-const TTypeInfo& QxOffSetNumberType() {
-    static const TTypeInfo info = TTypeInfo::Integer("qxOffSetNumber", 0, 50);
-    return info;
-}
-const TTypeInfo& QxOffSetDotType() {
-    static const TTypeInfo info = TTypeInfo::Integer("qxOffSetDot", 0, 50);
-    return info;
-}
 const TTypeInfo& QxFrameWidthType() {
     static const TTypeInfo info = TTypeInfo::Integer("qxFrameWidth", 4, 25);
     return info;

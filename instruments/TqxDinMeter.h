@@ -11,6 +11,7 @@
 
 #include "componentbase/EnterLeaveEvents.h"
 #include "componentbase/PaintFrame.h"
+#include "instruments/DialTypes.h"
 #include "platform/controls/WinControl.h"
 #include "platform/graphics/Bitmap.h"
 
@@ -23,10 +24,8 @@ enum qxScaleType { st0, st2, st3, st6, st11 };
 QV_ENUM_TYPE(qxScaleType, "st0", "st2", "st3", "st6", "st11")
 
 // The subrange types of the DIN meter's properties.
-const TTypeInfo& QxDecNumType();      // DigitsAfterPoint: 0..5
-const TTypeInfo& QxOffSetNumberType(); // 0..50
-const TTypeInfo& QxOffSetDotType();    // 0..50
-const TTypeInfo& QxFrameWidthType();   // 4..25
+const TTypeInfo& QxDecNumType();    // DigitsAfterPoint: 0..5
+const TTypeInfo& QxFrameWidthType(); // 4..25
 
 class TqxDinMeter : public TEnterLeaveEvents<TGraphicControl> {
     QV_OBJECT

@@ -85,7 +85,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {23, "TqxHairLine", kPage4, nullptr},
         {23, "TqxArrowHead", kPage4, nullptr},
         {24, "TqxCreditScroll", kPage4, nullptr},
-        {24, "TqxAnalogClock", kPage4, nullptr},
+        {24, "TqxAnalogClock", kPage4, &TqxAnalogClock::StaticClassInfo},
         {25, "TqxDinMeter", kPage4, &TqxDinMeter::StaticClassInfo},
         {25, "TqxSpectrum", kPage4, nullptr},
         {26, "TqxColorComboBox", kPage4, nullptr},
