@@ -96,7 +96,8 @@ void TqPanelMeter::UpdateAlert() {
 }
 
 void TqPanelMeter::SetAlert(int value) {
-    m_alert = IsLoading() ? value : m_range.Clamp(value);
+    m_alertRead = IsLoading();
+    m_alert = m_alertRead ? value : m_range.Clamp(value);
     Invalidate();
 }
 
@@ -113,11 +114,14 @@ void TqPanelMeter::SetScaledMax(int value) {
     Invalidate();
 }
 
-// Min, Max, Alert and Value were stored as read; they settle here, without events.
+// Min, Max, Alert and Value were stored as read; they settle here as the setters would have
+// settled them in the file's order, without events. Alert is clamped only if it was read: the
+// range setters leave an Alert outside the range as it is.
 void TqPanelMeter::Loaded() {
     TEnterLeaveEvents<TGraphicControl>::Loaded();
     m_range.Loaded();
-    m_alert = m_range.Clamp(m_alert);
+    if (m_alertRead) m_alert = m_range.Clamp(m_alert);
+    m_alertRead = false;
     m_value = m_range.Clamp(m_value);
 }
 

@@ -152,6 +152,7 @@ private:
     int m_scaleWidth{Defaults::ScaleWidth};
     bool m_steelLook{Defaults::SteelLook};
     bool m_inAlert{false};
+    bool m_alertRead{false}; // Alert was read from a form file and waits for Loaded
     TPaintFrame m_frame;
 };
 

@@ -104,16 +104,17 @@ const TClassInfo& TqxAnalogClock::StaticClassInfo() {
         b.Property("HandTypeMin", &C::HandTypeMin, &C::SetMHT).Default(Defaults::HandTypeMin);
         PublishControlProperties(b, {"Width"});
         b.Default(Defaults::Size);
-        PublishControlProperties(b, {"Cursor", "Enabled", "Font", "Hint", "Left", "ParentColor",
-                                     "ParentFont", "ParentShowHint", "PopupMenu", "ShowHint",
-                                     "Top", "Visible"});
+        PublishControlProperties(b, {"Cursor", "Enabled", "Font", "Hint", "Left"});
+        // The constructor sets Color and the font's colour: neither follows the parent.
+        b.Property("ParentColor", &C::ParentColor, &C::SetParentColor).Default(false);
+        b.Property("ParentFont", &C::ParentFont, &C::SetParentFont).Default(false);
+        PublishControlProperties(b, {"ParentShowHint", "PopupMenu", "ShowHint", "Top", "Visible"});
         b.Event("OnMouseEnter", &C::OnMouseEnter);
         b.Event("OnMouseLeave", &C::OnMouseLeave);
         b.Event("OnPaint", &C::OnPaint);
         b.Event("OnTimeChange", &C::OnTimeChange);
         PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
-                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp",
-                                     "OnStartDrag"});
+                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp"});
         return b.Build();
     }();
     return info;

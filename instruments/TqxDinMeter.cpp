@@ -81,15 +81,16 @@ const TClassInfo& TqxDinMeter::StaticClassInfo() {
         b.Property("Caption1", &M::Caption1, &M::SetCaption1);
         b.Object("Caption1Font", &M::Caption1Font);
         b.Object("Caption2Font", &M::Caption2Font);
-        PublishControlProperties(b, {"DragMode", "DragCursor", "Cursor", "Font", "Hint", "Left",
-                                     "ParentColor", "ParentFont", "ParentShowHint", "PopupMenu",
-                                     "ShowHint", "Top", "Visible"});
+        PublishControlProperties(b, {"DragMode", "DragCursor", "Cursor", "Font", "Hint", "Left"});
+        // The constructor sets Color: it does not follow the parent.
+        b.Property("ParentColor", &M::ParentColor, &M::SetParentColor).Default(false);
+        PublishControlProperties(b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint",
+                                     "Top", "Visible"});
         b.Event("OnMouseEnter", &M::OnMouseEnter);
         b.Event("OnMouseLeave", &M::OnMouseLeave);
         b.Event("OnPaint", &M::OnPaint);
         PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
-                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp",
-                                     "OnStartDrag"});
+                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp"});
         return b.Build();
     }();
     return info;
