@@ -51,7 +51,10 @@ const TClassInfo& TqxAnalogClock::StaticClassInfo() {
         PublishControlProperties(b, {"DragMode", "DragCursor"});
         b.Property("NumStyle4", &C::NumStyle4, &C::SetNumS).Default(Defaults::NumStyle4);
         b.Property("ShowSeconds", &C::ShowSeconds, &C::SetSek).Default(Defaults::ShowSeconds);
-        b.Object("FaceBitmap", &C::FaceBitmap);
+        // The empty face is the 1 x 1 bitmap the clock starts with: it is not written.
+        b.Object("FaceBitmap", &C::FaceBitmap).Stored([](const C& c) {
+            return static_cast<long long>(c.FaceBitmap()->Width()) * c.FaceBitmap()->Height() > 1;
+        });
         b.Property("BevelWidth", &C::BevelWidth, &C::SetBevel).Default(Defaults::BevelWidth);
         b.Property("BevelInner", &C::BevelInner, &C::SetInner).Default(Defaults::BevelInner);
         b.Property("BevelOuter", &C::BevelOuter, &C::SetOuter).Default(Defaults::BevelOuter);

@@ -72,7 +72,9 @@ const TClassInfo& TqxDinMeter::StaticClassInfo() {
             .Default(Defaults::FrameColor);
         b.Property("FrameWidth", QxFrameWidthType(), &M::FrameWidth, &M::SetFrameWidth)
             .Default(Defaults::FrameWidth);
-        b.Object("FaceBitmap", &M::FaceBitmap);
+        b.Object("FaceBitmap", &M::FaceBitmap).Stored([](const M& m) {
+            return !m.FaceBitmap()->Empty();
+        });
         PublishControlProperties(b, {"Width"});
         b.Default(Defaults::Size);
         b.Property("Caption2X", &M::Caption2X, &M::SetCaption2X).Default(Defaults::Caption2X);
