@@ -147,7 +147,7 @@ std::vector<TShowcase> MakeShowcases() {
          {Setting<TqxDinMeter>("Caption1", &TqxDinMeter::Caption1, &TqxDinMeter::SetCaption1,
                                std::string("bar")),
           Setting<TqxDinMeter>("ScaleType", &TqxDinMeter::ScaleType, &TqxDinMeter::SetScaleType,
-                               st11)},
+                               st6)},
          {}});
     all.push_back(
         {"TqxTimer",

@@ -7,6 +7,8 @@
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
+#include "instruments/Qpanel2.h"
+#include "platform/core/DateTime.h"
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
@@ -142,6 +144,45 @@ void BM_DblKnobDrag(benchmark::State& s) {
 void BM_TripKnobDrag(benchmark::State& s) {
     DragCost<TqTripKnob>(s);
 }
+
+// The meters and the analog clock; the clock on a fixed time, so that every paint draws the
+// same hands and its own timer finds nothing to do.
+void BM_PanelMeter(benchmark::State& s) {
+    PaintCost<TqPanelMeter>(s, [](TqPanelMeter& c) { c.SetCaption("Load"), c.SetValue(80); });
+}
+void BM_DinMeter(benchmark::State& s) {
+    PaintCost<TqxDinMeter>(s, [](TqxDinMeter& c) { c.SetCaption1("bar"), c.SetValue(60); });
+}
+TClockSource TenPastTen() {
+    return [] { return EncodeDate(2024, 5, 6) + EncodeTime(10, 10, 30, 0); };
+}
+void BM_AnalogClock(benchmark::State& s) {
+    TScopedClock clock(TenPastTen());
+    PaintCost<TqxAnalogClock>(s, [](TqxAnalogClock&) {});
+}
+void BM_AnalogClockRoman3D(benchmark::State& s) {
+    TScopedClock clock(TenPastTen());
+    PaintCost<TqxAnalogClock>(s, [](TqxAnalogClock& c) {
+        c.SetClockStyle(csRomanDot), c.SetUse3D(true), c.SetFont3D(true);
+    });
+}
+// A tick of the clock's timer that finds the same second: no repaint.
+void BM_AnalogClockIdleTick(benchmark::State& s) {
+    TScopedClock clock(TenPastTen());
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 200, 200);
+    form.Show();
+    auto* c = new TqxAnalogClock(&form);
+    c->SetParent(&form);
+    form.PaintPending();
+    for (auto _ : s)
+        c->DoTimer(c);
+}
+BENCHMARK(BM_PanelMeter)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DinMeter)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AnalogClock)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AnalogClockRoman3D)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AnalogClockIdleTick)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK(BM_ColorBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_NWColorBtnGlass)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
