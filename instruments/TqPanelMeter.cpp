@@ -165,9 +165,15 @@ void TqPanelMeter::Steel() {
     m_highColor = Defaults::SteelHigh;
 }
 
-void TqPanelMeter::CMFontChanged(TMessage&) { Invalidate(); }
+void TqPanelMeter::CMFontChanged(TMessage&) {
+    m_dial.Invalidate();
+    Invalidate();
+}
 void TqPanelMeter::CMTextChanged(TMessage&) { Invalidate(); }
-void TqPanelMeter::CMSysColorChange(TMessage&) { Invalidate(); }
+void TqPanelMeter::CMSysColorChange(TMessage&) {
+    m_dial.Invalidate(); // system colours may stand for other pixels now
+    Invalidate();
+}
 
 // Painting.
 
@@ -182,10 +188,39 @@ struct TqPanelMeter::TGeometry {
     }
 };
 
-// The housing's fill falls on white: a hatch leaves white between its lines.
+namespace {
+// Larger dials are drawn straight into the picture on every paint instead of being kept.
+constexpr long long kMaxCachedPixels = 1LL << 22;
+} // namespace
+
+TqPanelMeter::TDialLook TqPanelMeter::DialLook() const {
+    return {Width(),       Height(),     m_houseColor,  m_houseStyle, m_steelLook,
+            m_shadowColor, m_highColor,  m_faceColor,   m_normalColor, m_alertColor,
+            m_hand,        m_showAll,    m_useAlert,    m_ticks,      m_panelType,
+            m_stepPerTick, m_alert,      Min(),         Max(),        m_scaleWidth,
+            Caption()};
+}
+
+// Everything but the needle is kept between paints while its look holds; the needle is drawn
+// last, so the pixels are those of drawing it all in one go.
 void TqPanelMeter::Paint() {
     if (m_steelLook) Steel();
     TCanvas& c = m_frame.Begin(*this, Canvas(), TFrameBackground::Flat(clWhite));
+    if (static_cast<long long>(Width()) * Height() <= kMaxCachedPixels) {
+        c.Draw(0, 0, m_dial.Picture(DialLook(), Width(), Height(), [this](TCanvas& dial) {
+            dial.Brush().SetColor(clWhite);
+            dial.FillRect({0, 0, Width(), Height()});
+            PaintDial(dial);
+        }));
+    } else {
+        PaintDial(c);
+    }
+    PaintNeedle(c, TGeometry(Width() - 1, Height() - 1));
+    m_frame.End(*this, Canvas(), OnPaint);
+}
+
+// The housing's fill falls on white: a hatch leaves white between its lines.
+void TqPanelMeter::PaintDial(TCanvas& c) const {
     c.Pen().SetColor(clBlack);
     c.Brush().SetColor(m_houseColor);
     c.Brush().SetStyle(m_houseStyle);
@@ -200,7 +235,6 @@ void TqPanelMeter::Paint() {
     static constexpr std::array<TOuterEdges, 3> edges = {TOuterEdges::All, TOuterEdges::TopBottom,
                                                          TOuterEdges::LeftRight};
     PaintHousing(c, Width() - 1, Height() - 1, edges[m_panelType]);
-    m_frame.End(*this, Canvas(), OnPaint);
 }
 
 void TqPanelMeter::PaintHousing(TCanvas& c, int W, int H, TOuterEdges edges) const {
@@ -211,7 +245,6 @@ void TqPanelMeter::PaintHousing(TCanvas& c, int W, int H, TOuterEdges edges) con
     PaintFace(c, g);
     if (m_showAll) PaintBaseLines(c, g);
     PaintScale(c, g);
-    PaintNeedle(c, g);
 }
 
 // Light on the outer top and left edges, dark on the bottom and right ones; the edge housings

@@ -12,6 +12,7 @@
 // angle p + 310 degrees clockwise from the top, x = W div 2 + Round(sin * (W div 2)),
 // y = H div 2 + 2 hy - Round(cos * (H div 2)).
 
+#include "componentbase/CachedFace.h"
 #include "componentbase/EnterLeaveEvents.h"
 #include "componentbase/PaintFrame.h"
 #include "componentbase/Scale.h"
@@ -120,6 +121,23 @@ protected:
 private:
     enum class TOuterEdges { All, TopBottom, LeftRight };
     struct TGeometry;
+    // Everything the picture under the needle depends on (the font through CMFontChanged).
+    struct TDialLook {
+        int width, height;
+        TColor house;
+        TBrushStyle houseStyle;
+        bool steel;
+        TColor shadow, high, face, normal, alert, hand;
+        bool showAll, useAlert, ticks;
+        qPanelType panelType;
+        int step, alertValue, min, max, scaleWidth;
+        std::string caption;
+        bool operator==(const TDialLook&) const = default;
+    };
+
+    TDialLook DialLook() const;
+    // Housing, face, caption and scale: all but the needle, on a canvas with fresh tools.
+    void PaintDial(TCanvas& canvas) const;
 
     void PaintHousing(TCanvas& canvas, int W, int H, TOuterEdges edges) const;
     void PaintOuterBevel(TCanvas& canvas, int W, int H, TOuterEdges edges) const;
@@ -154,6 +172,7 @@ private:
     bool m_inAlert{false};
     bool m_alertRead{false}; // Alert was read from a form file and waits for Loaded
     TPaintFrame m_frame;
+    TCachedFace<TDialLook> m_dial;
 };
 
 } // namespace qv

@@ -129,7 +129,10 @@ TqxAnalogClock::TqxAnalogClock(TComponent* AOwner)
     SetColor(Defaults::Color);
     Font()->SetColor(Defaults::FontColor);
     m_faceBitmap->SetSize(1, 1);
-    m_faceBitmap->OnChange = [this](TObject*) { Invalidate(); };
+    m_faceBitmap->OnChange = [this](TObject*) {
+        m_dial.Invalidate();
+        Invalidate();
+    };
     SetBounds(Left(), Top(), Defaults::Size, Defaults::Size);
     IsNew();
     m_timer = new TqxTimer(this);
@@ -189,6 +192,7 @@ void TqxAnalogClock::SetNumS(bool value) { Store(*this, m_numStyle4, value); }
 void TqxAnalogClock::SetSek(bool value) { Store(*this, m_showSeconds, value); }
 void TqxAnalogClock::SetBitmap(const TBitmap& value) {
     m_faceBitmap->Assign(value);
+    m_dial.Invalidate();
     Invalidate();
 }
 void TqxAnalogClock::SetBevel(int value) { Store(*this, m_bevelWidth, value); }
@@ -232,20 +236,47 @@ void TqxAnalogClock::SetBounds(int ALeft, int ATop, int AWidth, int) {
     TEnterLeaveEvents<TCustomPanel>::SetBounds(ALeft, ATop, AWidth, AWidth);
 }
 
-void TqxAnalogClock::CMFontChanged(TMessage&) { Invalidate(); }
+void TqxAnalogClock::CMFontChanged(TMessage&) {
+    m_dial.Invalidate();
+    Invalidate();
+}
 
 // The picture covers every pixel: nothing is erased first.
 void TqxAnalogClock::WMEraseBkgnd(TMessage& Message) { Message.Result = 1; }
 
 // Painting.
 
-void TqxAnalogClock::Paint() {
-    m_frame.Paint(
-        *this, Canvas(), TFrameBackground::Flat(Color()), [this](TCanvas& c) { DrawClock(c); },
-        OnPaint);
+namespace {
+// Larger dials are drawn straight into the picture on every paint instead of being kept.
+constexpr long long kMaxCachedPixels = 1LL << 22;
+} // namespace
+
+TqxAnalogClock::TDialLook TqxAnalogClock::DialLook() const {
+    return {Width(),      Color(),     m_faceColor,  m_dotColor,      m_shadowColor,
+            m_highLightColor, m_numStyle4, m_raised,  m_use3D,        m_useFont3D,
+            m_bevelWidth, m_bevelInner, m_bevelOuter, m_dotType,      m_clockStyle,
+            m_dotSize,    m_offSetNumbers, m_offSetDots};
 }
 
-void TqxAnalogClock::DrawClock(TCanvas& c) {
+// The dial is kept between paints while its look holds; the hands are drawn over it.
+void TqxAnalogClock::Paint() {
+    TCanvas& c = m_frame.Begin(*this, Canvas(), TFrameBackground::Flat(Color()));
+    if (static_cast<long long>(Width()) * Height() <= kMaxCachedPixels)
+        c.Draw(0, 0, m_dial.Picture(DialLook(), Width(), Height(), [this](TCanvas& dial) {
+            DrawDial(dial);
+        }));
+    else
+        DrawDial(c);
+    c.SetFont(*Font());
+    DrawHour(c);
+    DrawMinut(c);
+    if (m_showSeconds) DrawSec(c);
+    m_frame.End(*this, Canvas(), OnPaint);
+}
+
+void TqxAnalogClock::DrawDial(TCanvas& c) {
+    c.Brush().SetColor(Color());
+    c.FillRect({0, 0, Width(), Height()});
     c.SetFont(*Font());
     c.Brush().SetColor(m_faceColor);
     c.Ellipse(0, 0, Width(), Height());
@@ -253,9 +284,8 @@ void TqxAnalogClock::DrawClock(TCanvas& c) {
         DrawFaceBitmap(c);
     DrawBevels(c);
     DrawMarks(c);
-    DrawHour(c);
-    DrawMinut(c);
-    if (m_showSeconds) DrawSec(c);
+    c.Brush().SetStyle(bsSolid);
+    c.Pen().SetColor(clBlack);
 }
 
 // The face bitmap tiled from (0, 0), whitened outside the dial, then copied with white

@@ -11,6 +11,7 @@
 //
 // Angles start at 3 o'clock and run clockwise (y downwards); every coordinate is truncated.
 
+#include "componentbase/CachedFace.h"
 #include "componentbase/EnterLeaveEvents.h"
 #include "componentbase/PaintFrame.h"
 #include "instruments/DialTypes.h"
@@ -205,7 +206,22 @@ protected:
 
 private:
     struct THand;
-    void DrawClock(TCanvas& canvas);
+    // Everything the dial under the hands depends on; the font and the face bitmap forget the
+    // kept dial when they change.
+    struct TDialLook {
+        int width;
+        TColor color, face, dot, shadow, high;
+        bool numStyle4, raised, use3D, useFont3D;
+        int bevelWidth;
+        TBevelCut inner, outer;
+        qxClockDotType dotType;
+        qxClockStyle style;
+        int dotSize, offSetNumbers, offSetDots;
+        bool operator==(const TDialLook&) const = default;
+    };
+    TDialLook DialLook() const;
+    // The background, the dial, its picture, bevels and marks, on a canvas with fresh tools.
+    void DrawDial(TCanvas& canvas);
     void DrawFaceBitmap(TCanvas& canvas);
     void DrawBevels(TCanvas& canvas) const;
     void DrawMarks(TCanvas& canvas) const;
@@ -257,6 +273,7 @@ private:
     TBitmap m_work;     // the face bitmap tiled and cut to the dial
     TqxTimer* m_timer{nullptr}; // owned through the owner tree
     TPaintFrame m_frame;
+    TCachedFace<TDialLook> m_dial;
 };
 
 } // namespace qv

@@ -103,7 +103,10 @@ TqxDinMeter::TqxDinMeter(TComponent* AOwner)
       m_caption1Font(std::make_unique<TFont>()), m_caption2Font(std::make_unique<TFont>()) {
     SetOpaqueStyle(*this, true);
     SetColor(Defaults::Color);
-    const auto repaint = [this](TObject*) { Invalidate(); };
+    const auto repaint = [this](TObject*) {
+        m_dial.Invalidate();
+        Invalidate();
+    };
     m_faceBitmap->OnChange = repaint;
     m_caption1Font->OnChange = repaint;
     m_caption2Font->OnChange = repaint;
@@ -190,6 +193,12 @@ void TqxDinMeter::SetFrameWidth(int value) {
 }
 void TqxDinMeter::SetFaceBitmap(const TBitmap& value) {
     m_faceBitmap->Assign(value);
+    m_dial.Invalidate();
+    Invalidate();
+}
+
+void TqxDinMeter::CMFontChanged(TMessage&) {
+    m_dial.Invalidate();
     Invalidate();
 }
 void TqxDinMeter::SetCaption2X(std::uint16_t value) { Store(*this, m_caption2X, value); }
@@ -228,17 +237,38 @@ TRect TqxDinMeter::FaceRect() const {
     return {m_frameWidth, m_frameWidth, Width() - m_frameWidth, Height() - m_frameWidth};
 }
 
+namespace {
+// Larger meters are drawn straight into the picture on every paint instead of being kept.
+constexpr long long kMaxCachedPixels = 1LL << 22;
+} // namespace
+
+TqxDinMeter::TDialLook TqxDinMeter::DialLook() const {
+    return {Width(),      m_drawScale,   m_steelLook,    m_digits,     m_scaleType,
+            m_scaleColor, m_offSetNumbers, m_offSetDots, m_dotLength,  m_min,
+            m_max,        m_shadowColor, m_highLightColor, Color(),    m_frameColor,
+            m_frameWidth, m_caption2X,   m_caption2Y,    m_caption1,   m_caption2};
+}
+
+// All but the needle is kept between paints while its look holds; the needle comes last.
 void TqxDinMeter::Paint() {
-    m_frame.Paint(
-        *this, Canvas(), TFrameBackground::FlatOrSteel(m_frameColor, m_steelLook),
-        [this](TCanvas& c) {
-            PaintFrame(c);
-            PaintFaceFill(c);
-            PaintCaptions(c);
-            if (m_drawScale) PaintFace(c);
-            PaintNeedle(c);
-        },
-        OnPaint);
+    const TFrameBackground background = TFrameBackground::FlatOrSteel(m_frameColor, m_steelLook);
+    TCanvas& c = m_frame.Begin(*this, Canvas(), background);
+    if (static_cast<long long>(Width()) * Height() <= kMaxCachedPixels)
+        c.Draw(0, 0, m_dial.Picture(DialLook(), Width(), Height(), [&](TCanvas& dial) {
+            FillBackground(dial, {0, 0, Width(), Height()}, background);
+            PaintDial(dial);
+        }));
+    else
+        PaintDial(c);
+    PaintNeedle(c);
+    m_frame.End(*this, Canvas(), OnPaint);
+}
+
+void TqxDinMeter::PaintDial(TCanvas& c) const {
+    PaintFrame(c);
+    PaintFaceFill(c);
+    PaintCaptions(c);
+    if (m_drawScale) PaintFace(c);
 }
 
 // The frame's fill is the background; a raised edge round it and a sunken one round the face.

@@ -9,6 +9,7 @@
 // at or below Min to Min + 1, except where Min is the largest Integer and Max stays equal to it
 // (the scale then counts the range as 1). Setting a value raises no event.
 
+#include "componentbase/CachedFace.h"
 #include "componentbase/EnterLeaveEvents.h"
 #include "componentbase/PaintFrame.h"
 #include "instruments/DialTypes.h"
@@ -120,11 +121,28 @@ public:
 
 protected:
     void Paint() override;
+    void CMFontChanged(TMessage& Message) override;
     void PaintFrame(TCanvas& canvas) const;
     void PaintFace(TCanvas& canvas) const;
     void PaintNeedle(TCanvas& canvas) const;
 
 private:
+    // Everything the picture under the needle depends on; the fonts and the face bitmap forget
+    // the kept picture when they change.
+    struct TDialLook {
+        int width;
+        bool drawScale, steel;
+        int digits;
+        qxScaleType scaleType;
+        TColor scaleColor;
+        int offSetNumbers, offSetDots, dotLength, min, max;
+        TColor shadow, high, color, frameColor;
+        int frameWidth, caption2X, caption2Y;
+        std::string caption1, caption2;
+        bool operator==(const TDialLook&) const = default;
+    };
+    TDialLook DialLook() const;
+    void PaintDial(TCanvas& canvas) const;
     int Centre() const { return Width() - Width() / 5; }
     TRect FaceRect() const;
     void PaintFaceFill(TCanvas& canvas) const;
@@ -157,6 +175,7 @@ private:
     std::unique_ptr<TFont> m_caption1Font;
     std::unique_ptr<TFont> m_caption2Font;
     TPaintFrame m_frame;
+    TCachedFace<TDialLook> m_dial;
 };
 
 } // namespace qv

@@ -158,3 +158,26 @@ TEST_F(AnalogClock, FreeingTheClockWhileItsTimerTicksIsClean) {
     CheckSynchronize(); // nothing of the freed clock may run now
     Pump();
 }
+
+// The dial under the hands is kept between paints: the numerals' font and a face bitmap must
+// still reach it. The bitmap's white is transparent and it shows only inside the dial.
+TEST_F(AnalogClock, FontAndFaceBitmapReachTheKeptDial) {
+    TScopedClock clock(At(3, 0, 15));
+    auto* a = Clock();
+    auto* b = Place<TqxAnalogClock>(150, 10);
+    for (auto* c : {a, b})
+        c->SetClockStyle(csNumber);
+    EXPECT_TRUE(ComparePictures(*a, *b, true, "clock-same"));
+    a->Font()->SetColor(kRed);
+    EXPECT_TRUE(ComparePictures(*a, *b, false, "clock-font"));
+
+    TBitmap face;
+    face.SetSize(2, 2);
+    face.Canvas().Brush().SetColor(TColor(0xFFFFFF));
+    face.Canvas().FillRect({0, 0, 2, 2});
+    face.Canvas().SetPixel(0, 0, kMagenta);
+    b->SetBitmap(face);
+    EXPECT_EQ(PixelOf(*b, 20, 40), kMagenta); // inside the dial, an even pixel of the tiling
+    EXPECT_EQ(PixelOf(*b, 21, 40), TColor(0));  // white shows the black face beneath
+    EXPECT_NE(PixelOf(*b, 0, 0), kMagenta);   // outside the dial
+}

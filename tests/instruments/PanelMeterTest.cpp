@@ -161,3 +161,17 @@ TEST_F(PanelMeter, ScaleWidthIsClampedToItsSubrange) {
     m->SetScaleWidth(-1);
     EXPECT_EQ(m->ScaleWidth(), 0);
 }
+
+// The dial under the needle is kept between paints: a new font or caption must still show.
+TEST_F(PanelMeter, FontAndCaptionChangesReachTheKeptDial) {
+    auto* m = Meter();
+    auto* same = Place<TqPanelMeter>(150, 10);
+    for (auto* meter : {m, same})
+        meter->SetCaption("Load");
+    EXPECT_TRUE(ComparePictures(*m, *same, true, "meter-same"));
+    m->Font()->SetColor(kRed);
+    EXPECT_TRUE(ComparePictures(*m, *same, false, "meter-font"));
+    same->Font()->SetColor(kRed);
+    same->SetCaption("Lead");
+    EXPECT_TRUE(ComparePictures(*m, *same, false, "meter-caption"));
+}
