@@ -33,10 +33,12 @@ constexpr std::array<TCosSin, 12> ThirtyDegreeSteps = {{
 TCosSin CosSinOfTurn(std::int64_t numerator, std::int64_t denominator) {
     std::int64_t n = numerator % denominator;
     if (n < 0) n += denominator;
-    if ((n * 12) % denominator == 0) return ThirtyDegreeSteps[static_cast<std::size_t>(n * 12 / denominator)];
-    const long double angle =
-        static_cast<long double>(n) / static_cast<long double>(denominator) * 2 *
-        std::numbers::pi_v<long double>;
+    if ((n * 12) % denominator == 0)
+        return ThirtyDegreeSteps[static_cast<std::size_t>(n * 12 / denominator)];
+    // Elsewhere the cosine and sine are irrational, so r cos and r sin never fall on a whole
+    // or half pixel, where truncation or rounding could tip: double precision is enough.
+    const double angle =
+        static_cast<double>(n) / static_cast<double>(denominator) * 2 * std::numbers::pi;
     return {std::cos(angle), std::sin(angle)};
 }
 
