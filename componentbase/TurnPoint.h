@@ -13,14 +13,14 @@ namespace qv {
 
 // Where a dial's angle 0 lies; both turn clockwise on the screen (y downwards).
 enum class TAngleOrigin {
-    Top,       // 0 points straight up: x = sin, y = -cos
+    Top,        // 0 points straight up: x = sin, y = -cos
     ThreeOClock // 0 points right: x = cos, y = sin
 };
 
 // How a dial point becomes a pixel.
 enum class TPixelRounding {
-    RoundOffset,  // centre + Round(offset), banker's rounding of the offset alone
-    TruncateSum   // Trunc(centre + offset), towards zero
+    RoundOffset, // centre + Round(offset), banker's rounding of the offset alone
+    TruncateSum  // Trunc(centre + offset), towards zero
 };
 
 struct TTurnDirection {
@@ -30,8 +30,7 @@ struct TTurnDirection {
 
 // The unit direction of numerator / denominator of a turn (denominator > 0; any numerator,
 // taken modulo the denominator).
-TTurnDirection TurnDirection(std::int64_t numerator, std::int64_t denominator,
-                             TAngleOrigin origin);
+TTurnDirection TurnDirection(std::int64_t numerator, std::int64_t denominator, TAngleOrigin origin);
 
 // The point at radii (rx, ry) about (cx, cy) for numerator / denominator of a turn.
 TPoint TurnPoint(int cx, int cy, long double rx, long double ry, std::int64_t numerator,

@@ -20,10 +20,10 @@ const TClassInfo& TqPanelMeter::StaticClassInfo() {
     static const TClassInfo info = [] {
         using M = TqPanelMeter;
         TClassBuilder<M> b("TqPanelMeter", &TGraphicControl::StaticClassInfo());
-        PublishControlProperties(
-            b, {"PopupMenu", "OnDragDrop", "OnDragOver", "OnEndDrag", "OnMouseDown", "OnMouseMove",
-                "OnMouseUp", "DragCursor", "DragMode", "ParentFont", "ParentShowHint", "ShowHint",
-                "Visible", "OnClick", "OnDblClick", "Font", "Caption"});
+        PublishControlProperties(b, {"PopupMenu", "OnDragDrop", "OnDragOver", "OnEndDrag",
+                                     "OnMouseDown", "OnMouseMove", "OnMouseUp", "DragCursor",
+                                     "DragMode", "ParentFont", "ParentShowHint", "ShowHint",
+                                     "Visible", "OnClick", "OnDblClick", "Font", "Caption"});
         b.Property("Min", &M::Min, &M::SetScaledMin).Default(Defaults::Min);
         b.Property("Max", &M::Max, &M::SetScaledMax).Default(Defaults::Max);
         b.Property("ShowAll", &M::ShowAll, &M::SetShowAll).Default(Defaults::ShowAll);
@@ -134,19 +134,45 @@ template <class T> void Store(TControl& control, T& member, T value) {
 }
 } // namespace
 
-void TqPanelMeter::SetShowAll(bool value) { Store(*this, m_showAll, value); }
-void TqPanelMeter::SetUseAlert(bool value) { Store(*this, m_useAlert, value); }
-void TqPanelMeter::SetPanelType(qPanelType value) { Store(*this, m_panelType, value); }
-void TqPanelMeter::SetHouseColor(TColor value) { Store(*this, m_houseColor, value); }
-void TqPanelMeter::SetHouseStyle(TBrushStyle value) { Store(*this, m_houseStyle, value); }
-void TqPanelMeter::SetShadowColor(TColor value) { Store(*this, m_shadowColor, value); }
-void TqPanelMeter::SetHighColor(TColor value) { Store(*this, m_highColor, value); }
-void TqPanelMeter::SetFaceColor(TColor value) { Store(*this, m_faceColor, value); }
-void TqPanelMeter::SetNormalColor(TColor value) { Store(*this, m_normalColor, value); }
-void TqPanelMeter::SetAlertColor(TColor value) { Store(*this, m_alertColor, value); }
-void TqPanelMeter::SetTicks(bool value) { Store(*this, m_ticks, value); }
-void TqPanelMeter::SetStep(int value) { Store(*this, m_stepPerTick, value); }
-void TqPanelMeter::SetHand(TColor value) { Store(*this, m_hand, value); }
+void TqPanelMeter::SetShowAll(bool value) {
+    Store(*this, m_showAll, value);
+}
+void TqPanelMeter::SetUseAlert(bool value) {
+    Store(*this, m_useAlert, value);
+}
+void TqPanelMeter::SetPanelType(qPanelType value) {
+    Store(*this, m_panelType, value);
+}
+void TqPanelMeter::SetHouseColor(TColor value) {
+    Store(*this, m_houseColor, value);
+}
+void TqPanelMeter::SetHouseStyle(TBrushStyle value) {
+    Store(*this, m_houseStyle, value);
+}
+void TqPanelMeter::SetShadowColor(TColor value) {
+    Store(*this, m_shadowColor, value);
+}
+void TqPanelMeter::SetHighColor(TColor value) {
+    Store(*this, m_highColor, value);
+}
+void TqPanelMeter::SetFaceColor(TColor value) {
+    Store(*this, m_faceColor, value);
+}
+void TqPanelMeter::SetNormalColor(TColor value) {
+    Store(*this, m_normalColor, value);
+}
+void TqPanelMeter::SetAlertColor(TColor value) {
+    Store(*this, m_alertColor, value);
+}
+void TqPanelMeter::SetTicks(bool value) {
+    Store(*this, m_ticks, value);
+}
+void TqPanelMeter::SetStep(int value) {
+    Store(*this, m_stepPerTick, value);
+}
+void TqPanelMeter::SetHand(TColor value) {
+    Store(*this, m_hand, value);
+}
 
 void TqPanelMeter::SetScaleWidth(int value) {
     Store(*this, m_scaleWidth,
@@ -169,7 +195,9 @@ void TqPanelMeter::CMFontChanged(TMessage&) {
     m_dial.Invalidate();
     Invalidate();
 }
-void TqPanelMeter::CMTextChanged(TMessage&) { Invalidate(); }
+void TqPanelMeter::CMTextChanged(TMessage&) {
+    Invalidate();
+}
 void TqPanelMeter::CMSysColorChange(TMessage&) {
     m_dial.Invalidate(); // system colours may stand for other pixels now
     Invalidate();
@@ -194,11 +222,10 @@ constexpr long long kMaxCachedPixels = 1LL << 22;
 } // namespace
 
 TqPanelMeter::TDialLook TqPanelMeter::DialLook() const {
-    return {Width(),       Height(),     m_houseColor,  m_houseStyle, m_steelLook,
-            m_shadowColor, m_highColor,  m_faceColor,   m_normalColor, m_alertColor,
-            m_hand,        m_showAll,    m_useAlert,    m_ticks,      m_panelType,
-            m_stepPerTick, m_alert,      Min(),         Max(),        m_scaleWidth,
-            Caption()};
+    return {Width(),     Height(),     m_houseColor,  m_houseStyle,  m_steelLook, m_shadowColor,
+            m_highColor, m_faceColor,  m_normalColor, m_alertColor,  m_hand,      m_showAll,
+            m_useAlert,  m_ticks,      m_panelType,   m_stepPerTick, m_alert,     Min(),
+            Max(),       m_scaleWidth, Caption()};
 }
 
 // Everything but the needle is kept between paints while its look holds; the needle is drawn

@@ -46,8 +46,7 @@ const TClassInfo& TqxAnalogClock::StaticClassInfo() {
     static const TClassInfo info = [] {
         using C = TqxAnalogClock;
         TClassBuilder<C> b("TqxAnalogClock", &TCustomPanel::StaticClassInfo());
-        b.Property("Priority", &C::Priority, &C::Setpriority)
-            .Default(TqxTimer::Defaults::Priority);
+        b.Property("Priority", &C::Priority, &C::Setpriority).Default(TqxTimer::Defaults::Priority);
         PublishControlProperties(b, {"DragMode", "DragCursor"});
         b.Property("NumStyle4", &C::NumStyle4, &C::SetNumS).Default(Defaults::NumStyle4);
         b.Property("ShowSeconds", &C::ShowSeconds, &C::SetSek).Default(Defaults::ShowSeconds);
@@ -151,8 +150,7 @@ TqxAnalogClock::~TqxAnalogClock() {
 
 bool TqxAnalogClock::IsNew() {
     const TTimeParts now = DecodeTime(Now());
-    const bool changed =
-        m_showSeconds ? now.second != m_lastSecond : now.minute != m_lastMinute;
+    const bool changed = m_showSeconds ? now.second != m_lastSecond : now.minute != m_lastMinute;
     if (!changed) return false;
     m_lastSecond = static_cast<std::uint16_t>(now.second);
     m_lastMinute = static_cast<std::uint16_t>(now.minute);
@@ -188,25 +186,53 @@ template <class T> void Store(TControl& control, T& member, T value) {
 }
 } // namespace
 
-void TqxAnalogClock::SetNumS(bool value) { Store(*this, m_numStyle4, value); }
-void TqxAnalogClock::SetSek(bool value) { Store(*this, m_showSeconds, value); }
+void TqxAnalogClock::SetNumS(bool value) {
+    Store(*this, m_numStyle4, value);
+}
+void TqxAnalogClock::SetSek(bool value) {
+    Store(*this, m_showSeconds, value);
+}
 void TqxAnalogClock::SetBitmap(const TBitmap& value) {
     m_faceBitmap->Assign(value);
     m_dial.Invalidate();
     Invalidate();
 }
-void TqxAnalogClock::SetBevel(int value) { Store(*this, m_bevelWidth, value); }
-void TqxAnalogClock::SetInner(TBevelCut value) { Store(*this, m_bevelInner, value); }
-void TqxAnalogClock::SetOuter(TBevelCut value) { Store(*this, m_bevelOuter, value); }
-void TqxAnalogClock::SetRaised(bool value) { Store(*this, m_raised, value); }
-void TqxAnalogClock::SetDotType(qxClockDotType value) { Store(*this, m_dotType, value); }
-void TqxAnalogClock::SetFace(TColor value) { Store(*this, m_faceColor, value); }
-void TqxAnalogClock::SetUse3D(bool value) { Store(*this, m_use3D, value); }
-void TqxAnalogClock::SetFont3D(bool value) { Store(*this, m_useFont3D, value); }
-void TqxAnalogClock::SetClockStyle(qxClockStyle value) { Store(*this, m_clockStyle, value); }
-void TqxAnalogClock::SetDotCol(TColor value) { Store(*this, m_dotColor, value); }
-void TqxAnalogClock::SetShadow(TColor value) { Store(*this, m_shadowColor, value); }
-void TqxAnalogClock::SetHigh(TColor value) { Store(*this, m_highLightColor, value); }
+void TqxAnalogClock::SetBevel(int value) {
+    Store(*this, m_bevelWidth, value);
+}
+void TqxAnalogClock::SetInner(TBevelCut value) {
+    Store(*this, m_bevelInner, value);
+}
+void TqxAnalogClock::SetOuter(TBevelCut value) {
+    Store(*this, m_bevelOuter, value);
+}
+void TqxAnalogClock::SetRaised(bool value) {
+    Store(*this, m_raised, value);
+}
+void TqxAnalogClock::SetDotType(qxClockDotType value) {
+    Store(*this, m_dotType, value);
+}
+void TqxAnalogClock::SetFace(TColor value) {
+    Store(*this, m_faceColor, value);
+}
+void TqxAnalogClock::SetUse3D(bool value) {
+    Store(*this, m_use3D, value);
+}
+void TqxAnalogClock::SetFont3D(bool value) {
+    Store(*this, m_useFont3D, value);
+}
+void TqxAnalogClock::SetClockStyle(qxClockStyle value) {
+    Store(*this, m_clockStyle, value);
+}
+void TqxAnalogClock::SetDotCol(TColor value) {
+    Store(*this, m_dotColor, value);
+}
+void TqxAnalogClock::SetShadow(TColor value) {
+    Store(*this, m_shadowColor, value);
+}
+void TqxAnalogClock::SetHigh(TColor value) {
+    Store(*this, m_highLightColor, value);
+}
 void TqxAnalogClock::SetDotSize(int value) {
     Store(*this, m_dotSize, Clamped(value, QxClockDotType()));
 }
@@ -216,21 +242,51 @@ void TqxAnalogClock::SetMoveNum(int value) {
 void TqxAnalogClock::SetMoveTal(int value) {
     Store(*this, m_offSetDots, Clamped(value, QxOffSetDotType()));
 }
-void TqxAnalogClock::SetMHand(std::uint16_t value) { Store(*this, m_handLengthMin, value); }
-void TqxAnalogClock::SetHHand(std::uint16_t value) { Store(*this, m_handLengthHour, value); }
-void TqxAnalogClock::SetSHand(std::uint16_t value) { Store(*this, m_handLengthSec, value); }
-void TqxAnalogClock::SetHICol(TColor value) { Store(*this, m_handIColHour, value); }
-void TqxAnalogClock::SetHOCol(TColor value) { Store(*this, m_handOColHour, value); }
-void TqxAnalogClock::SetMICol(TColor value) { Store(*this, m_handIColMin, value); }
-void TqxAnalogClock::SetMOCol(TColor value) { Store(*this, m_handOColMin, value); }
-void TqxAnalogClock::SetSCol(TColor value) { Store(*this, m_handColSec, value); }
-void TqxAnalogClock::SetCDot(std::uint16_t value) { Store(*this, m_handDotSec, value); }
-void TqxAnalogClock::SetCMDot(std::uint16_t value) { Store(*this, m_handDotMin, value); }
-void TqxAnalogClock::SetCHDot(std::uint16_t value) { Store(*this, m_handDotHour, value); }
-void TqxAnalogClock::SethHandWidth(std::uint16_t value) { Store(*this, m_handWidthHour, value); }
-void TqxAnalogClock::SetmHandWidth(std::uint16_t value) { Store(*this, m_handWidthMin, value); }
-void TqxAnalogClock::SetHHT(qxHandType value) { Store(*this, m_handTypeHour, value); }
-void TqxAnalogClock::SetMHT(qxHandType value) { Store(*this, m_handTypeMin, value); }
+void TqxAnalogClock::SetMHand(std::uint16_t value) {
+    Store(*this, m_handLengthMin, value);
+}
+void TqxAnalogClock::SetHHand(std::uint16_t value) {
+    Store(*this, m_handLengthHour, value);
+}
+void TqxAnalogClock::SetSHand(std::uint16_t value) {
+    Store(*this, m_handLengthSec, value);
+}
+void TqxAnalogClock::SetHICol(TColor value) {
+    Store(*this, m_handIColHour, value);
+}
+void TqxAnalogClock::SetHOCol(TColor value) {
+    Store(*this, m_handOColHour, value);
+}
+void TqxAnalogClock::SetMICol(TColor value) {
+    Store(*this, m_handIColMin, value);
+}
+void TqxAnalogClock::SetMOCol(TColor value) {
+    Store(*this, m_handOColMin, value);
+}
+void TqxAnalogClock::SetSCol(TColor value) {
+    Store(*this, m_handColSec, value);
+}
+void TqxAnalogClock::SetCDot(std::uint16_t value) {
+    Store(*this, m_handDotSec, value);
+}
+void TqxAnalogClock::SetCMDot(std::uint16_t value) {
+    Store(*this, m_handDotMin, value);
+}
+void TqxAnalogClock::SetCHDot(std::uint16_t value) {
+    Store(*this, m_handDotHour, value);
+}
+void TqxAnalogClock::SethHandWidth(std::uint16_t value) {
+    Store(*this, m_handWidthHour, value);
+}
+void TqxAnalogClock::SetmHandWidth(std::uint16_t value) {
+    Store(*this, m_handWidthMin, value);
+}
+void TqxAnalogClock::SetHHT(qxHandType value) {
+    Store(*this, m_handTypeHour, value);
+}
+void TqxAnalogClock::SetMHT(qxHandType value) {
+    Store(*this, m_handTypeMin, value);
+}
 
 void TqxAnalogClock::SetBounds(int ALeft, int ATop, int AWidth, int) {
     TEnterLeaveEvents<TCustomPanel>::SetBounds(ALeft, ATop, AWidth, AWidth);
@@ -242,7 +298,9 @@ void TqxAnalogClock::CMFontChanged(TMessage&) {
 }
 
 // The picture covers every pixel: nothing is erased first.
-void TqxAnalogClock::WMEraseBkgnd(TMessage& Message) { Message.Result = 1; }
+void TqxAnalogClock::WMEraseBkgnd(TMessage& Message) {
+    Message.Result = 1;
+}
 
 // Painting.
 
@@ -252,10 +310,9 @@ constexpr long long kMaxCachedPixels = 1LL << 22;
 } // namespace
 
 TqxAnalogClock::TDialLook TqxAnalogClock::DialLook() const {
-    return {Width(),      Color(),     m_faceColor,  m_dotColor,      m_shadowColor,
-            m_highLightColor, m_numStyle4, m_raised,  m_use3D,        m_useFont3D,
-            m_bevelWidth, m_bevelInner, m_bevelOuter, m_dotType,      m_clockStyle,
-            m_dotSize,    m_offSetNumbers, m_offSetDots};
+    return {Width(),      Color(),   m_faceColor,  m_dotColor,  m_shadowColor,   m_highLightColor,
+            m_numStyle4,  m_raised,  m_use3D,      m_useFont3D, m_bevelWidth,    m_bevelInner,
+            m_bevelOuter, m_dotType, m_clockStyle, m_dotSize,   m_offSetNumbers, m_offSetDots};
 }
 
 // The dial is kept between paints while its look holds; the hands are drawn over it.
@@ -337,18 +394,29 @@ void TqxAnalogClock::DrawBevels(TCanvas& c) const {
 
 void TqxAnalogClock::DrawMarks(TCanvas& c) const {
     switch (m_clockStyle) {
-    case csNone: break;
-    case csSmallDot: DrawSmallDot(c); break;
-    case csDot: DrawDot(c); break;
-    case csSimpleDot: DrawSimpleDot(c); break;
+    case csNone:
+        break;
+    case csSmallDot:
+        DrawSmallDot(c);
+        break;
+    case csDot:
+        DrawDot(c);
+        break;
+    case csSimpleDot:
+        DrawSimpleDot(c);
+        break;
     case csNumber:
     case csNumberSmallDot:
     case csNumberDot:
-    case csNumberSimpleDot: DrawNumber(c, false, m_clockStyle - csNumber); break;
+    case csNumberSimpleDot:
+        DrawNumber(c, false, m_clockStyle - csNumber);
+        break;
     case csRoman:
     case csRomanSmallDot:
     case csRomanDot:
-    case csRomanSimpleDot: DrawNumber(c, true, m_clockStyle - csRoman); break;
+    case csRomanSimpleDot:
+        DrawNumber(c, true, m_clockStyle - csRoman);
+        break;
     }
 }
 
@@ -406,10 +474,17 @@ void TqxAnalogClock::DrawDot(TCanvas& c) const {
 // text height. Arabic numerals are placed by the width of "0" ("12" for twelve).
 void TqxAnalogClock::DrawNumber(TCanvas& c, bool roman, int dotStyle) const {
     switch (dotStyle) {
-    case 1: DrawSmallDot(c); break;
-    case 2: DrawDot(c); break;
-    case 3: DrawSimpleDot(c); break;
-    default: break;
+    case 1:
+        DrawSmallDot(c);
+        break;
+    case 2:
+        DrawDot(c);
+        break;
+    case 3:
+        DrawSimpleDot(c);
+        break;
+    default:
+        break;
     }
     const int centre = Width() / 2;
     const int hh = c.TextHeight("0") / 2;
@@ -420,9 +495,8 @@ void TqxAnalogClock::DrawNumber(TCanvas& c, bool roman, int dotStyle) const {
         if (text.empty()) continue;
         const int tw = roman ? c.TextWidth(text) : c.TextWidth(n == 12 ? "12" : "0");
         const int hw = tw / 2;
-        const TPoint p =
-            TurnPoint(centre, centre, centre - tw - m_offSetNumbers, centre - hh - m_offSetNumbers,
-                      n + 9, 12, kFrom3, kTrunc);
+        const TPoint p = TurnPoint(centre, centre, centre - tw - m_offSetNumbers,
+                                   centre - hh - m_offSetNumbers, n + 9, 12, kFrom3, kTrunc);
         const int x = p.x - 1 - hw, y = p.y - 1 - hh;
         if (m_useFont3D) {
             c.Font().SetColor(FirstColor());

@@ -269,8 +269,8 @@ private:
     std::uint16_t m_hour{0}, m_minute{0}, m_second{0};
     std::uint16_t m_lastSecond{0}, m_lastMinute{0};
     std::unique_ptr<TBitmap> m_faceBitmap;
-    TBitmap m_mask;     // the dial, for the face bitmap
-    TBitmap m_work;     // the face bitmap tiled and cut to the dial
+    TBitmap m_mask;             // the dial, for the face bitmap
+    TBitmap m_work;             // the face bitmap tiled and cut to the dial
     TqxTimer* m_timer{nullptr}; // owned through the owner tree
     TPaintFrame m_frame;
     TCachedFace<TDialLook> m_dial;

@@ -13,8 +13,8 @@
 namespace qv {
 
 namespace {
-constexpr int kMarks = 10;          // marks 0..10, 9 degrees apart
-constexpr int kCaption1Margin = 4;  // Caption1 ends this far above and left of the pivot
+constexpr int kMarks = 10;         // marks 0..10, 9 degrees apart
+constexpr int kCaption1Margin = 4; // Caption1 ends this far above and left of the pivot
 
 int Clamped(int value, const TTypeInfo& type) {
     return std::clamp(value, static_cast<int>(type.minValue), static_cast<int>(type.maxValue));
@@ -86,8 +86,8 @@ const TClassInfo& TqxDinMeter::StaticClassInfo() {
         PublishControlProperties(b, {"DragMode", "DragCursor", "Cursor", "Font", "Hint", "Left"});
         // The constructor sets Color: it does not follow the parent.
         b.Property("ParentColor", &M::ParentColor, &M::SetParentColor).Default(false);
-        PublishControlProperties(b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint",
-                                     "Top", "Visible"});
+        PublishControlProperties(
+            b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint", "Top", "Visible"});
         b.Event("OnMouseEnter", &M::OnMouseEnter);
         b.Event("OnMouseLeave", &M::OnMouseLeave);
         b.Event("OnPaint", &M::OnPaint);
@@ -167,15 +167,27 @@ template <class T> void Store(TControl& control, T& member, T value) {
 }
 } // namespace
 
-void TqxDinMeter::SetDrawScale(bool value) { Store(*this, m_drawScale, value); }
-void TqxDinMeter::SetSteelLook(bool value) { Store(*this, m_steelLook, value); }
-void TqxDinMeter::SetNeedleColor(TColor value) { Store(*this, m_needleColor, value); }
-void TqxDinMeter::SetNeedleLength(std::uint16_t value) { Store(*this, m_needleLength, value); }
+void TqxDinMeter::SetDrawScale(bool value) {
+    Store(*this, m_drawScale, value);
+}
+void TqxDinMeter::SetSteelLook(bool value) {
+    Store(*this, m_steelLook, value);
+}
+void TqxDinMeter::SetNeedleColor(TColor value) {
+    Store(*this, m_needleColor, value);
+}
+void TqxDinMeter::SetNeedleLength(std::uint16_t value) {
+    Store(*this, m_needleLength, value);
+}
 void TqxDinMeter::SetDigitsAfterPoint(int value) {
     Store(*this, m_digits, Clamped(value, QxDecNumType()));
 }
-void TqxDinMeter::SetScaleType(qxScaleType value) { Store(*this, m_scaleType, value); }
-void TqxDinMeter::SetScaleColor(TColor value) { Store(*this, m_scaleColor, value); }
+void TqxDinMeter::SetScaleType(qxScaleType value) {
+    Store(*this, m_scaleType, value);
+}
+void TqxDinMeter::SetScaleColor(TColor value) {
+    Store(*this, m_scaleColor, value);
+}
 void TqxDinMeter::SetOffSetNumbers(int value) {
     Store(*this, m_offSetNumbers, Clamped(value, QxOffSetNumberType()));
 }
@@ -185,9 +197,15 @@ void TqxDinMeter::SetOffSetDots(int value) {
 void TqxDinMeter::SetDotLength(int value) {
     Store(*this, m_dotLength, Clamped(value, QxOffSetDotType()));
 }
-void TqxDinMeter::SetShadowColor(TColor value) { Store(*this, m_shadowColor, value); }
-void TqxDinMeter::SetHighLightColor(TColor value) { Store(*this, m_highLightColor, value); }
-void TqxDinMeter::SetFrameColor(TColor value) { Store(*this, m_frameColor, value); }
+void TqxDinMeter::SetShadowColor(TColor value) {
+    Store(*this, m_shadowColor, value);
+}
+void TqxDinMeter::SetHighLightColor(TColor value) {
+    Store(*this, m_highLightColor, value);
+}
+void TqxDinMeter::SetFrameColor(TColor value) {
+    Store(*this, m_frameColor, value);
+}
 void TqxDinMeter::SetFrameWidth(int value) {
     Store(*this, m_frameWidth, Clamped(value, QxFrameWidthType()));
 }
@@ -201,10 +219,18 @@ void TqxDinMeter::CMFontChanged(TMessage&) {
     m_dial.Invalidate();
     Invalidate();
 }
-void TqxDinMeter::SetCaption2X(std::uint16_t value) { Store(*this, m_caption2X, value); }
-void TqxDinMeter::SetCaption2Y(std::uint16_t value) { Store(*this, m_caption2Y, value); }
-void TqxDinMeter::SetCaption1(const std::string& value) { Store(*this, m_caption1, value); }
-void TqxDinMeter::SetCaption2(const std::string& value) { Store(*this, m_caption2, value); }
+void TqxDinMeter::SetCaption2X(std::uint16_t value) {
+    Store(*this, m_caption2X, value);
+}
+void TqxDinMeter::SetCaption2Y(std::uint16_t value) {
+    Store(*this, m_caption2Y, value);
+}
+void TqxDinMeter::SetCaption1(const std::string& value) {
+    Store(*this, m_caption1, value);
+}
+void TqxDinMeter::SetCaption2(const std::string& value) {
+    Store(*this, m_caption2, value);
+}
 
 void TqxDinMeter::SetBounds(int ALeft, int ATop, int AWidth, int) {
     TEnterLeaveEvents<TGraphicControl>::SetBounds(ALeft, ATop, AWidth, AWidth);
@@ -214,11 +240,16 @@ void TqxDinMeter::SetBounds(int ALeft, int ATop, int AWidth, int) {
 
 bool TqxDinMeter::IsLongMark(int i) const {
     switch (m_scaleType) {
-    case st0: return false;
-    case st2: return i == 0 || i == kMarks;
-    case st3: return i == 0 || i == kMarks / 2 || i == kMarks;
-    case st6: return i % 2 == 0;
-    case st11: return true;
+    case st0:
+        return false;
+    case st2:
+        return i == 0 || i == kMarks;
+    case st3:
+        return i == 0 || i == kMarks / 2 || i == kMarks;
+    case st6:
+        return i % 2 == 0;
+    case st11:
+        return true;
     }
     return false;
 }
@@ -243,10 +274,10 @@ constexpr long long kMaxCachedPixels = 1LL << 22;
 } // namespace
 
 TqxDinMeter::TDialLook TqxDinMeter::DialLook() const {
-    return {Width(),      m_drawScale,   m_steelLook,    m_digits,     m_scaleType,
-            m_scaleColor, m_offSetNumbers, m_offSetDots, m_dotLength,  m_min,
-            m_max,        m_shadowColor, m_highLightColor, Color(),    m_frameColor,
-            m_frameWidth, m_caption2X,   m_caption2Y,    m_caption1,   m_caption2};
+    return {Width(),      m_drawScale,     m_steelLook,      m_digits,    m_scaleType,
+            m_scaleColor, m_offSetNumbers, m_offSetDots,     m_dotLength, m_min,
+            m_max,        m_shadowColor,   m_highLightColor, Color(),     m_frameColor,
+            m_frameWidth, m_caption2X,     m_caption2Y,      m_caption1,  m_caption2};
 }
 
 // All but the needle is kept between paints while its look holds; the needle comes last.

@@ -25,7 +25,7 @@ enum qxScaleType { st0, st2, st3, st6, st11 };
 QV_ENUM_TYPE(qxScaleType, "st0", "st2", "st3", "st6", "st11")
 
 // The subrange types of the DIN meter's properties.
-const TTypeInfo& QxDecNumType();    // DigitsAfterPoint: 0..5
+const TTypeInfo& QxDecNumType();     // DigitsAfterPoint: 0..5
 const TTypeInfo& QxFrameWidthType(); // 4..25
 
 class TqxDinMeter : public TEnterLeaveEvents<TGraphicControl> {

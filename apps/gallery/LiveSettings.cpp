@@ -142,13 +142,12 @@ std::vector<TShowcase> MakeShowcases() {
                     Setting<TqxAnalogClock>("Use3D", &TqxAnalogClock::Use3D,
                                             &TqxAnalogClock::SetUse3D, true)},
                    {}});
-    all.push_back(
-        {"TqxDinMeter",
-         {Setting<TqxDinMeter>("Caption1", &TqxDinMeter::Caption1, &TqxDinMeter::SetCaption1,
-                               std::string("bar")),
-          Setting<TqxDinMeter>("ScaleType", &TqxDinMeter::ScaleType, &TqxDinMeter::SetScaleType,
-                               st6)},
-         {}});
+    all.push_back({"TqxDinMeter",
+                   {Setting<TqxDinMeter>("Caption1", &TqxDinMeter::Caption1,
+                                         &TqxDinMeter::SetCaption1, std::string("bar")),
+                    Setting<TqxDinMeter>("ScaleType", &TqxDinMeter::ScaleType,
+                                         &TqxDinMeter::SetScaleType, st6)},
+                   {}});
     all.push_back(
         {"TqxTimer",
          {Setting<TqxTimer>("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval, 250u)},

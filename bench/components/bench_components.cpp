@@ -8,10 +8,10 @@
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
 #include "instruments/Qpanel2.h"
-#include "platform/core/DateTime.h"
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
+#include "platform/core/DateTime.h"
 #include "timing/Std2.h"
 
 #include <benchmark/benchmark.h>

@@ -1,8 +1,8 @@
 // Dial points for fractions of a turn: exact at multiples of 30 degrees, both origins, both
 // ways of making a pixel, and the percent groups of a scale.
 
-#include "componentbase/Scale.h"
 #include "componentbase/TurnPoint.h"
+#include "componentbase/Scale.h"
 
 #include <gtest/gtest.h>
 
@@ -13,13 +13,13 @@ using namespace qv;
 
 TEST(TurnPoint, MultiplesOfThirtyDegreesAreExact) {
     // Straight up from 3 o'clock: the real cosine would be -1.8e-16 and truncate to 49.
-    EXPECT_EQ(TurnPoint(50, 50, 45, 45, 3, 4, TAngleOrigin::ThreeOClock,
-                        TPixelRounding::TruncateSum),
-              (TPoint{50, 5}));
+    EXPECT_EQ(
+        TurnPoint(50, 50, 45, 45, 3, 4, TAngleOrigin::ThreeOClock, TPixelRounding::TruncateSum),
+        (TPoint{50, 5}));
     // 60 degrees: cos is one half, so 44 * 0.5 truncates to 22, not 21.
-    EXPECT_EQ(TurnPoint(50, 50, 44, 44, 1, 6, TAngleOrigin::ThreeOClock,
-                        TPixelRounding::TruncateSum),
-              (TPoint{72, 88}));
+    EXPECT_EQ(
+        TurnPoint(50, 50, 44, 44, 1, 6, TAngleOrigin::ThreeOClock, TPixelRounding::TruncateSum),
+        (TPoint{72, 88}));
     const TTurnDirection left = TurnDirection(180, 360, TAngleOrigin::ThreeOClock);
     EXPECT_EQ(left.x, -1.0L);
     EXPECT_EQ(left.y, 0.0L);
@@ -41,14 +41,14 @@ TEST(TurnPoint, NumeratorsOutsideOneTurnWrapAndTheOriginsDiffer) {
 
 TEST(TurnPoint, RoundingRoundsTheOffsetAndTruncationTheSum) {
     // Offset -2.5 at 180 degrees from 3 o'clock: Round(-2.5) = -2 (to even), Trunc(10 - 2.5) = 7.
-    EXPECT_EQ(TurnPoint(10, 10, 2.5L, 2.5L, 1, 2, TAngleOrigin::ThreeOClock,
-                        TPixelRounding::RoundOffset)
-                  .x,
-              8);
-    EXPECT_EQ(TurnPoint(10, 10, 2.5L, 2.5L, 1, 2, TAngleOrigin::ThreeOClock,
-                        TPixelRounding::TruncateSum)
-                  .x,
-              7);
+    EXPECT_EQ(
+        TurnPoint(10, 10, 2.5L, 2.5L, 1, 2, TAngleOrigin::ThreeOClock, TPixelRounding::RoundOffset)
+            .x,
+        8);
+    EXPECT_EQ(
+        TurnPoint(10, 10, 2.5L, 2.5L, 1, 2, TAngleOrigin::ThreeOClock, TPixelRounding::TruncateSum)
+            .x,
+        7);
 }
 
 TEST(ScaleGroups, EveryPercentOnceWithItsFirstAndLastValue) {

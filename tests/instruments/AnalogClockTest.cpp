@@ -143,7 +143,8 @@ TEST_F(AnalogClock, ItIsAlwaysSquare) {
 
 TEST_F(AnalogClock, FreeingTheClockWhileItsTimerTicksIsClean) {
     std::atomic<int> seconds{0};
-    TScopedClock clock([&] { return EncodeDate(2024, 5, 6) + EncodeTime(8, 0, ++seconds % 60, 0); });
+    TScopedClock clock(
+        [&] { return EncodeDate(2024, 5, 6) + EncodeTime(8, 0, ++seconds % 60, 0); });
     auto* c = Clock();
     std::atomic<int> ticks{0};
     c->OnTimeChange = [&](TObject*) { ++ticks; };
@@ -154,7 +155,7 @@ TEST_F(AnalogClock, FreeingTheClockWhileItsTimerTicksIsClean) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     EXPECT_GE(ticks, 3);
-    delete c; // the worker is between ticks or waiting to hand one over
+    delete c;           // the worker is between ticks or waiting to hand one over
     CheckSynchronize(); // nothing of the freed clock may run now
     Pump();
 }
@@ -177,7 +178,7 @@ TEST_F(AnalogClock, FontAndFaceBitmapReachTheKeptDial) {
     face.Canvas().FillRect({0, 0, 2, 2});
     face.Canvas().SetPixel(0, 0, kMagenta);
     b->SetBitmap(face);
-    EXPECT_EQ(PixelOf(*b, 20, 40), kMagenta); // inside the dial, an even pixel of the tiling
-    EXPECT_EQ(PixelOf(*b, 21, 40), TColor(0));  // white shows the black face beneath
-    EXPECT_NE(PixelOf(*b, 0, 0), kMagenta);   // outside the dial
+    EXPECT_EQ(PixelOf(*b, 20, 40), kMagenta);  // inside the dial, an even pixel of the tiling
+    EXPECT_EQ(PixelOf(*b, 21, 40), TColor(0)); // white shows the black face beneath
+    EXPECT_NE(PixelOf(*b, 0, 0), kMagenta);    // outside the dial
 }

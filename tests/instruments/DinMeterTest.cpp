@@ -94,7 +94,7 @@ TEST_F(DinMeter, AThinTallFaceBitmapIsDrawnClippedToTheFace) {
     strip.Canvas().FillRect({0, 0, 1, 5000});
     m->SetFaceBitmap(strip);
     m->SetValue(100);
-    EXPECT_EQ(PixelOf(*m, 6, 50), kRed);                 // the face's first column
-    EXPECT_NE(PixelOf(*m, 6, 96), kRed);                 // below the face
-    EXPECT_NE(PixelOf(*m, 7, 50), PixelOf(*m, 6, 50));   // one column wide
+    EXPECT_EQ(PixelOf(*m, 6, 50), kRed);               // the face's first column
+    EXPECT_NE(PixelOf(*m, 6, 96), kRed);               // below the face
+    EXPECT_NE(PixelOf(*m, 7, 50), PixelOf(*m, 6, 50)); // one column wide
 }
