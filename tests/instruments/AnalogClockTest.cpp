@@ -182,3 +182,22 @@ TEST_F(AnalogClock, FontAndFaceBitmapReachTheKeptDial) {
     EXPECT_EQ(PixelOf(*b, 21, 40), TColor(0)); // white shows the black face beneath
     EXPECT_NE(PixelOf(*b, 0, 0), kMagenta);    // outside the dial
 }
+
+TEST_F(AnalogClock, ExtremeHandsBevelsAndBitmapsPaint) {
+    TScopedClock clock(At(3, 0, 15));
+    auto* c = Clock();
+    c->SetBevel(-5);
+    c->SetInner(bvSpace);
+    c->SetHHand(65535);
+    c->SetmHandWidth(65535);
+    c->SethHandWidth(65535);
+    c->SetCHDot(65535);
+    c->SetDotSize(50);
+    EXPECT_EQ(c->DotSize(), 10);
+    c->SetMoveNum(-1);
+    EXPECT_EQ(c->OffSetNumbers(), 0);
+    TBitmap strip;
+    strip.SetSize(1, 5000);
+    c->SetBitmap(strip);
+    EXPECT_EQ(PixelOf(*c, 20, 80), kGreen); // the hour hub covers the whole clock
+}
