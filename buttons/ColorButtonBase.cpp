@@ -97,15 +97,6 @@ template <class Base> bool TColorButtonBase<Base>::BevelShown() const {
     return !m_flat || (m_hover && this->Enabled()) || m_held || m_down || this->IsDesigning();
 }
 
-template <class Base> unsigned TColorButtonBase<Base>::TextFlags() const {
-    static constexpr unsigned kVertical[] = {DT_VCENTER, DT_TOP, DT_BOTTOM};
-    static constexpr unsigned kHorizontal[] = {DT_LEFT, DT_RIGHT, DT_CENTER};
-    unsigned flags = kVertical[m_horzAlign] | kHorizontal[m_alignment];
-    if (!m_multipleLines) flags |= DT_SINGLELINE;
-    if (m_wordWrap) flags |= DT_WORDBREAK;
-    return flags;
-}
-
 template <class Base> void TColorButtonBase<Base>::PaintCaption(TCanvas& canvas) {
     const int R = this->Width() - 1, B = this->Height() - 1;
     TRect r{5, 5, R - 4, B - 4};
@@ -113,18 +104,9 @@ template <class Base> void TColorButtonBase<Base>::PaintCaption(TCanvas& canvas)
     AdjustCaptionFont(canvas.Font());
     if (CaptionMoves()) OffsetRect(r, 1, 1);
     canvas.Brush().SetStyle(bsClear);
-    const std::string caption = DrawnCaption(this->Caption());
-    const unsigned flags = TextFlags();
-    if (this->Enabled()) {
-        canvas.DrawText(caption, r, flags);
-        return;
-    }
-    TRect embossed = r;
-    OffsetRect(embossed, 1, 1);
-    canvas.Font().SetColor(TColor(0xFFFFFF));
-    canvas.DrawText(caption, embossed, flags);
-    canvas.Font().SetColor(TColor(0x808080));
-    canvas.DrawText(caption, r, flags);
+    DrawCaptionText(canvas, DrawnCaption(this->Caption()), r,
+                    CaptionTextFlags(m_horzAlign, m_alignment, m_multipleLines, m_wordWrap),
+                    this->Enabled());
 }
 
 template <class Base> void TColorButtonBase<Base>::Paint() {

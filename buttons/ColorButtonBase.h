@@ -5,6 +5,7 @@
 // bevel, caption). A button of the family replaces PaintFace for its own face and states its
 // differences through the small virtuals below.
 
+#include "componentbase/CaptionText.h"
 #include "componentbase/EnterLeaveEvents.h"
 #include "componentbase/PaintFrame.h"
 #include "platform/controls/WinControl.h"
@@ -12,10 +13,6 @@
 #include <cstdint>
 
 namespace qv {
-
-// The caption's vertical placement (named horizontal for historical reasons).
-enum qbHorzAlign { qbha_Center, qbha_Top, qbha_Bottom };
-QV_ENUM_TYPE(qbHorzAlign, "qbha_Center", "qbha_Top", "qbha_Bottom")
 
 struct TColorButtonDefaults {
     static constexpr int Width = 89;
@@ -111,7 +108,6 @@ protected:
 
 private:
     void PaintCaption(TCanvas& canvas);
-    unsigned TextFlags() const;
 
     bool m_flat{Defaults::Flat};
     qbHorzAlign m_horzAlign{Defaults::HorzAlign};

@@ -8,6 +8,7 @@
 #include "instruments/Qpanel2.h"
 #include "platform/core/Component.h"
 #include "platform/core/DesignerRegistry.h"
+#include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 #include "utility/Mystd.h"
 
@@ -75,11 +76,11 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {18, "TqNWColorBtn", kPage3, &TqNWColorBtn::StaticClassInfo},
         {18, "TqNWBitColBtn", kPage3, nullptr},
         {18, "TqNWIconColBtn", kPage3, nullptr},
-        {19, "TqxLightOnOff", kPage3, nullptr},
-        {19, "TqxPushOnOff", kPage3, nullptr},
-        {20, "TqxDblOnOff", kPage3, nullptr},
-        {20, "TqxSingleOnOff", kPage3, nullptr},
-        {21, "TqxSlideOnOff", kPage3, nullptr},
+        {19, "TqxLightOnOff", kPage3, &TqxLightOnOff::StaticClassInfo},
+        {19, "TqxPushOnOff", kPage3, &TqxPushOnOff::StaticClassInfo},
+        {20, "TqxDblOnOff", kPage3, &TqxDblOnOff::StaticClassInfo},
+        {20, "TqxSingleOnOff", kPage3, &TqxSingleOnOff::StaticClassInfo},
+        {21, "TqxSlideOnOff", kPage3, &TqxSlideOnOff::StaticClassInfo},
         {22, "TqxSpinBtn", kPage4, nullptr},
         {22, "TqxCenterSpinBtn", kPage4, nullptr},
         {23, "TqxHairLine", kPage4, nullptr},

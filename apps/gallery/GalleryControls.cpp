@@ -90,9 +90,15 @@ void TPageList::WMGetDlgCode(TMessage& message) {
 
 // TComponentCell
 
-TComponentCell::TComponentCell(TComponent* owner, TComponent& shown)
-    : TCustomControl(owner), m_shown(shown) {
+TComponentCell::TComponentCell(TComponent* owner, TComponent& shown, const TShowcase* showcase)
+    : TCustomControl(owner), m_shown(shown), m_showcase(showcase) {
     AcceptDoubleClicks(*this);
+}
+
+std::string TComponentCell::PictureName() const {
+    std::string name = m_shown.ClassName();
+    if (m_showcase && !m_showcase->look.empty()) name.append(1, '-').append(m_showcase->look);
+    return name;
 }
 
 void TComponentCell::Pressed(TShiftState shift) {

@@ -3,6 +3,8 @@
 // that shows one component with its name, the view of a non-visual component, and the list
 // of the selected component's published properties.
 
+#include "LiveSettings.h"
+
 #include "platform/controls/WinControl.h"
 
 #include <functional>
@@ -36,12 +38,16 @@ private:
 
 // One component on a page: the component sits at the top of the cell (or a view of it, for
 // non-visual components) and its class name is written underneath. A click on the cell or
-// on the component selects it; a double click opens it larger.
+// on the component selects it; a double click opens it larger. `showcase` (may be null) is
+// what the component was dressed in and how it moves.
 class TComponentCell : public TCustomControl {
 public:
-    TComponentCell(TComponent* owner, TComponent& shown);
+    TComponentCell(TComponent* owner, TComponent& shown, const TShowcase* showcase);
 
     TComponent& Shown() const { return m_shown; }
+    const TShowcase* Showcase() const { return m_showcase; }
+    // The picture's file name without extension: the class, and the look after a dash.
+    std::string PictureName() const;
     void SetHighlighted(bool on);
     std::function<void(TComponentCell& cell)> OnSelect;
     std::function<void(TComponentCell& cell)> OnOpen;
@@ -54,6 +60,7 @@ protected:
 
 private:
     TComponent& m_shown;
+    const TShowcase* m_showcase;
     bool m_highlighted{false};
 };
 

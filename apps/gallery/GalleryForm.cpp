@@ -76,9 +76,13 @@ TGalleryForm::TPage TGalleryForm::BuildPage(const std::vector<const TClassInfo*>
     page.surface->SetVisible(false);
     std::vector<TSize> sizes;
     for (const TClassInfo* cls : classes) {
-        if (TComponentCell* cell = BuildCell(*page.surface, *cls)) {
-            page.cells.push_back(cell);
-            sizes.push_back({cell->Width(), cell->Height() - TGridMetrics{}.labelHeight});
+        std::vector<const TShowcase*> showcases = ShowcasesOf(cls->name);
+        if (showcases.empty()) showcases.push_back(nullptr);
+        for (const TShowcase* showcase : showcases) {
+            if (TComponentCell* cell = BuildCell(*page.surface, *cls, showcase)) {
+                page.cells.push_back(cell);
+                sizes.push_back({cell->Width(), cell->Height() - TGridMetrics{}.labelHeight});
+            }
         }
     }
     TGridMetrics metrics;
@@ -91,18 +95,19 @@ TGalleryForm::TPage TGalleryForm::BuildPage(const std::vector<const TClassInfo*>
 }
 
 // The cell is sized for what it shows; the grid positions it afterwards.
-TComponentCell* TGalleryForm::BuildCell(TCustomControl& surface, const TClassInfo& cls) {
+TComponentCell* TGalleryForm::BuildCell(TCustomControl& surface, const TClassInfo& cls,
+                                        const TShowcase* showcase) {
     TComponent* component = nullptr;
     try {
         component = CreateComponent(cls.name, this);
         component->SetName(UniqueName(cls.name));
-        ApplyShowcaseSettings(*component);
+        if (showcase) ApplyShowcase(*showcase, *component);
     } catch (const Exception& e) {
         std::cerr << "gallery: " << cls.name << " cannot be shown: " << e.Message() << '\n';
         delete component;
         return nullptr;
     }
-    auto* cell = new TComponentCell(this, *component);
+    auto* cell = new TComponentCell(this, *component, showcase);
     cell->SetParent(&surface);
     cell->OnSelect = [this](TComponentCell& c) { Select(&c); };
     cell->OnOpen = [this](const TComponentCell& c) { OpenLarge(c); };
@@ -139,7 +144,8 @@ void TGalleryForm::OpenLarge(const TComponentCell& cell) {
     std::unique_ptr<TComponent> fresh(CreateComponent(shown->ClassName(), nullptr));
     auto* control = dynamic_cast<TControl*>(fresh.get());
     if (!control) return;
-    ApplyShowcaseSettings(*control);
+    if (cell.Showcase()) ApplyShowcase(*cell.Showcase(), *control);
+    m_largeShowcase = cell.Showcase();
     control->SetBounds(0, 0, control->Width() * TLargeView::Scale,
                        control->Height() * TLargeView::Scale);
     m_large->InsertComponent(fresh.release());
@@ -189,11 +195,11 @@ void TGalleryForm::StartAnimation() {
 void TGalleryForm::Step() {
     if (m_current < 0) return;
     for (TComponentCell* cell : PageCells(m_current)) {
-        AnimateStep(cell->Shown(), m_tick);
+        AnimateStep(cell->Showcase(), cell->Shown(), m_tick);
         for (int i = 0; i < cell->ControlCount(); ++i)
             if (auto* view = dynamic_cast<TNonVisualView*>(cell->Controls(i))) view->Invalidate();
     }
-    if (TControl* large = m_large->Shown()) AnimateStep(*large, m_tick);
+    if (TControl* large = m_large->Shown()) AnimateStep(m_largeShowcase, *large, m_tick);
     ++m_tick;
     m_properties->Show(SelectedComponent());
 }

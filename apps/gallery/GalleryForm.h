@@ -58,7 +58,8 @@ private:
     };
 
     TPage BuildPage(const std::vector<const TClassInfo*>& classes);
-    TComponentCell* BuildCell(TCustomControl& surface, const TClassInfo& cls);
+    TComponentCell* BuildCell(TCustomControl& surface, const TClassInfo& cls,
+                              const TShowcase* showcase);
     TControl& Present(TComponentCell& cell, TComponent& component);
     std::string UniqueName(const std::string& className) const;
     void ArrangeSurfaces(int height);
@@ -66,6 +67,7 @@ private:
     TPageList* m_pageList;
     TPropertyView* m_properties;
     TLargeView* m_large;
+    const TShowcase* m_largeShowcase{nullptr};
     TTimer* m_timer{nullptr};
     std::vector<std::string> m_pageNames;
     std::vector<TPage> m_pages;

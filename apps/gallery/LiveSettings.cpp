@@ -9,6 +9,7 @@
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
+#include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 
 #include <concepts>
@@ -86,6 +87,21 @@ void CountClicks(TComponent& component, int) {
     };
 }
 
+// A switch flips every two seconds until the user touches it: it holds the focus (a press or
+// the space bar focuses it) or has been toggled by the user (OnClick, which SwitchOn set from
+// code does not raise).
+struct TTouchMark {
+    bool touched{false};
+    void operator()(TObject*) { touched = true; }
+};
+void SwitchUntilTouched(TComponent& component, int tick) {
+    auto& onOff = static_cast<TqxCustomOnOff&>(component);
+    if (!onOff.OnClick) onOff.OnClick = TTouchMark{};
+    const TTouchMark* mark = onOff.OnClick.target<TTouchMark>();
+    if (onOff.Focused() || (mark && mark->touched)) return;
+    if (tick % switchPeriod == 0) onOff.SetSwitchOn(tick / switchPeriod % 2 != 0);
+}
+
 std::vector<TShowcase> MakeShowcases() {
     std::vector<TShowcase> all;
     all.push_back({"TqLed",
@@ -113,10 +129,13 @@ std::vector<TShowcase> MakeShowcases() {
                    {Setting<TqSegmentClock>("ShowSeconds", &TqSegmentClock::ShowSeconds,
                                             &TqSegmentClock::SetShowSeconds, true)},
                    {}});
+    // A flat knob as it is made, and a blue one on steel.
+    all.push_back({"TqKnob", {}, SweepKnob});
     all.push_back({"TqKnob",
                    {Setting<TqKnob>("KnobColor", &TqKnob::KnobColor, &TqKnob::SetKnobCol, kcBlue),
                     Setting<TqKnob>("SteelLook", &TqKnob::SteelLook, &TqKnob::SetSteel, true)},
-                   SweepKnob});
+                   SweepKnob,
+                   "steel"});
     all.push_back({"TqDblKnob",
                    {Setting<TqDblKnob>("PointColor2", &TqDblKnob::PointColor2,
                                        &TqDblKnob::SetPoint2, TColor(0x800000))},
@@ -179,14 +198,42 @@ std::vector<TShowcase> MakeShowcases() {
                                 std::string("Flat")),
           Setting<TqNWColorBtn>("Flat", &TqNWColorBtn::Flat, &TqNWColorBtn::SetFlat, true)},
          CountClicks});
+    // Switches: captions (one with an accelerator), steel, the picture on the left, disabled.
+    all.push_back({"TqxLightOnOff",
+                   {Setting<TqxLightOnOff>("Caption", &TqxLightOnOff::Caption,
+                                           &TqxLightOnOff::SetCaption, std::string("&Lamp")),
+                    Setting<TqxLightOnOff>("Color", &TqxLightOnOff::Color, &TqxLightOnOff::SetColor,
+                                           TColor(0x00FFFF))},
+                   SwitchUntilTouched});
+    all.push_back({"TqxPushOnOff",
+                   {Setting<TqxPushOnOff>("Caption", &TqxPushOnOff::Caption,
+                                          &TqxPushOnOff::SetCaption, std::string("Power")),
+                    Setting<TqxPushOnOff>("Color", &TqxPushOnOff::Color, &TqxPushOnOff::SetColor,
+                                          TColor(0x00FF00)),
+                    Setting<TqxPushOnOff>("SteelLook", &TqxPushOnOff::SteelLook,
+                                          &TqxPushOnOff::SetSteelLook, true)},
+                   SwitchUntilTouched});
+    all.push_back({"TqxDblOnOff",
+                   {Setting<TqxDblOnOff>("Caption", &TqxDblOnOff::Caption, &TqxDblOnOff::SetCaption,
+                                         std::string("Mains")),
+                    Setting<TqxDblOnOff>("Color", &TqxDblOnOff::Color, &TqxDblOnOff::SetColor,
+                                         TColor(0x00C000))},
+                   SwitchUntilTouched});
+    all.push_back({"TqxSingleOnOff",
+                   {Setting<TqxSingleOnOff>("Caption", &TqxSingleOnOff::Caption,
+                                            &TqxSingleOnOff::SetCaption, std::string("Pump")),
+                    Setting<TqxSingleOnOff>("Color", &TqxSingleOnOff::Color,
+                                            &TqxSingleOnOff::SetColor, TColor(0x0000FF)),
+                    Setting<TqxSingleOnOff>("GlyphAlign", &TqxSingleOnOff::GlyphAlign,
+                                            &TqxSingleOnOff::SetGlyphAlign, qxgp_Left)},
+                   SwitchUntilTouched});
+    all.push_back({"TqxSlideOnOff",
+                   {Setting<TqxSlideOnOff>("Caption", &TqxSlideOnOff::Caption,
+                                           &TqxSlideOnOff::SetCaption, std::string("Locked")),
+                    Setting<TqxSlideOnOff>("Enabled", &TqxSlideOnOff::Enabled,
+                                           &TqxSlideOnOff::SetEnabled, false)},
+                   SwitchUntilTouched});
     return all;
-}
-
-const TShowcase* ShowcaseOf(const TComponent& component) {
-    const std::string className = component.ClassName();
-    for (const TShowcase& showcase : Showcases())
-        if (showcase.className == className) return &showcase;
-    return nullptr;
 }
 
 } // namespace
@@ -194,6 +241,13 @@ const TShowcase* ShowcaseOf(const TComponent& component) {
 const std::vector<TShowcase>& Showcases() {
     static const std::vector<TShowcase> all = MakeShowcases();
     return all;
+}
+
+std::vector<const TShowcase*> ShowcasesOf(const std::string& className) {
+    std::vector<const TShowcase*> found;
+    for (const TShowcase& showcase : Showcases())
+        if (showcase.className == className) found.push_back(&showcase);
+    return found;
 }
 
 int SweepValue(int low, int high, int tick, int period) {
@@ -214,12 +268,7 @@ void ApplyShowcase(const TShowcase& showcase, TComponent& component) {
     }
 }
 
-void ApplyShowcaseSettings(TComponent& component) {
-    if (const TShowcase* showcase = ShowcaseOf(component)) ApplyShowcase(*showcase, component);
-}
-
-void AnimateStep(TComponent& component, int tick) {
-    const TShowcase* showcase = ShowcaseOf(component);
+void AnimateStep(const TShowcase* showcase, TComponent& component, int tick) {
     if (showcase && showcase->animate)
         showcase->animate(component, tick);
     else

@@ -23,26 +23,29 @@ struct TShowcaseSetting {
     std::function<bool(const TComponent&)> holds;
 };
 
-// The showcase of one class: its settings and, optionally, its own animation step.
+// One showcase of a class: its settings and, optionally, its own animation step. A class may
+// have several showcases, each shown in a cell of its own; all but the first name their
+// `look`, which also names their picture (<class>-<look>.png).
 struct TShowcase {
     std::string className;
     std::vector<TShowcaseSetting> settings;
     std::function<void(TComponent&, int tick)> animate;
+    std::string look{};
 };
 
-// Every class's showcase, in no particular order.
+// Every class's showcases, in no particular order.
 const std::vector<TShowcase>& Showcases();
+// The showcases of one class, in the order the gallery shows them (none: the class shows as
+// it is made).
+std::vector<const TShowcase*> ShowcasesOf(const std::string& className);
 
 // Applies `showcase` to `component`; throws EComponentError naming the class, property and
 // value when a setting does not take effect.
 void ApplyShowcase(const TShowcase& showcase, TComponent& component);
-// Applies the showcase of the component's class, if it has one.
-void ApplyShowcaseSettings(TComponent& component);
-
-// Moves the component one animation step on; `tick` counts from 0, ten a second. Classes
-// without an animation of their own sweep Value between Min and Max and flip SwitchOn, where
-// they publish them.
-void AnimateStep(TComponent& component, int tick);
+// Moves the component one animation step on; `tick` counts from 0, ten a second. Without a
+// showcase, or when the showcase has no animation of its own, Value sweeps between Min and
+// Max and SwitchOn flips, where the component publishes them.
+void AnimateStep(const TShowcase* showcase, TComponent& component, int tick);
 
 // The value a sweep shows at `tick`: from `low` up to `high` and back, `period` ticks for
 // the round trip.

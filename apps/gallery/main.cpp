@@ -13,6 +13,7 @@
 #include "platform/controls/Application.h"
 #include "platform/core/DesignerRegistry.h"
 #include "platform/core/Exceptions.h"
+#include "platform/core/PropertyAccess.h"
 #include "platform/graphics/Bitmap.h"
 
 #include <cstring>
@@ -20,6 +21,7 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
 
 using namespace qv;
@@ -77,6 +79,37 @@ void RenderPages(TGalleryForm& form, const std::string& dir) {
     }
 }
 
+// Switches (components publishing SwitchOn) also get DIR/<class>-states.png: the control
+// off, on and disabled side by side, a few pixels apart on the form's colour.
+void RenderSwitchStates(TControl& control, const std::string& dir, std::ostream& index) {
+    const std::string enabled = GetPropText(control, "Enabled");
+    const std::string on = GetPropText(control, "SwitchOn");
+    const int W = control.Width(), H = control.Height(), gap = 6;
+    TBitmap strip(3 * W + 2 * gap, H);
+    strip.Canvas().Brush().SetColor(clBtnFace);
+    strip.Canvas().FillRect({0, 0, strip.Width(), strip.Height()});
+    const std::pair<const char*, const char*> states[] = {
+        {"True", "False"}, {"True", "True"}, {"False", on.c_str()}};
+    for (int i = 0; i < 3; ++i) {
+        SetPropText(control, "Enabled", states[i].first);
+        SetPropText(control, "SwitchOn", states[i].second);
+        TBitmap shot;
+        control.PaintTo(shot);
+        strip.Canvas().Draw(i * (W + gap), 0, shot);
+    }
+    SetPropText(control, "Enabled", enabled);
+    SetPropText(control, "SwitchOn", on);
+    const std::string name = control.ClassName() + "-states.png";
+    strip.SaveToFile((std::filesystem::path(dir) / name).string());
+    index << "![" << control.ClassName() << " off, on, disabled](" << name << ") ";
+}
+
+bool Publishes(const TComponent& component, const std::string& property) {
+    for (const TPropInfo* p : GetPropList(component))
+        if (p->name == property) return true;
+    return false;
+}
+
 // Writes DIR/<class>.png for every component and DIR/README.md, which shows them page by page.
 void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
     std::filesystem::create_directories(dir);
@@ -95,14 +128,19 @@ void RenderComponentPictures(TGalleryForm& form, const std::string& dir) {
             TBitmap picture(cell->Width(), cell->Height());
             picture.Canvas().CopyRect({0, 0, cell->Width(), cell->Height()}, shot.Canvas(),
                                       Bounds(at.x, at.y, cell->Width(), cell->Height()));
-            const std::string path =
-                (std::filesystem::path(dir) / (cell->Shown().ClassName() + ".png")).string();
+            const std::string name = cell->PictureName();
+            const std::string path = (std::filesystem::path(dir) / (name + ".png")).string();
             picture.SaveToFile(path);
-            index << "![" << cell->Shown().ClassName() << "](" << cell->Shown().ClassName()
-                  << ".png) ";
+            index << "![" << name << "](" << name << ".png) ";
             std::cout << path << '\n';
         }
         index << '\n';
+        std::ostringstream states;
+        for (TComponentCell* cell : form.PageCells(i))
+            if (auto* control = dynamic_cast<TControl*>(&cell->Shown());
+                control && Publishes(*control, "SwitchOn"))
+                RenderSwitchStates(*control, dir, states);
+        if (!states.str().empty()) index << "\n" << states.str() << '\n';
     }
 }
 

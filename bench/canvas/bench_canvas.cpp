@@ -1,17 +1,24 @@
-// Canvas speed: the same scenes drawn in the same run by our canvas, by Qt 5's raster paint
-// engine (QImage Format_RGB32 + QPainter, antialiasing off) and by cairo (image surface
-// RGB24, CAIRO_ANTIALIAS_NONE), beside a plain memset (memcpy for the block copy) of the
-// scene's area as the floor. Every side draws the same primitives with the same geometry and
-// colours; the pixels differ only where the three rasterizers round differently.
+// Canvas speed: the same scenes drawn in the same run by our canvas, by a plain integer
+// rasterizer written here (PlainRaster.h: no drawing rules beyond the obvious ones, the floor
+// a canvas with the classic pixel rules is measured against), by Qt 5's raster paint engine
+// (QImage Format_RGB32 + QPainter, antialiasing off) and by cairo (image surface RGB24,
+// CAIRO_ANTIALIAS_NONE), beside a plain memset (memcpy for the block copy) of the scene's area.
+// Every side draws the same primitives with the same geometry and colours; the pixels differ
+// only where the rasterizers round differently.
 //
-//   bench_canvas            the usual Google Benchmark table
-//   bench_canvas --ratio    the table, then one line per scene (the fastest repetition when
-//                           --benchmark_repetitions is given):
-//     "<scene>: ours <ns> ns, qt <ns> ns, cairo <ns> ns, ratio-qt <ours/qt>, floor <ns> ns"
+//   bench_canvas                the usual Google Benchmark table
+//   bench_canvas --ratio        the table, then one line per scene (the fastest repetition when
+//                               --benchmark_repetitions is given):
+//     "<scene>: ours <ns> ns, plain <ns> ns, qt <ns> ns, cairo <ns> ns, ratio-plain <ours/plain>,
+//      ratio-qt <ours/qt>, floor <ns> ns" (plain "-" for text, which it does not draw)
+//   bench_canvas --pictures DIR  writes each scene as ours, plain and Qt draw it,
+//                               DIR/<scene>-<side>.png, so that anyone can see they match
 
+#include "PlainRaster.h"
 #include "bench/RatioReporter.h"
 #include "platform/graphics/Bitmap.h"
 #include "platform/graphics/Canvas.h"
+#include "platform/graphics/ImageIO.h"
 
 #include <QColor>
 #include <QFont>
@@ -183,45 +190,52 @@ void OurLines(qv::TCanvas& c, const std::vector<TLine>& lines) {
     }
 }
 
-void OursInstrument(benchmark::State& state) {
+void DrawOursInstrument(qv::TCanvas& c) {
     const TInstrument& s = Instrument();
-    qv::TBitmap bitmap(TInstrument::Size, TInstrument::Size);
-    qv::TCanvas& c = bitmap.Canvas();
+    c.Brush().SetColor(ToColor(Face));
+    c.FillRect({0, 0, TInstrument::Size, TInstrument::Size});
+    c.Pen().SetWidth(1);
+    c.Pen().SetColor(ToColor(Black));
+    for (std::size_t i = 0; i < s.ellipses.size(); ++i) {
+        c.Brush().SetColor(ToColor(s.ellipseColors[i]));
+        c.Ellipse(s.ellipses[i]);
+    }
+    for (const TWedge& w : s.wedges) {
+        const TPoint a = s.Radial(w.startDeg);
+        const TPoint b = s.Radial(w.startDeg + w.spanDeg);
+        c.Brush().SetColor(ToColor(w.color));
+        c.Pie(s.pieBox.left, s.pieBox.top, s.pieBox.right, s.pieBox.bottom, a.x, a.y, b.x, b.y);
+    }
+    OurLines(c, s.ticks);
+    c.Pen().SetWidth(3);
+    OurLines(c, {s.needle});
+}
+
+void DrawOursStripChart(qv::TCanvas& c) {
+    const TStripChart& s = Chart();
+    c.Pen().SetColor(ToColor(Grid));
+    OurLines(c, s.grid);
+    c.Pen().SetColor(TColor(0x0000FF));
+    c.Polyline(s.traceA);
+    c.Pen().SetColor(TColor(0x008000));
+    c.Polyline(s.traceB);
+}
+
+// Runs `draw` on a bitmap of the scene's size for as long as the benchmark asks.
+template <class Draw> void OursScene(benchmark::State& state, int width, int height, Draw draw) {
+    qv::TBitmap bitmap(width, height);
     for (auto _ : state) {
-        c.Brush().SetColor(ToColor(Face));
-        c.FillRect({0, 0, TInstrument::Size, TInstrument::Size});
-        c.Pen().SetWidth(1);
-        c.Pen().SetColor(ToColor(Black));
-        for (std::size_t i = 0; i < s.ellipses.size(); ++i) {
-            c.Brush().SetColor(ToColor(s.ellipseColors[i]));
-            c.Ellipse(s.ellipses[i]);
-        }
-        for (const TWedge& w : s.wedges) {
-            const TPoint a = s.Radial(w.startDeg);
-            const TPoint b = s.Radial(w.startDeg + w.spanDeg);
-            c.Brush().SetColor(ToColor(w.color));
-            c.Pie(s.pieBox.left, s.pieBox.top, s.pieBox.right, s.pieBox.bottom, a.x, a.y, b.x, b.y);
-        }
-        OurLines(c, s.ticks);
-        c.Pen().SetWidth(3);
-        OurLines(c, {s.needle});
+        draw(bitmap.Canvas());
         benchmark::DoNotOptimize(bitmap.Pixels().Row(0));
     }
 }
 
+void OursInstrument(benchmark::State& state) {
+    OursScene(state, TInstrument::Size, TInstrument::Size, DrawOursInstrument);
+}
+
 void OursStripChart(benchmark::State& state) {
-    const TStripChart& s = Chart();
-    qv::TBitmap bitmap(TStripChart::Width, TStripChart::Height);
-    qv::TCanvas& c = bitmap.Canvas();
-    for (auto _ : state) {
-        c.Pen().SetColor(ToColor(Grid));
-        OurLines(c, s.grid);
-        c.Pen().SetColor(TColor(0x0000FF));
-        c.Polyline(s.traceA);
-        c.Pen().SetColor(TColor(0x008000));
-        c.Polyline(s.traceB);
-        benchmark::DoNotOptimize(bitmap.Pixels().Row(0));
-    }
+    OursScene(state, TStripChart::Width, TStripChart::Height, DrawOursStripChart);
 }
 
 void OursBands(benchmark::State& state) {
@@ -268,6 +282,92 @@ void OursText(benchmark::State& state) {
     }
 }
 
+// ---- the plain peer ------------------------------------------------------------------------
+
+std::uint32_t Pixel(TRgb c) {
+    return static_cast<std::uint32_t>(c.b | (c.g << 8) | (c.r << 16));
+}
+
+void PlainLines(qv::bench::TPlainRaster& r, const std::vector<TLine>& lines, std::uint32_t color) {
+    for (const TLine& l : lines)
+        r.Line(l.from.x, l.from.y, l.to.x, l.to.y, color);
+}
+
+std::vector<int> Flatten(const std::vector<TPoint>& points) {
+    std::vector<int> xy;
+    for (const TPoint& p : points) {
+        xy.push_back(p.x);
+        xy.push_back(p.y);
+    }
+    return xy;
+}
+
+void DrawPlainInstrument(qv::bench::TPlainRaster& r) {
+    const TInstrument& s = Instrument();
+    r.FillRect(0, 0, TInstrument::Size, TInstrument::Size, Pixel(Face));
+    for (std::size_t i = 0; i < s.ellipses.size(); ++i) {
+        const TRect& e = s.ellipses[i];
+        r.Ellipse(e.left, e.top, e.right, e.bottom, Pixel(s.ellipseColors[i]), Pixel(Black));
+    }
+    for (const TWedge& w : s.wedges) {
+        const TPoint a = s.Radial(w.startDeg);
+        const TPoint b = s.Radial(w.startDeg + w.spanDeg);
+        r.Pie(s.pieBox.left, s.pieBox.top, s.pieBox.right, s.pieBox.bottom, a.x, a.y, b.x, b.y,
+              Pixel(w.color), Pixel(Black));
+    }
+    PlainLines(r, s.ticks, Pixel(Black));
+    r.WideLine(s.needle.from.x, s.needle.from.y, s.needle.to.x, s.needle.to.y, 3, Pixel(Black));
+}
+
+void DrawPlainStripChart(qv::bench::TPlainRaster& r) {
+    static const std::vector<int> traceA = Flatten(Chart().traceA);
+    static const std::vector<int> traceB = Flatten(Chart().traceB);
+    PlainLines(r, Chart().grid, Pixel(Grid));
+    r.Polyline(traceA.data(), static_cast<int>(traceA.size() / 2), Pixel({255, 0, 0}));
+    r.Polyline(traceB.data(), static_cast<int>(traceB.size() / 2), Pixel({0, 128, 0}));
+}
+
+void DrawPlainBands(qv::bench::TPlainRaster& r) {
+    for (int i = 0; i < 255; ++i) {
+        const TRect b = TBands::Band(i);
+        r.FillRect(b.left, b.top, b.right, b.bottom, Pixel(TBands::Color(i)));
+    }
+}
+
+template <class Draw> void PlainScene(benchmark::State& state, int width, int height, Draw draw) {
+    qv::bench::TPlainRaster raster(width, height);
+    for (auto _ : state) {
+        draw(raster);
+        benchmark::DoNotOptimize(raster.Pixels());
+    }
+}
+
+void PlainInstrument(benchmark::State& state) {
+    PlainScene(state, TInstrument::Size, TInstrument::Size, DrawPlainInstrument);
+}
+
+void PlainStripChart(benchmark::State& state) {
+    PlainScene(state, TStripChart::Width, TStripChart::Height, DrawPlainStripChart);
+}
+
+void PlainBands(benchmark::State& state) {
+    PlainScene(state, TBands::Width, TBands::Height, DrawPlainBands);
+}
+
+// A block copy is a copy of rows.
+void PlainBlockCopy(benchmark::State& state) {
+    qv::bench::TPlainRaster source(TBands::Width, TBands::Height);
+    for (int y = 0; y < TBands::Height; ++y)
+        for (int x = 0; x < TBands::Width; ++x)
+            source.Row(y)[x] = SourcePixel(x, y);
+    qv::bench::TPlainRaster raster(TBands::Width, TBands::Height);
+    for (auto _ : state) {
+        for (int y = 0; y < TBands::Height; ++y)
+            std::copy_n(source.Row(y), TBands::Width, raster.Row(y));
+        benchmark::DoNotOptimize(raster.Pixels());
+    }
+}
+
 // ---- Qt ---------------------------------------------------------------------------------
 
 QPoint Q(TPoint p) {
@@ -296,51 +396,55 @@ QPen QtPen(TRgb color, int width) {
     return pen;
 }
 
-void QtInstrument(benchmark::State& state) {
+void DrawQtInstrument(QPainter& p) {
     const TInstrument& s = Instrument();
-    QImage image(TInstrument::Size, TInstrument::Size, QImage::Format_RGB32);
+    p.setRenderHint(QPainter::Antialiasing, false);
+    p.fillRect(0, 0, TInstrument::Size, TInstrument::Size, ToQColor(Face));
+    p.setPen(QtPen(Black, 1));
+    for (std::size_t i = 0; i < s.ellipses.size(); ++i) {
+        const TRect& r = s.ellipses[i];
+        p.setBrush(ToQColor(s.ellipseColors[i]));
+        p.drawEllipse(r.left, r.top, r.Width() - 1, r.Height() - 1);
+    }
+    for (const TWedge& w : s.wedges) {
+        p.setBrush(ToQColor(w.color));
+        p.drawPie(s.pieBox.left, s.pieBox.top, s.pieBox.Width() - 1, s.pieBox.Height() - 1,
+                  w.startDeg * 16, w.spanDeg * 16);
+    }
+    QtLines(p, s.ticks);
+    p.setPen(QtPen(Black, 3));
+    QtLines(p, {s.needle});
+}
+
+void DrawQtStripChart(QPainter& p) {
+    static const QPolygon traceA = QtPolyline(Chart().traceA);
+    static const QPolygon traceB = QtPolyline(Chart().traceB);
+    p.setRenderHint(QPainter::Antialiasing, false);
+    p.setPen(QtPen(Grid, 1));
+    QtLines(p, Chart().grid);
+    p.setPen(QtPen({255, 0, 0}, 1));
+    p.drawPolyline(traceA);
+    p.setPen(QtPen({0, 128, 0}, 1));
+    p.drawPolyline(traceB);
+}
+
+template <class Draw> void QtScene(benchmark::State& state, int width, int height, Draw draw) {
+    QImage image(width, height, QImage::Format_RGB32);
     image.fill(Qt::white);
     for (auto _ : state) {
         QPainter p(&image);
-        p.setRenderHint(QPainter::Antialiasing, false);
-        p.fillRect(0, 0, TInstrument::Size, TInstrument::Size, ToQColor(Face));
-        p.setPen(QtPen(Black, 1));
-        for (std::size_t i = 0; i < s.ellipses.size(); ++i) {
-            const TRect& r = s.ellipses[i];
-            p.setBrush(ToQColor(s.ellipseColors[i]));
-            p.drawEllipse(r.left, r.top, r.Width() - 1, r.Height() - 1);
-        }
-        for (const TWedge& w : s.wedges) {
-            p.setBrush(ToQColor(w.color));
-            p.drawPie(s.pieBox.left, s.pieBox.top, s.pieBox.Width() - 1, s.pieBox.Height() - 1,
-                      w.startDeg * 16, w.spanDeg * 16);
-        }
-        QtLines(p, s.ticks);
-        p.setPen(QtPen(Black, 3));
-        QtLines(p, {s.needle});
+        draw(p);
         p.end();
         benchmark::DoNotOptimize(image.constBits());
     }
 }
 
+void QtInstrument(benchmark::State& state) {
+    QtScene(state, TInstrument::Size, TInstrument::Size, DrawQtInstrument);
+}
+
 void QtStripChart(benchmark::State& state) {
-    const TStripChart& s = Chart();
-    QImage image(TStripChart::Width, TStripChart::Height, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    const QPolygon traceA = QtPolyline(s.traceA);
-    const QPolygon traceB = QtPolyline(s.traceB);
-    for (auto _ : state) {
-        QPainter p(&image);
-        p.setRenderHint(QPainter::Antialiasing, false);
-        p.setPen(QtPen(Grid, 1));
-        QtLines(p, s.grid);
-        p.setPen(QtPen({255, 0, 0}, 1));
-        p.drawPolyline(traceA);
-        p.setPen(QtPen({0, 128, 0}, 1));
-        p.drawPolyline(traceB);
-        p.end();
-        benchmark::DoNotOptimize(image.constBits());
-    }
+    QtScene(state, TStripChart::Width, TStripChart::Height, DrawQtStripChart);
 }
 
 void QtBands(benchmark::State& state) {
@@ -585,6 +689,7 @@ void FloorMemcpy(benchmark::State& state, int width, int height) {
 struct TScene {
     std::string name;
     void (*ours)(benchmark::State&);
+    void (*plain)(benchmark::State&); // null: the plain peer does not draw this scene
     void (*qt)(benchmark::State&);
     void (*cairo)(benchmark::State&);
     std::function<void(benchmark::State&)> floor;
@@ -595,23 +700,70 @@ std::vector<TScene> Scenes() {
         return [w, h](benchmark::State& s) { FloorMemset(s, w, h); };
     };
     return {
-        {"instrument 120x120", OursInstrument, QtInstrument, CairoInstrument,
+        {"instrument 120x120", OursInstrument, PlainInstrument, QtInstrument, CairoInstrument,
          memsetOf(TInstrument::Size, TInstrument::Size)},
-        {"strip chart 1000x100", OursStripChart, QtStripChart, CairoStripChart,
+        {"strip chart 1000x100", OursStripChart, PlainStripChart, QtStripChart, CairoStripChart,
          memsetOf(TStripChart::Width, TStripChart::Height)},
-        {"gradient bands 400x300", OursBands, QtBands, CairoBands,
+        {"gradient bands 400x300", OursBands, PlainBands, QtBands, CairoBands,
          memsetOf(TBands::Width, TBands::Height)},
-        {"block copy 400x300", OursBlockCopy, QtBlockCopy, CairoBlockCopy,
+        {"block copy 400x300", OursBlockCopy, PlainBlockCopy, QtBlockCopy, CairoBlockCopy,
          [](benchmark::State& s) { FloorMemcpy(s, TBands::Width, TBands::Height); }},
-        {"text 20 strings", OursText, QtText, CairoText,
+        {"text 20 strings", OursText, nullptr, QtText, CairoText,
          memsetOf(TTextScene::Width, TTextScene::Height)},
     };
+}
+
+// Writes DIR/<scene>-ours.png, -plain.png and -qt.png for the scenes the plain peer draws.
+void WritePictures(const std::string& dir) {
+    const auto save = [&](const std::string& name, const qv::TPixelBuffer& pixels) {
+        qv::WriteFileBytes(dir + "/" + name + ".png", qv::EncodePng(pixels, false));
+    };
+    const auto plainPixels = [](const qv::bench::TPlainRaster& r) {
+        qv::TPixelBuffer pixels(r.Width(), r.Height());
+        for (int y = 0; y < r.Height(); ++y)
+            std::copy_n(r.Pixels() + static_cast<std::size_t>(y) * r.Width(), r.Width(),
+                        pixels.Row(y));
+        return pixels;
+    };
+    const auto one = [&](const std::string& name, int width, int height, auto ours, auto plain,
+                         auto qt) {
+        qv::TBitmap bitmap(width, height);
+        ours(bitmap.Canvas());
+        save(name + "-ours", bitmap.Pixels());
+        qv::bench::TPlainRaster raster(width, height);
+        plain(raster);
+        save(name + "-plain", plainPixels(raster));
+        QImage image(width, height, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        qt(painter);
+        painter.end();
+        image.save(QString::fromStdString(dir + "/" + name + "-qt.png"));
+    };
+    one("instrument", TInstrument::Size, TInstrument::Size, DrawOursInstrument, DrawPlainInstrument,
+        DrawQtInstrument);
+    one("strip-chart", TStripChart::Width, TStripChart::Height, DrawOursStripChart,
+        DrawPlainStripChart, DrawQtStripChart);
+}
+
+// Removes "--pictures DIR" from the arguments and returns DIR (empty when not given).
+std::string TakePicturesFolder(int& argc, char** argv) {
+    for (int i = 1; i + 1 < argc; ++i)
+        if (std::strcmp(argv[i], "--pictures") == 0) {
+            std::string dir = argv[i + 1];
+            for (int j = i; j + 2 < argc; ++j)
+                argv[j] = argv[j + 2];
+            argc -= 2;
+            return dir;
+        }
+    return {};
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     const bool ratio = qv::bench::TakeRatioFlag(argc, argv);
+    const std::string picturesDir = TakePicturesFolder(argc, argv);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     // Qt draws text only with a GUI application; the offscreen platform needs no display.
@@ -620,10 +772,15 @@ int main(int argc, char** argv) {
     char qtName[] = "bench_canvas";
     char* qtArgv[] = {qtName, nullptr};
     QGuiApplication app(qtArgc, qtArgv);
+    if (!picturesDir.empty()) {
+        WritePictures(picturesDir);
+        return 0;
+    }
 
     const std::vector<TScene> scenes = Scenes();
     for (const TScene& s : scenes) {
         benchmark::RegisterBenchmark(("ours/" + s.name).c_str(), s.ours);
+        if (s.plain) benchmark::RegisterBenchmark(("plain/" + s.name).c_str(), s.plain);
         benchmark::RegisterBenchmark(("qt/" + s.name).c_str(), s.qt);
         benchmark::RegisterBenchmark(("cairo/" + s.name).c_str(), s.cairo);
         benchmark::RegisterBenchmark(("floor/" + s.name).c_str(), s.floor);
@@ -636,11 +793,18 @@ int main(int argc, char** argv) {
             const auto it = reporter.times.find(std::string(side) + "/" + s.name);
             return it == reporter.times.end() ? -1.0 : it->second;
         };
-        const double ours = time("ours"), qt = time("qt"), cairo = time("cairo"),
-                     floor = time("floor");
+        const double ours = time("ours"), plain = time("plain"), qt = time("qt"),
+                     cairo = time("cairo"), floor = time("floor");
         if (ours < 0 || qt < 0 || cairo < 0 || floor < 0) continue;
-        std::printf("%s: ours %.0f ns, qt %.0f ns, cairo %.0f ns, ratio-qt %.3f, floor %.0f ns\n",
-                    s.name.c_str(), ours, qt, cairo, ours / qt, floor);
+        char plainText[32] = "-";
+        char plainRatio[32] = "-";
+        if (plain > 0) {
+            std::snprintf(plainText, sizeof plainText, "%.0f", plain);
+            std::snprintf(plainRatio, sizeof plainRatio, "%.3f", ours / plain);
+        }
+        std::printf("%s: ours %.0f ns, plain %s ns, qt %.0f ns, cairo %.0f ns, ratio-plain %s, "
+                    "ratio-qt %.3f, floor %.0f ns\n",
+                    s.name.c_str(), ours, plainText, qt, cairo, plainRatio, ours / qt, floor);
     }
     return 0;
 }

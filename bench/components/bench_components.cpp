@@ -12,6 +12,7 @@
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "platform/core/DateTime.h"
+#include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 
 #include <benchmark/benchmark.h>
@@ -201,6 +202,52 @@ BENCHMARK(BM_AnalogClock)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_AnalogClockRoman3D)->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_AnalogClockRoman3DRedraw)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_AnalogClockIdleTick)->Unit(benchmark::kMicrosecond);
+// Switches, on and with a caption; a move that leaves a pressed switch springs it back and
+// repaints at once (each iteration leaves or enters again).
+template <class S> void SwitchCost(benchmark::State& s) {
+    PaintCost<S>(s, [](S& c) { c.SetCaption("Power"), c.SetSwitchOn(true); });
+}
+template <class S> void SwitchLeaveCost(benchmark::State& state) {
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 400, 300);
+    form.Show();
+    auto* s = new S(&form);
+    s->SetParent(&form);
+    s->SetCaption("Power");
+    form.PaintPending();
+    s->Perform(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 5));
+    bool out = false;
+    for (auto _ : state) {
+        out = !out;
+        s->Perform(WM_MOUSEMOVE, MK_LBUTTON, out ? MAKELPARAM(200, 5) : MAKELPARAM(10, 5));
+    }
+    s->Perform(WM_LBUTTONUP, 0, MAKELPARAM(200, 5));
+    state.SetLabel(std::to_string(s->Width()) + "x" + std::to_string(s->Height()));
+}
+void BM_LightOnOff(benchmark::State& s) {
+    SwitchCost<TqxLightOnOff>(s);
+}
+void BM_PushOnOff(benchmark::State& s) {
+    SwitchCost<TqxPushOnOff>(s);
+}
+void BM_DblOnOff(benchmark::State& s) {
+    SwitchCost<TqxDblOnOff>(s);
+}
+void BM_SingleOnOff(benchmark::State& s) {
+    SwitchCost<TqxSingleOnOff>(s);
+}
+void BM_SlideOnOff(benchmark::State& s) {
+    SwitchCost<TqxSlideOnOff>(s);
+}
+void BM_PushOnOffLeave(benchmark::State& s) {
+    SwitchLeaveCost<TqxPushOnOff>(s);
+}
+BENCHMARK(BM_LightOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PushOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DblOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SingleOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_SlideOnOff)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_PushOnOffLeave)->Unit(benchmark::kMicrosecond);
 
 BENCHMARK(BM_ColorBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_NWColorBtnGlass)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);

@@ -7,13 +7,18 @@
 // The bare peer puts the same rectangle from a shared-memory image of the window's size,
 // asking for the completion event as the backend does, then XSync and reads that event.
 // "paint" is the framework's painting of the same damage alone (PaintTree into the form's
-// frame buffer, nothing sent), to tell painting from presenting.
+// frame buffer, nothing sent), to tell painting from presenting. "floor" is what painting
+// cannot do without: each control's own drawing into a bitmap of its size, alone, plus a fill
+// of the part of the damage that no opaque control covers (every pixel written once).
 //
-// Prints "<scene>: ours <us> us, bare <us> us, ratio <r> (paint <us> us, without it <r>)"
-// with medians over the rounds. Needs a display (bench/present.sh runs it under xvfb-run).
+// Prints "<scene>: ours <us> us, bare <us> us, ratio <r> (paint <us> us, without it <r>,
+// floor <us> us, paint/floor <r>, ours/(bare+floor) <r>)" with medians over the rounds. Needs a
+// display (bench/present.sh runs it under xvfb-run).
 
 #include "platform/controls/Application.h"
+#include "platform/graphics/Bitmap.h"
 #include "platform/graphics/Canvas.h"
+#include "platform/graphics/Region.h"
 
 #include "platform/backend/X11Backend.h"
 
@@ -31,6 +36,15 @@ namespace {
 constexpr int rounds = 400;
 constexpr int warmup = 20;
 
+// Four horizontal bands over width x height, their colours turned by `phase`.
+void DrawBands(TCanvas& canvas, int width, int height, int phase) {
+    const TColor bands[] = {clNavy, clTeal, clOlive, clMaroon};
+    for (int i = 0; i < 4; ++i) {
+        canvas.Brush().SetColor(bands[(i + phase) % 4]);
+        canvas.FillRect(Rect(0, i * height / 4, width, (i + 1) * height / 4));
+    }
+}
+
 // A control that paints a few bands, so painting has real work to do. The bands cover it,
 // so it declares itself opaque and its parent does not paint beneath it.
 class TBandsControl : public TCustomControl {
@@ -40,15 +54,7 @@ public:
     }
 
 protected:
-    void Paint() override {
-        TCanvas& canvas = Canvas();
-        const TColor bands[] = {clNavy, clTeal, clOlive, clMaroon};
-        for (int i = 0; i < 4; ++i) {
-            canvas.Brush().SetColor(bands[(i + m_phase) % 4]);
-            canvas.FillRect(Rect(0, i * Height() / 4, Width(), (i + 1) * Height() / 4));
-        }
-        ++m_phase;
-    }
+    void Paint() override { DrawBands(Canvas(), Width(), Height(), m_phase++); }
 
 private:
     int m_phase{0};
@@ -58,28 +64,30 @@ struct TMedians {
     double ours{0};
     double bare{0};
     double paint{0};
+    double floor{0};
 };
 
-// Runs the three rounds in turn, `rounds` times after a warm-up, so that both peers see the
+// Runs the four rounds in turn, `rounds` times after a warm-up, so that all peers see the
 // same load on a busy machine; the median of each.
 TMedians Measure(const std::function<void()>& ours, const std::function<void()>& bare,
-                 const std::function<void()>& paint) {
-    std::vector<double> times[3];
-    const std::function<void()>* steps[3] = {&ours, &bare, &paint};
+                 const std::function<void()>& paint, const std::function<void()>& floor) {
+    constexpr int steps = 4;
+    std::vector<double> times[steps];
+    const std::function<void()>* step[steps] = {&ours, &bare, &paint, &floor};
     for (int i = 0; i < warmup + rounds; ++i)
-        for (int k = 0; k < 3; ++k) {
+        for (int k = 0; k < steps; ++k) {
             const auto start = std::chrono::steady_clock::now();
-            (*steps[k])();
+            (*step[k])();
             const std::chrono::duration<double, std::micro> took =
                 std::chrono::steady_clock::now() - start;
             if (i >= warmup) times[k].push_back(took.count());
         }
-    double medians[3];
-    for (int k = 0; k < 3; ++k) {
+    double medians[steps];
+    for (int k = 0; k < steps; ++k) {
         std::nth_element(times[k].begin(), times[k].begin() + rounds / 2, times[k].end());
         medians[k] = times[k][rounds / 2];
     }
-    return {medians[0], medians[1], medians[2]};
+    return {medians[0], medians[1], medians[2], medians[3]};
 }
 
 // The bare peer: XShmPutImage of `area` from an image of the window's size, asking for the
@@ -129,12 +137,46 @@ private:
     int m_completion;
 };
 
-// The last figure leaves the painting out: what presenting adds beyond the bare put.
+// "without it" leaves the painting out: what presenting adds beyond the bare put.
 void Report(const char* scene, const TMedians& m) {
-    const auto ratio = [&](double us) { return m.bare > 0 ? us / m.bare : 0.0; };
-    std::printf("%s: ours %.0f us, bare %.0f us, ratio %.2f (paint %.0f us, without it %.2f)\n",
-                scene, m.ours, m.bare, ratio(m.ours), m.paint, ratio(m.ours - m.paint));
+    const auto ratio = [](double a, double b) { return b > 0 ? a / b : 0.0; };
+    std::printf("%s: ours %.0f us, bare %.0f us, ratio %.2f (paint %.0f us, without it %.2f, "
+                "floor %.0f us, paint/floor %.2f, ours/(bare+floor) %.2f)\n",
+                scene, m.ours, m.bare, ratio(m.ours, m.bare), m.paint,
+                ratio(m.ours - m.paint, m.bare), m.floor, ratio(m.paint, m.floor),
+                ratio(m.ours, m.bare + m.floor));
 }
+
+// The painting floor of `area` of `form`: each opaque child's bands drawn alone into a bitmap
+// of its size, and a fill of what no opaque child covers.
+class TPaintFloor {
+public:
+    TPaintFloor(const TForm& form, const TRect& area) : m_uncovered(TRegion::FromRect(area)) {
+        for (int i = 0; i < form.ControlCount(); ++i) {
+            const TControl* c = form.Controls(i);
+            const TRect part = Intersect(c->BoundsRect(), area);
+            if (part.IsEmpty()) continue;
+            m_bitmaps.push_back(std::make_unique<TBitmap>(c->Width(), c->Height()));
+            m_uncovered = m_uncovered.Combine(TRegion::FromRect(part), RGN_DIFF);
+        }
+        m_background = TPixelBuffer(form.Width(), form.Height());
+    }
+    void operator()() {
+        for (auto& bitmap : m_bitmaps)
+            DrawBands(bitmap->Canvas(), bitmap->Width(), bitmap->Height(), m_phase);
+        ++m_phase;
+        for (const auto& band : m_uncovered.Bands())
+            for (int y = band.top; y < band.bottom; ++y)
+                for (const TSpan& span : band.spans)
+                    FillPixels(m_background.Row(y) + span.left, span.right - span.left, 0xC0C0C0);
+    }
+
+private:
+    TRegion m_uncovered;
+    std::vector<std::unique_ptr<TBitmap>> m_bitmaps;
+    TPixelBuffer m_background;
+    int m_phase{0};
+};
 
 void ShowAndSettle(TForm& form, TX11Backend& x11) {
     form.Show();
@@ -156,6 +198,7 @@ void Run(const char* scene, TForm& form, const TRect& area, const std::function<
         return;
     }
     TPixelBuffer scratch(form.Width(), form.Height());
+    TPaintFloor floor(form, area);
     const TMedians m = Measure(
         [&] {
             invalidate();
@@ -165,7 +208,8 @@ void Run(const char* scene, TForm& form, const TRect& area, const std::function<
         [&] { bare(); },
         [&] {
             form.PaintTree(scratch, {0, 0}, area);
-        });
+        },
+        [&] { floor(); });
     Report(scene, m);
 }
 

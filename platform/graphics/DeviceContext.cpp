@@ -284,10 +284,14 @@ void TDeviceContext::PatBlt(int x, int y, int width, int height, std::uint32_t r
 }
 
 void TDeviceContext::FillRect(const TRect& r, const TLogBrush& brush) {
-    // The common case, a solid brush without a clip region on a rectangle in the usual corner
-    // order, fills the rows directly.
-    if (brush.style == BS_SOLID && !m_clip && m_target && r.left <= r.right && r.top <= r.bottom) {
-        const TRect inside = Intersect(r, m_target->Bounds());
+    // The common case, a solid brush on a rectangle in the usual corner order without a clip
+    // region or with a rectangular one (a control painting its damaged part), fills the rows
+    // directly.
+    const bool rectangularClip = !m_clip || m_clip->Type() != COMPLEXREGION;
+    if (brush.style == BS_SOLID && rectangularClip && m_target && r.left <= r.right &&
+        r.top <= r.bottom) {
+        TRect inside = Intersect(r, m_target->Bounds());
+        if (m_clip) inside = Intersect(inside, m_clip->Bounds());
         const std::uint32_t pixel = PixelOf(brush.color);
         // Whole rows of a buffer without gaps between its rows are one run of pixels.
         if (inside.Width() == m_target->Width() && m_target->Stride() == m_target->Width()) {

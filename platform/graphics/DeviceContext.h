@@ -250,6 +250,9 @@ private:
     };
     TPenMasks PenMasks() const;
     void ThinLine(TPoint from, TPoint to, const TPenMasks& masks);
+    void SolidLineInside(TPoint from, TPoint to, TRopMask ink);
+    bool SolidLinesInside(std::span<const TPoint> points, bool close,
+                          std::span<const int> hiddenSteps, TRopMask ink);
     void WideLines(std::span<const TPoint> points, bool close, TSpanCollector& outline);
     void DashedThinPixel(int x, int y, int phase);
     bool DashMark(int phase) const;

@@ -164,13 +164,16 @@ const std::uint32_t* SourceLine(const TPixelBuffer& src, const TSourceRun& rowRu
     return merged.data();
 }
 
-// dst = src without the top byte, four pixels at a time.
-void CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, int count) {
-    typedef std::uint32_t TQuad __attribute__((vector_size(16), may_alias, aligned(4)));
-    constexpr TQuad mask = {0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu};
-    int i = 0;
-    for (; i + 4 <= count; i += 4)
-        *reinterpret_cast<TQuad*>(dst + i) = *reinterpret_cast<const TQuad*>(src + i) & mask;
+// dst = src without the top byte, eight pixels at a time; built for AVX2 as well, chosen at
+// load time where the processor has it, since the copy runs at the speed of its widest loads.
+__attribute__((target_clones("avx2", "default"))) void
+CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, std::size_t count) {
+    typedef std::uint32_t TOctet __attribute__((vector_size(32), may_alias, aligned(4)));
+    constexpr TOctet mask = {0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu,
+                             0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu};
+    std::size_t i = 0;
+    for (; i + 8 <= count; i += 8)
+        *reinterpret_cast<TOctet*>(dst + i) = *reinterpret_cast<const TOctet*>(src + i) & mask;
     for (; i < count; ++i)
         dst[i] = src[i] & 0x00FFFFFFu;
 }
@@ -256,8 +259,15 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
 }
 
 void TDeviceContext::CopyRows(const TRect& r, const TPixelBuffer& src, int sx, int sy) {
+    // Whole rows of two buffers without gaps between their rows are one run of pixels.
+    const int width = r.Width();
+    if (width == m_target->Width() && width == src.Width() && m_target->Stride() == width &&
+        src.Stride() == width)
+        return CopyPixelsMasked(m_target->Row(r.top), src.Row(sy),
+                                static_cast<std::size_t>(width) * r.Height());
     for (int py = r.top; py < r.bottom; ++py)
-        CopyPixelsMasked(m_target->Row(py) + r.left, src.Row(py - r.top + sy) + sx, r.Width());
+        CopyPixelsMasked(m_target->Row(py) + r.left, src.Row(py - r.top + sy) + sx,
+                         static_cast<std::size_t>(width));
 }
 
 void TDeviceContext::TransparentBlt(int x, int y, int width, int height, const TPixelBuffer& source,

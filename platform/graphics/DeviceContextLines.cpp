@@ -4,6 +4,7 @@
 #include "DeviceContext.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -88,6 +89,19 @@ template <class Plot> void WalkLine(TPoint from, TPoint to, const TRect& window,
     }
 }
 
+// The box of the pixels a one-pixel line from `from` to `to` draws: `to` is left out along the
+// major axis, so the line ends one major step short of it, where its minor coordinate may
+// already be that of `to`.
+TRect DrawnBox(TPoint from, TPoint to) {
+    TPoint last = to;
+    if (std::abs(to.x - from.x) > std::abs(to.y - from.y))
+        last.x -= to.x > from.x ? 1 : -1;
+    else
+        last.y -= to.y > from.y ? 1 : -1;
+    return {std::min(from.x, last.x), std::min(from.y, last.y), std::max(from.x, last.x) + 1,
+            std::max(from.y, last.y) + 1};
+}
+
 int RoundHalfAway(double v) {
     return static_cast<int>(v > 0 ? v + 0.5 : v - 0.5);
 }
@@ -106,6 +120,45 @@ TDeviceContext::TPenMasks TDeviceContext::PenMasks() const {
     return {RopMaskFor(m_rop2, PixelOf(m_logPen.color)),
             m_bkMode == TRANSPARENT ? TRopMask{0xFFFFFFFFu, 0}
                                     : RopMaskFor(m_rop2, PixelOf(m_bkColor))};
+}
+
+// The common line: solid, unclipped and wholly on the target. The same steps as WalkLine
+// from its first point, walking a pointer through the rows instead of testing every pixel.
+void TDeviceContext::SolidLineInside(TPoint from, TPoint to, TRopMask ink) {
+    const int dx = to.x - from.x;
+    const int dy = to.y - from.y;
+    const int adx = std::abs(dx);
+    const int ady = std::abs(dy);
+    const bool xMajor = adx > ady;
+    const bool bias =
+        (dy > 0 && dx < 0 && adx <= ady) || (dy < 0 && dx < 0) || (dy < 0 && dx > 0 && adx > ady);
+    const std::ptrdiff_t stride = m_target->Stride();
+    const std::ptrdiff_t xStep = dx > 0 ? 1 : -1;
+    const std::ptrdiff_t yStep = dy > 0 ? stride : -stride;
+    const std::ptrdiff_t majorStep = xMajor ? xStep : yStep;
+    const std::ptrdiff_t minorStep = xMajor ? yStep : xStep;
+    const std::int64_t dMajor = xMajor ? adx : ady;
+    const std::int64_t dMinor = xMajor ? ady : adx;
+    const int length = static_cast<int>(dMajor);
+    std::int64_t err = 2 * dMinor - dMajor;
+    std::uint32_t* p = &m_target->At(from.x, from.y);
+    const auto walk = [&](auto&& mix) {
+        for (int k = 0;; ++k) {
+            mix(*p);
+            if (k + 1 == length) break; // the pointer never steps past the last pixel drawn
+            if (err + bias > 0) {
+                p += minorStep;
+                err += 2 * dMinor - 2 * dMajor;
+            } else {
+                err += 2 * dMinor;
+            }
+            p += majorStep;
+        }
+    };
+    if (ink.andMask == 0)
+        walk([&](std::uint32_t& pixel) { pixel = ink.xorMask; });
+    else
+        walk([&](std::uint32_t& pixel) { pixel = (pixel & ink.andMask) ^ ink.xorMask; });
 }
 
 void TDeviceContext::ThinLine(TPoint from, TPoint to, const TPenMasks& masks) {
@@ -129,6 +182,9 @@ void TDeviceContext::ThinLine(TPoint from, TPoint to, const TPenMasks& masks) {
     // Lines wholly outside the target only move the dash pattern on.
     if (Intersect(box, m_target->Bounds()).IsEmpty()) return;
     if (m_dash.total == 0) {
+        if (const TRect drawn = DrawnBox(from, to);
+            !m_clip && Intersect(drawn, m_target->Bounds()) == drawn)
+            return SolidLineInside(from, to, masks.ink);
         ForEachVisibleRect(box, [&](const TRect& window) {
             WalkLine(from, to, window,
                      [&](int x, int y, int) { mix(m_target->At(x, y), masks.ink); });
@@ -230,6 +286,13 @@ private:
                                 {p1.x + wide.x, p1.y - wide.y},
                                 {p2.x + wide.x, p2.y - wide.y},
                                 {p2.x - narrow.x, p2.y + narrow.y}};
+        // The body of a one-step segment (the points of a curve) depends only on the direction:
+        // it is scanned once per stroke at the origin and moved to each point.
+        if (std::abs(dx) == 1 && std::abs(dy) == 1 && p2.x - p1.x == dx && p2.y - p1.y == dy) {
+            for (const TRowSpan& r : OneStepBody(dx, dy, quad, p1))
+                m_out.AddSpan(p1.y + r.y, p1.x + r.left, p1.x + r.right);
+            return true;
+        }
         TRect box{quad[0].x, quad[0].y, quad[0].x + 1, quad[0].y + 1};
         for (const TPoint& q : quad)
             box = {std::min(box.left, q.x), std::min(box.top, q.y), std::max(box.right, q.x + 1),
@@ -243,11 +306,31 @@ private:
         return true;
     }
 
+    struct TRowSpan {
+        int y, left, right;
+    };
+    // The spans of a one-step diagonal body, relative to its first point p1; `quad` is the body
+    // at p1, scanned the first time the direction comes up.
+    const std::vector<TRowSpan>& OneStepBody(int dx, int dy, const TPoint (&quad)[4], TPoint p1) {
+        const std::size_t direction = (dy > 0 ? 2 : 0) + (dx > 0 ? 1 : 0);
+        std::vector<TRowSpan>& body = m_oneStepBodies[direction];
+        if (!m_haveOneStepBody[direction]) {
+            ScanPolygon(quad, ALTERNATE, nullptr, [&](int y, std::span<const TSpan> spans) {
+                for (const TSpan& span : spans)
+                    body.push_back({y - p1.y, span.left - p1.x, span.right - p1.x});
+            });
+            m_haveOneStepBody[direction] = true;
+        }
+        return body;
+    }
+
     int m_width;
     TSpanCollector& m_out;
     TRegion m_cap;
     TRect m_capBox;
     std::vector<TPoint> m_pts;
+    std::array<std::vector<TRowSpan>, 4> m_oneStepBodies;
+    std::array<bool, 4> m_haveOneStepBody{};
 };
 
 } // namespace
@@ -255,6 +338,29 @@ private:
 void TDeviceContext::WideLines(std::span<const TPoint> points, bool close,
                                TSpanCollector& outline) {
     TWidePenOutline(m_penWidth, outline).Stroke({points.begin(), points.end()}, close);
+}
+
+// Solid lines through points that all lie on an unclipped target (the outlines of curves,
+// traces) go straight to the pointer walk: every pixel of a line lies in the box of its ends.
+bool TDeviceContext::SolidLinesInside(std::span<const TPoint> points, bool close,
+                                      std::span<const int> hiddenSteps, TRopMask ink) {
+    if (!m_target || m_clip || m_dash.total != 0) return false;
+    const TRect bounds = m_target->Bounds();
+    for (const TPoint& p : points)
+        if (!bounds.Contains(p)) return false;
+    const auto line = [&](TPoint from, TPoint to) {
+        if (from == to) return;
+        if (std::abs(to.x - from.x) <= 1 && std::abs(to.y - from.y) <= 1) { // one step: one pixel
+            std::uint32_t& pixel = m_target->At(from.x, from.y);
+            pixel = (pixel & ink.andMask) ^ ink.xorMask;
+            return;
+        }
+        SolidLineInside(from, to, ink);
+    };
+    for (std::size_t i = 0; i + 1 < points.size(); ++i)
+        if (i >= hiddenSteps.size() || hiddenSteps[i] == 0) line(points[i], points[i + 1]);
+    if (close) line(points.back(), points.front());
+    return true;
 }
 
 void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanCollector* outline,
@@ -265,6 +371,7 @@ void TDeviceContext::PenLines(std::span<const TPoint> points, bool close, TSpanC
         return;
     }
     const TPenMasks masks = PenMasks();
+    if (SolidLinesInside(points, close, hiddenSteps, masks.ink)) return;
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         const int hidden = i < hiddenSteps.size() ? hiddenSteps[i] : 0;
         if (hidden == 0)

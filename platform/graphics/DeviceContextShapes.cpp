@@ -80,10 +80,16 @@ void TDeviceContext::PaintPolygonInterior(std::span<const TPoint> points, TPolyF
 void TDeviceContext::PaintRoundRectInterior(const TRect& r, int ew, int eh, const TRect& visible) {
     const TBrushMasks masks = MakeBrushMasks(m_logBrush, m_rop2);
     if (masks.null) return;
+    // A solid brush that replaces the pixels (the usual one) fills its rows directly.
+    const bool plainFill = masks.IsSolid() && masks.solid.andMask == 0;
     ScanRoundRect(r.left, r.top, r.right + 1, r.bottom + 1, ew, eh, &visible,
                   [&](int top, int bottom, int left, int right) {
                       const TRect piece = Intersect({left, top, right, bottom}, visible);
-                      if (!piece.IsEmpty()) PaintRect(piece, masks);
+                      if (piece.IsEmpty()) return;
+                      if (!plainFill) return PaintRect(piece, masks);
+                      for (int y = piece.top; y < piece.bottom; ++y)
+                          FillPixels(m_target->Row(y) + piece.left, piece.Width(),
+                                     masks.solid.xorMask);
                   });
 }
 

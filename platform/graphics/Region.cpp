@@ -508,13 +508,26 @@ TRegion TRegion::Builder::Finish() {
 // ---- TSpanCollector ---------------------------------------------------------------------
 
 TSpanCollector::TSpanCollector(const TRect& window)
-    : m_window(window), m_rows(static_cast<std::size_t>(std::max(0, window.Height()))) {}
+    : m_window(window), m_lastOfRow(static_cast<std::size_t>(std::max(0, window.Height())), -1) {}
 
 void TSpanCollector::AddSpan(int y, int left, int right) {
     if (y < m_window.top || y >= m_window.bottom) return;
     left = std::max(left, m_window.left);
     right = std::min(right, m_window.right);
-    if (right > left) m_rows[static_cast<std::size_t>(y - m_window.top)].push_back({left, right});
+    if (right <= left) return;
+    // A curve's pen adds overlapping spans to a row one after another (a round join per point):
+    // one that overlaps or touches the row's last span widens it instead, which leaves the
+    // union the same and keeps the rows short.
+    int& last = m_lastOfRow[static_cast<std::size_t>(y - m_window.top)];
+    if (last >= 0) {
+        TSpan& previous = m_spans[static_cast<std::size_t>(last)].span;
+        if (left <= previous.right && right >= previous.left) {
+            previous = {std::min(left, previous.left), std::max(right, previous.right)};
+            return;
+        }
+    }
+    last = static_cast<int>(m_spans.size());
+    m_spans.push_back({y, {left, right}});
 }
 
 void TSpanCollector::AddRect(const TRect& r) {
@@ -534,10 +547,12 @@ void TSpanCollector::AddRegion(const TRegion& region, int dx, int dy) {
 }
 
 TRegion TSpanCollector::ToRegion() {
+    // Rows top to bottom, each row's spans in the order they came (the builder merges them).
+    std::stable_sort(m_spans.begin(), m_spans.end(),
+                     [](const TRowSpan& a, const TRowSpan& b) { return a.y < b.y; });
     TRegion::Builder builder;
-    for (std::size_t i = 0; i < m_rows.size(); ++i)
-        for (const auto& s : m_rows[i])
-            builder.AddSpan(m_window.top + static_cast<int>(i), s.left, s.right);
+    for (const TRowSpan& s : m_spans)
+        builder.AddSpan(s.y, s.span.left, s.span.right);
     return builder.Finish();
 }
 

@@ -102,8 +102,13 @@ public:
     TRegion ToRegion();
 
 private:
+    struct TRowSpan {
+        int y;
+        TSpan span;
+    };
     TRect m_window;
-    std::vector<std::vector<TSpan>> m_rows;
+    std::vector<TRowSpan> m_spans; // in the order they were added
+    std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1
 };
 
 // GDI-style region handles: owning, freed by DeleteObject or when they go out of scope.

@@ -152,15 +152,15 @@ TEST(GalleryLive, SweepGoesUpAndBackDownWithinTheRange) {
 
 TEST(GalleryLive, AnimationSweepsValuesAndSwitchesSwitches) {
     TDialProbe dial(nullptr);
-    AnimateStep(dial, 40); // half way through the sweep: the top of the range
+    AnimateStep(nullptr, dial, 40); // half way through the sweep: the top of the range
     EXPECT_EQ(dial.Value(), 30);
-    AnimateStep(dial, 20);
+    AnimateStep(nullptr, dial, 20);
     EXPECT_EQ(dial.Value(), 20);
     EXPECT_TRUE(dial.SwitchOn());
-    AnimateStep(dial, 0);
+    AnimateStep(nullptr, dial, 0);
     EXPECT_FALSE(dial.SwitchOn());
     TCounterProbe counter(nullptr);
-    AnimateStep(counter, 40); // nothing to animate: nothing happens
+    AnimateStep(nullptr, counter, 40); // nothing to animate: nothing happens
     EXPECT_EQ(counter.Count(), 7);
 }
 

@@ -6,7 +6,7 @@
 // GoogleTest comes before Xlib, whose macros (None, Bool) clash with its names.
 #include <gtest/gtest.h>
 
-#include "XvfbServer.h"
+#include "X11Fixture.h"
 
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
@@ -34,7 +34,7 @@
 #include <vector>
 
 using namespace qv;
-using qv::test::TXvfbServer;
+using qv::test::TX11Fixture;
 
 namespace {
 
@@ -107,84 +107,7 @@ TInputProbe& Probe(TForm& form, int index) {
     return *static_cast<TInputProbe*>(form.FindComponent("Probe" + std::to_string(index)));
 }
 
-class X11BackendTest : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() { s_server = TXvfbServer::Start(); }
-    static void TearDownTestSuite() { s_server.reset(); }
-
-    void SetUp() override {
-        if (!s_server && std::getenv("QV_REQUIRE_X11"))
-            FAIL() << "QV_REQUIRE_X11 is set but no Xvfb server could be started";
-        if (!s_server) GTEST_SKIP() << "no X server could be started (is Xvfb installed?)";
-        auto backend = TX11Backend::Open(s_server->DisplayName().c_str());
-        m_probe = OpenDisplay(s_server->DisplayName().c_str());
-        if (!backend || !m_probe) GTEST_SKIP() << "the X server does not answer";
-        m_x11 = backend.get();
-        Application().SetBackend(std::move(backend));
-    }
-    void TearDown() override {
-        if (m_x11) Application().SetBackend(std::make_unique<THeadlessBackend>());
-    }
-
-    // Runs the application's loop until `done` holds or twenty seconds pass (a generous bound
-    // for a loaded machine; the wait ends as soon as `done` holds).
-    bool PumpUntil(const std::function<bool()>& done) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!done()) {
-            if (std::chrono::steady_clock::now() > deadline) return false;
-            m_x11->WaitForEvents(20);
-            Application().ProcessMessages();
-        }
-        return true;
-    }
-    // Shows the form and waits until its window is mapped and painted on the server.
-    void ShowAndSettle(TForm& form) {
-        form.Show();
-        ASSERT_TRUE(PumpUntil([&] { return m_x11->IsMapped(form.NativeWindow()); }));
-        PumpUntil([&] { return false; }, 100);
-        m_x11->Sync();
-    }
-    bool PumpUntil(const std::function<bool()>& done, int ms) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
-        while (!done() && std::chrono::steady_clock::now() < deadline) {
-            m_x11->WaitForEvents(10);
-            Application().ProcessMessages();
-        }
-        return done();
-    }
-
-    void FakeClick(TPoint screen, unsigned button = 1) {
-        Display* d = m_probe.get();
-        XTestFakeMotionEvent(d, 0, screen.x, screen.y, CurrentTime);
-        XTestFakeButtonEvent(d, button, True, CurrentTime);
-        XTestFakeButtonEvent(d, button, False, CurrentTime);
-        XSync(d, False);
-    }
-    void FakeKey(KeySym keysym) {
-        Display* d = m_probe.get();
-        const KeyCode code = XKeysymToKeycode(d, keysym);
-        XTestFakeKeyEvent(d, code, True, CurrentTime);
-        XTestFakeKeyEvent(d, code, False, CurrentTime);
-        XSync(d, False);
-    }
-    // The window's pixels as the server holds them.
-    TPixelBuffer Capture(const TForm& form) {
-        XImage* image =
-            XGetImage(m_probe.get(), form.NativeWindow(), 0, 0, static_cast<unsigned>(form.Width()),
-                      static_cast<unsigned>(form.Height()), AllPlanes, ZPixmap);
-        TPixelBuffer pixels(form.Width(), form.Height(), 0);
-        if (!image) return pixels;
-        for (int y = 0; y < form.Height(); ++y)
-            for (int x = 0; x < form.Width(); ++x)
-                pixels.At(x, y) = static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFF;
-        XDestroyImage(image);
-        return pixels;
-    }
-
-    static inline std::unique_ptr<TXvfbServer> s_server;
-    TX11Backend* m_x11{nullptr};
-    TDisplayPtr m_probe;
-};
+class X11BackendTest : public TX11Fixture {};
 
 TEST_F(X11BackendTest, FormBecomesAMappedWindowWithItsTitleAndBounds) {
     auto form = MakeProbeForm(Bounds(40, 30, 240, 90));
