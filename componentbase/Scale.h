@@ -19,6 +19,12 @@ std::int64_t ScalePercent(std::int64_t value, std::int64_t min, std::int64_t max
 template <class Visit>
 void ForEachScalePercent(std::int64_t min, std::int64_t max, std::int64_t step, Visit&& visit);
 
+// Calls visit(percent, first, last) for every percent 0..100 that values of [min, max] reach, in
+// rising order, with the lowest and highest such value. A one-value range (min = max) is one
+// group at 0 %; an empty range (min > max) has none. At most 101 calls, whatever the range, so
+// that a scale drawn value by value can be drawn group by group with each group's last value.
+template <class Visit> void ForEachScaleGroup(std::int64_t min, std::int64_t max, Visit&& visit);
+
 // Min and Max as a component holds them. Outside loading, Min never rises above Max (SetMin keeps
 // it at most Max, SetMax at least Min). While a form file is read the setters store the value as
 // read, so that Min 200 followed by Max 300 stays 200..300 instead of becoming 100..300 against
@@ -55,6 +61,27 @@ void ForEachScalePercent(std::int64_t min, std::int64_t max, std::int64_t step, 
         const std::int64_t last = p == 100 ? max : firstAt(p + 1) - 1;
         if (FirstMultipleAtOrAbove(firstAt(p), magnitude) <= last) visit(p);
     }
+}
+
+template <class Visit> void ForEachScaleGroup(std::int64_t min, std::int64_t max, Visit&& visit) {
+    if (min > max) return;
+    if (min == max) {
+        visit(std::int64_t{0}, min, max);
+        return;
+    }
+    const std::int64_t range = max - min;
+    const auto firstAt = [&](std::int64_t p) { return min + (p * range + 99) / 100; };
+    for (std::int64_t p = 0; p <= 100; ++p) {
+        const std::int64_t first = firstAt(p);
+        const std::int64_t last = p == 100 ? max : firstAt(p + 1) - 1;
+        if (first <= last) visit(p, first, last);
+    }
+}
+
+// The last multiple of `step` (> 0) at or below `value`.
+inline std::int64_t LastMultipleAtOrBelow(std::int64_t value, std::int64_t step) {
+    const std::int64_t remainder = ((value % step) + step) % step;
+    return value - remainder;
 }
 
 } // namespace qv

@@ -6,6 +6,7 @@
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
+#include "instruments/Qpanel2.h"
 #include "platform/core/Component.h"
 #include "platform/core/DesignerRegistry.h"
 #include "slidebar/Slidebar.h"
@@ -51,7 +52,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {7, "TqScope", kPage1, nullptr},
         {7, "TqVerSplit", kPage1, &TqVerSplit::StaticClassInfo},
         {8, "TqHorSplit", kPage1, &TqHorSplit::StaticClassInfo},
-        {8, "TqPanelMeter", kPage1, nullptr},
+        {8, "TqPanelMeter", kPage1, &TqPanelMeter::StaticClassInfo},
         {9, "TqCalc", kPage2, &TqCalc::StaticClassInfo},
         {9, "TqMinMax", kPage2, nullptr},
         {9, "TqHint", kPage2, nullptr},
@@ -88,8 +89,8 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {23, "TqxHairLine", kPage4, nullptr},
         {23, "TqxArrowHead", kPage4, nullptr},
         {24, "TqxCreditScroll", kPage4, nullptr},
-        {24, "TqxAnalogClock", kPage4, nullptr},
-        {25, "TqxDinMeter", kPage4, nullptr},
+        {24, "TqxAnalogClock", kPage4, &TqxAnalogClock::StaticClassInfo},
+        {25, "TqxDinMeter", kPage4, &TqxDinMeter::StaticClassInfo},
         {25, "TqxSpectrum", kPage4, nullptr},
         {26, "TqxColorComboBox", kPage4, nullptr},
         {26, "TqxFontComboBox", kPage4, nullptr},

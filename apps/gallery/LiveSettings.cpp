@@ -6,6 +6,7 @@
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
+#include "instruments/Qpanel2.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
@@ -272,6 +273,25 @@ std::vector<TShowcase> MakeShowcases() {
                     Setting<TqTripKnob>("PointColor3", &TqTripKnob::PointColor3,
                                         &TqTripKnob::SetPoint3, TColor(0x800000))},
                    SweepKnob});
+    // The meters sweep through their alert zone (the generic sweep of Value); the clock ticks.
+    all.push_back({"TqPanelMeter",
+                   {Setting<TqPanelMeter>("Caption", &TqPanelMeter::Caption,
+                                          &TqPanelMeter::SetCaption, std::string("Load")),
+                    Setting<TqPanelMeter>("ScaleWidth", &TqPanelMeter::ScaleWidth,
+                                          &TqPanelMeter::SetScaleWidth, 4)},
+                   {}});
+    all.push_back({"TqxAnalogClock",
+                   {Setting<TqxAnalogClock>("ClockStyle", &TqxAnalogClock::ClockStyle,
+                                            &TqxAnalogClock::SetClockStyle, csNumberDot),
+                    Setting<TqxAnalogClock>("Use3D", &TqxAnalogClock::Use3D,
+                                            &TqxAnalogClock::SetUse3D, true)},
+                   {}});
+    all.push_back({"TqxDinMeter",
+                   {Setting<TqxDinMeter>("Caption1", &TqxDinMeter::Caption1,
+                                         &TqxDinMeter::SetCaption1, std::string("bar")),
+                    Setting<TqxDinMeter>("ScaleType", &TqxDinMeter::ScaleType,
+                                         &TqxDinMeter::SetScaleType, st6)},
+                   {}});
     all.push_back(
         {"TqxTimer",
          {Setting<TqxTimer>("Interval", &TqxTimer::Interval, &TqxTimer::SetInterval, 250u)},

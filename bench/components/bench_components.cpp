@@ -8,9 +8,11 @@
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
 #include "instruments/Qpanel.h"
+#include "instruments/Qpanel2.h"
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
+#include "platform/core/DateTime.h"
 #include "slidebar/Slidebar.h"
 #include "splitters/Qsplit.h"
 #include "switches/Qonzoff.h"
@@ -148,6 +150,62 @@ void BM_TripKnobDrag(benchmark::State& s) {
     DragCost<TqTripKnob>(s);
 }
 
+// The meters and the analog clock; the clock on a fixed time, so that every paint draws the
+// same hands and its own timer finds nothing to do.
+void BM_PanelMeter(benchmark::State& s) {
+    PaintCost<TqPanelMeter>(s, [](TqPanelMeter& c) { c.SetCaption("Load"), c.SetValue(80); });
+}
+void BM_DinMeter(benchmark::State& s) {
+    PaintCost<TqxDinMeter>(s, [](TqxDinMeter& c) { c.SetCaption1("bar"), c.SetValue(60); });
+}
+TClockSource TenPastTen() {
+    return [] { return EncodeDate(2024, 5, 6) + EncodeTime(10, 10, 30, 0); };
+}
+void BM_AnalogClock(benchmark::State& s) {
+    TScopedClock clock(TenPastTen());
+    PaintCost<TqxAnalogClock>(s, [](TqxAnalogClock&) {});
+}
+void BM_AnalogClockRoman3D(benchmark::State& s) {
+    TScopedClock clock(TenPastTen());
+    PaintCost<TqxAnalogClock>(s, [](TqxAnalogClock& c) {
+        c.SetClockStyle(csRomanDot), c.SetUse3D(true), c.SetFont3D(true);
+    });
+}
+// The 3-D Roman dial drawn afresh on every paint: the dot colour alternates, so the kept dial
+// never holds.
+void BM_AnalogClockRoman3DRedraw(benchmark::State& s) {
+    TScopedClock clock(TenPastTen());
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 200, 200);
+    form.Show();
+    auto* c = new TqxAnalogClock(&form);
+    c->SetParent(&form);
+    c->SetClockStyle(csRomanDot), c->SetUse3D(true), c->SetFont3D(true);
+    form.PaintPending();
+    bool odd = false;
+    for (auto _ : s) {
+        c->SetDotCol((odd = !odd) ? TColor(0xFF00FF) : TColor(0xFF00FE));
+        form.PaintPending();
+    }
+}
+// A tick of the clock's timer that finds the same second: no repaint.
+void BM_AnalogClockIdleTick(benchmark::State& s) {
+    TScopedClock clock(TenPastTen());
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 200, 200);
+    form.Show();
+    auto* c = new TqxAnalogClock(&form);
+    c->SetParent(&form);
+    form.PaintPending();
+    for (auto _ : s)
+        c->DoTimer(c);
+}
+BENCHMARK(BM_PanelMeter)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_DinMeter)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AnalogClock)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AnalogClockRoman3D)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AnalogClockRoman3DRedraw)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_AnalogClockIdleTick)->Unit(benchmark::kMicrosecond);
 // Switches, on and with a caption; a move that leaves a pressed switch springs it back and
 // repaints at once (each iteration leaves or enters again).
 template <class S> void SwitchCost(benchmark::State& s) {
