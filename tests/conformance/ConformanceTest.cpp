@@ -4,6 +4,7 @@
 // event raised while a form is read. The list grows by itself as classes arrive.
 
 #include "indicators/Qled.h"
+#include "instruments/Qpanel.h"
 #include "package/PackageScope.h"
 #include "package/Registration.h"
 #include "platform/backend/HeadlessBackend.h"
@@ -166,6 +167,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TDragDropEvent", &Recorder<TDragDropEvent>},
         {"TDragOverEvent", &Recorder<TDragOverEvent>},
         {"qxGetColor", &Recorder<qxGetColor>},
+        {"tPushEvent", &Recorder<tPushEvent>},
         {"TCalcErrorEvent", &Recorder<TCalcErrorEvent>},
         {"TFindUserFunc", &Recorder<TFindUserFunc>},
         {"TUserFunc", &Recorder<TUserFunc>},
