@@ -36,8 +36,10 @@ const TClassInfo& TqxCreditScroll::StaticClassInfo() {
         b.Property("ParentColor", &TqxCreditScroll::ParentColor,
                    &TqxCreditScroll::SetParentColor)
             .Default(Defaults::ParentColor);
-        PublishControlProperties(b, {"ParentFont", "ParentShowHint", "PopupMenu", "ShowHint",
-                                     "Top", "Visible"});
+        // The font is the scroll's own (magenta), so ParentFont starts False.
+        b.Property("ParentFont", &TqxCreditScroll::ParentFont, &TqxCreditScroll::SetParentFont)
+            .Default(false);
+        PublishControlProperties(b, {"ParentShowHint", "PopupMenu", "ShowHint", "Top", "Visible"});
         b.Event("OnMouseEnter", &TqxCreditScroll::OnMouseEnter);
         b.Event("OnMouseLeave", &TqxCreditScroll::OnMouseLeave);
         PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
@@ -98,22 +100,18 @@ void TqxCreditScroll::DoTimer(TObject*) {
 // The text is drawn into Rect(0, Height - offset, Width - 1, Height - 1): it starts below the
 // bottom edge and rises; once it has left the top the offset starts again at 0.
 void TqxCreditScroll::Paint() {
-    const int width = Width();
-    const int height = Height();
-    m_picture.SetSize(width + 1, height + 1);
-    TCanvas& canvas = m_picture.Canvas();
-    canvas.Brush().SetStyle(bsSolid);
-    canvas.Brush().SetColor(Color());
-    canvas.FillRect({0, 0, width + 1, height + 1});
-    canvas.Brush().SetStyle(bsClear);
-    canvas.SetFont(*Font());
-    const std::int64_t textHeight = canvas.TextHeight("0");
-    if (textHeight * m_lines->Count() + height < m_offset) m_offset = 0;
-    const std::int64_t top = std::max<std::int64_t>(height - m_offset, -kFarOffset);
-    TRect rect{0, static_cast<int>(top), width - 1, height - 1};
-    canvas.DrawText(m_lines->Text(), rect, AlignmentFlags(Alignment()) | DT_EXPANDTABS);
-    Canvas().Draw(0, 0, m_picture);
-    if (OnPaint) OnPaint(this);
+    m_frame.Paint(
+        *this, Canvas(), TFrameBackground::Flat(Color()),
+        [&](TCanvas& canvas) {
+            canvas.Brush().SetStyle(bsClear);
+            canvas.SetFont(*Font());
+            const std::int64_t textHeight = canvas.TextHeight("0");
+            if (textHeight * m_lines->Count() + Height() < m_offset) m_offset = 0;
+            const std::int64_t top = std::max<std::int64_t>(Height() - m_offset, -kFarOffset);
+            TRect rect{0, static_cast<int>(top), Width() - 1, Height() - 1};
+            canvas.DrawText(m_lines->Text(), rect, AlignmentFlags(Alignment()) | DT_EXPANDTABS);
+        },
+        OnPaint);
 }
 
 } // namespace qv

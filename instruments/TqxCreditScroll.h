@@ -4,9 +4,9 @@
 // text has left the top it starts again from below the bottom edge.
 
 #include "componentbase/EnterLeaveEvents.h"
+#include "componentbase/PaintFrame.h"
 #include "platform/controls/CustomPanel.h"
 #include "platform/core/Strings.h"
-#include "platform/graphics/Bitmap.h"
 #include "timing/TqxTimer.h"
 
 #include <cstdint>
@@ -62,7 +62,7 @@ private:
     int m_interval{Defaults::Interval};
     int m_step{Defaults::Step};
     std::int64_t m_offset{0};
-    TBitmap m_picture;          // one pixel larger than the control each way
+    TPaintFrame m_frame{TPaintFrame::TOutline::None, 1}; // one pixel larger each way
     TqxTimer* m_timer{nullptr}; // owned through the owner tree
 };
 
