@@ -202,9 +202,10 @@ void TqGauge::SetfWidth(std::uint8_t value) {
     Refresh();
 }
 
+// Deferred, so that a caption whose format does not fit is reported by the loop's handler.
 void TqGauge::CMTextChanged(TMessage& Message) {
     TEnterLeaveEvents<TGraphicControl>::CMTextChanged(Message);
-    Refresh();
+    Invalidate();
 }
 
 void TqGauge::DoTheBitmap() {
