@@ -205,17 +205,16 @@ int TqScope::TraceY(int channel, int sample) const {
     return static_cast<int>(std::clamp(row, -kFarRow, kFarRow));
 }
 
+// The grid's one-pixel lines leave out their last point; each is drawn as the span it covers.
 void TqScope::DrawGrid(TCanvas& canvas) const {
-    canvas.Pen().SetColor(m_gridColor);
+    canvas.Brush().SetColor(m_gridColor);
     const int right = Width();
     const int bottom = Height();
     // Vertical lines every GridXstep pixels, counted from the right edge.
     if (m_gridXstep != 0) {
         const int step = std::abs(m_gridXstep);
-        for (int x = step; x <= right - 1; x += step) {
-            canvas.MoveTo(right - x, 0);
-            canvas.LineTo(right - x, bottom - 1);
-        }
+        for (int x = step; x <= right - 1; x += step)
+            canvas.FillRect({right - x, 0, right - x + 1, bottom - 1}); // (Rt - x, T)..(Rt - x, B - 1)
     }
     // Horizontal lines at the values Min + 1 .. Max - 1 divisible by GridYstep, one per row:
     // the values at percent p are the ones at or above Min + ceil(p * range / 100).
@@ -230,8 +229,7 @@ void TqScope::DrawGrid(TCanvas& canvas) const {
         const std::int64_t to = std::min(firstAt(p + 1) - 1, min + range - 1);
         if (from > to || FirstMultipleAtOrAbove(from, step) > to) continue;
         const int y = bottom - static_cast<int>(RoundedQuotient(p, bottom, 100));
-        canvas.MoveTo(0, y);
-        canvas.LineTo(right - 1, y);
+        canvas.FillRect({0, y, right - 1, y + 1}); // (L, y)..(Rt - 1, y)
     }
 }
 

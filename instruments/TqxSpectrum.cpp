@@ -165,11 +165,24 @@ void TqxSpectrum::Loaded() {
 
 // Painting.
 
+// A rectangle whose pen and brush are both `color`: inside its normal form that is exactly the
+// fill of [left, right) x [top, bottom), which takes the canvas's span fill.
+static void SolidRectangle(TCanvas& canvas, int left, int top, int right, int bottom, TColor color) {
+    canvas.Brush().SetColor(color);
+    if (left < right && top < bottom) {
+        canvas.FillRect({left, top, right, bottom});
+        return;
+    }
+    canvas.Pen().SetColor(color);
+    canvas.Rectangle(left, top, right, bottom);
+}
+
 // Bar i spans x1 = i * W div n .. x2 = (i + 1) * W div n (less 1 with UseSep) and rises to
-// y = H - p * H div 100: the truncated products of bw = W / n and uh = H / 100, exact.
+// y = H - p * H div 100: the truncated products of bw = W / n and uh = H / 100, exact. Each
+// one-pixel line, which leaves out its last point, is drawn as the one-pixel span it covers.
 void TqxSpectrum::DrawBars(TCanvas& canvas) {
     const std::int64_t width = Width();
-    const std::int64_t height = Height();
+    const int height = Height();
     const int n = m_numberOfChannels;
     for (int i = 0; i < n; ++i) {
         const std::int64_t p =
@@ -177,26 +190,19 @@ void TqxSpectrum::DrawBars(TCanvas& canvas) {
         const int x1 = static_cast<int>(i * width / n);
         const int x2 = static_cast<int>((i + 1) * width / n) - (m_useSep ? 1 : 0);
         const __int128 lift = static_cast<__int128>(p) * height / 100;
-        const int y = static_cast<int>(
-            std::clamp<__int128>(height - lift, -kFarRow, kFarRow));
-        canvas.Pen().SetColor(m_barColor);
-        canvas.Brush().SetColor(m_barColor);
-        canvas.Rectangle(x1, y, x2, static_cast<int>(height));
-        canvas.Pen().SetColor(m_faceColor);
-        canvas.MoveTo(x2, 0);
-        canvas.LineTo(x2, static_cast<int>(height));
-        canvas.Pen().SetColor(m_topColor);
-        canvas.Brush().SetColor(m_topColor);
-        canvas.Rectangle(x1, y, x2, y + m_topSize);
+        const int y = static_cast<int>(std::clamp<__int128>(height - lift, -kFarRow, kFarRow));
+        SolidRectangle(canvas, x1, y, x2, height, m_barColor);
+        canvas.Brush().SetColor(m_faceColor);
+        canvas.FillRect({x2, 0, x2 + 1, height}); // the separator, (x2, 0) to (x2, H)
+        SolidRectangle(canvas, x1, y, x2, y + m_topSize, m_topColor);
     }
 }
 
+// Scan lines (0, y) to (W, y) on the odd rows.
 void TqxSpectrum::DrawScanLines(TCanvas& canvas) const {
-    canvas.Pen().SetColor(m_faceColor);
-    for (int y = 1; y <= Height(); y += 2) {
-        canvas.MoveTo(0, y);
-        canvas.LineTo(Width(), y);
-    }
+    canvas.Brush().SetColor(m_faceColor);
+    for (int y = 1; y <= Height(); y += 2)
+        canvas.FillRect({0, y, Width(), y + 1});
 }
 
 void TqxSpectrum::Paint() {
