@@ -18,8 +18,7 @@ int Far(std::int64_t value) {
 }
 
 int SaturatedSum(int a, int b) {
-    return static_cast<int>(
-        std::clamp<std::int64_t>(std::int64_t{a} + b, INT32_MIN, INT32_MAX));
+    return static_cast<int>(std::clamp<std::int64_t>(std::int64_t{a} + b, INT32_MIN, INT32_MAX));
 }
 
 // Frame3D of `width` rings: rings beyond the larger side of the surface lie wholly outside it,
@@ -100,8 +99,8 @@ TqGauge::TqGauge(TComponent* AOwner) : TEnterLeaveEvents<TGraphicControl>(AOwner
 // Range and value.
 
 std::uint8_t TqGauge::GetPercent() const {
-    return static_cast<std::uint8_t>(std::clamp<std::int64_t>(ScalePercent(m_value, m_min, m_max),
-                                                              0, 100));
+    return static_cast<std::uint8_t>(
+        std::clamp<std::int64_t>(ScalePercent(m_value, m_min, m_max), 0, 100));
 }
 
 void TqGauge::SetPercent(std::uint8_t value) {

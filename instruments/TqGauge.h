@@ -9,8 +9,8 @@
 // raises EConvertError from the paint, which the application's loop reports (OnException).
 
 #include "componentbase/EnterLeaveEvents.h"
-#include "platform/controls/WinControl.h"
 #include "platform/controls/CustomPanel.h"
+#include "platform/controls/WinControl.h"
 #include "platform/graphics/Bitmap.h"
 
 #include <cstdint>

@@ -48,10 +48,10 @@ const TClassInfo& TqScope::StaticClassInfo() {
         b.Property("Ajust2", &TqScope::Ajust2, &TqScope::SetAjust2).Default(Defaults::Ajust);
         b.Property("FaceColor", ColorType(), &TqScope::FaceColor, &TqScope::SetFaceColor)
             .Default(Defaults::FaceColor);
-        PublishControlProperties(b, {"Align", "PopupMenu", "OnDragDrop", "OnDragOver",
-                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp",
-                                     "DragCursor", "DragMode", "ParentShowHint", "ShowHint",
-                                     "Visible", "OnClick", "OnDblClick"});
+        PublishControlProperties(b, {"Align", "PopupMenu", "OnDragDrop", "OnDragOver", "OnEndDrag",
+                                     "OnMouseDown", "OnMouseMove", "OnMouseUp", "DragCursor",
+                                     "DragMode", "ParentShowHint", "ShowHint", "Visible", "OnClick",
+                                     "OnDblClick"});
         b.Event("OnPaint", &TqScope::OnPaint);
         b.Event("OnBeforePush", &TqScope::OnBeforePush);
         PublishControlProperties(b, {"Width"});
@@ -180,9 +180,8 @@ void TqScope::SetAllChannel(int channel, const int* data) {
 // Size and loading.
 
 void TqScope::SetBounds(int ALeft, int ATop, int AWidth, int AHeight) {
-    TEnterLeaveEvents<TGraphicControl>::SetBounds(ALeft, ATop,
-                                                  std::clamp(AWidth, MinWidth, MaxWidth),
-                                                  std::max(AHeight, MinHeight));
+    TEnterLeaveEvents<TGraphicControl>::SetBounds(
+        ALeft, ATop, std::clamp(AWidth, MinWidth, MaxWidth), std::max(AHeight, MinHeight));
 }
 
 // Min, Max and the grid step were stored as read; they settle here, without events.
@@ -200,8 +199,8 @@ int TqScope::TraceY(int channel, int sample) const {
     const std::int64_t n = std::int64_t{sample} + m_ajust[channel] - Min();
     // n * 100 / range * (height / 100), truncated: exact as n * height / range.
     const __int128 scaled = static_cast<__int128>(n) * height / range;
-    const std::int64_t row = height - static_cast<std::int64_t>(std::clamp<__int128>(
-                                          scaled, -kFarRow, kFarRow)) - 1;
+    const std::int64_t row =
+        height - static_cast<std::int64_t>(std::clamp<__int128>(scaled, -kFarRow, kFarRow)) - 1;
     return static_cast<int>(std::clamp(row, -kFarRow, kFarRow));
 }
 
@@ -214,7 +213,8 @@ void TqScope::DrawGrid(TCanvas& canvas) const {
     if (m_gridXstep != 0) {
         const int step = std::abs(m_gridXstep);
         for (int x = step; x <= right - 1; x += step)
-            canvas.FillRect({right - x, 0, right - x + 1, bottom - 1}); // (Rt - x, T)..(Rt - x, B - 1)
+            canvas.FillRect(
+                {right - x, 0, right - x + 1, bottom - 1}); // (Rt - x, T)..(Rt - x, B - 1)
     }
     // Horizontal lines at the values Min + 1 .. Max - 1 divisible by GridYstep, one per row:
     // the values at percent p are the ones at or above Min + ceil(p * range / 100).

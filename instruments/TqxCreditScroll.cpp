@@ -33,8 +33,7 @@ const TClassInfo& TqxCreditScroll::StaticClassInfo() {
         PublishControlProperties(b, {"Height"});
         b.Default(Defaults::Height);
         PublishControlProperties(b, {"Align", "Cursor", "Enabled", "Font", "Hint", "Left"});
-        b.Property("ParentColor", &TqxCreditScroll::ParentColor,
-                   &TqxCreditScroll::SetParentColor)
+        b.Property("ParentColor", &TqxCreditScroll::ParentColor, &TqxCreditScroll::SetParentColor)
             .Default(Defaults::ParentColor);
         // The font is the scroll's own (magenta), so ParentFont starts False.
         b.Property("ParentFont", &TqxCreditScroll::ParentFont, &TqxCreditScroll::SetParentFont)
@@ -42,9 +41,9 @@ const TClassInfo& TqxCreditScroll::StaticClassInfo() {
         PublishControlProperties(b, {"ParentShowHint", "PopupMenu", "ShowHint", "Top", "Visible"});
         b.Event("OnMouseEnter", &TqxCreditScroll::OnMouseEnter);
         b.Event("OnMouseLeave", &TqxCreditScroll::OnMouseLeave);
-        PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
-                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp",
-                                     "OnResize"});
+        PublishControlProperties(b,
+                                 {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",
+                                  "OnMouseDown", "OnMouseMove", "OnMouseUp", "OnResize"});
         return b.Build();
     }();
     return info;

@@ -63,7 +63,7 @@ private:
     int m_step{Defaults::Step};
     std::int64_t m_offset{0};
     TPaintFrame m_frame{TPaintFrame::TOutline::None, 1}; // one pixel larger each way
-    TqxTimer* m_timer{nullptr}; // owned through the owner tree
+    TqxTimer* m_timer{nullptr};                          // owned through the owner tree
 };
 
 } // namespace qv

@@ -167,7 +167,8 @@ void TqxSpectrum::Loaded() {
 
 // A rectangle whose pen and brush are both `color`: inside its normal form that is exactly the
 // fill of [left, right) x [top, bottom), which takes the canvas's span fill.
-static void SolidRectangle(TCanvas& canvas, int left, int top, int right, int bottom, TColor color) {
+static void SolidRectangle(TCanvas& canvas, int left, int top, int right, int bottom,
+                           TColor color) {
     canvas.Brush().SetColor(color);
     if (left < right && top < bottom) {
         canvas.FillRect({left, top, right, bottom});

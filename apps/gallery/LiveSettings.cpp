@@ -239,8 +239,7 @@ std::vector<TShowcase> MakeShowcases() {
     all.push_back({"TqxSpectrum",
                    {Setting<TqxSpectrum>("NumberOfChannels", &TqxSpectrum::NumberOfChannels,
                                          &TqxSpectrum::SetNum, 16),
-                    Setting<TqxSpectrum>("TopSize", &TqxSpectrum::TopSize, &TqxSpectrum::SetTop,
-                                         3),
+                    Setting<TqxSpectrum>("TopSize", &TqxSpectrum::TopSize, &TqxSpectrum::SetTop, 3),
                     SpectrumLevels()},
                    BounceBars});
     // The credits roll on their own timer.
@@ -251,8 +250,7 @@ std::vector<TShowcase> MakeShowcases() {
     // The gauge sweeps through the generic Value sweep, in LED blocks with its percentage.
     all.push_back(
         {"TqGauge",
-         {Setting<TqGauge>("Caption", &TqGauge::Caption, &TqGauge::SetCaption,
-                           std::string("%d%%")),
+         {Setting<TqGauge>("Caption", &TqGauge::Caption, &TqGauge::SetCaption, std::string("%d%%")),
           Setting<TqGauge>("NumberOfLed", &TqGauge::NumberOfLed, &TqGauge::SetledSpace, 10),
           Setting<TqGauge>("Value", &TqGauge::Value, &TqGauge::SetValue, 65)},
          {}});

@@ -201,9 +201,8 @@ void BM_CreditScroll(benchmark::State& s) {
     });
 }
 void BM_Gauge(benchmark::State& s) {
-    PaintCost<TqGauge>(s, [](TqGauge& c) {
-        c.SetCaption("%d%%"), c.SetledSpace(10), c.SetValue(65);
-    });
+    PaintCost<TqGauge>(s,
+                       [](TqGauge& c) { c.SetCaption("%d%%"), c.SetledSpace(10), c.SetValue(65); });
 }
 
 BENCHMARK(BM_Scope)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);

@@ -22,9 +22,7 @@ protected:
         for (int i = 0; i < times; ++i)
             scroll.DoTimer(&scroll);
     }
-    static int TextHeight(TqxCreditScroll& scroll) {
-        return TextExtentOf(*scroll.Font(), "0").cy;
-    }
+    static int TextHeight(TqxCreditScroll& scroll) { return TextExtentOf(*scroll.Font(), "0").cy; }
 };
 
 TEST_F(CreditScrollTest, TheOffsetAdvancesByStepPerTickOnlyWhileShowing) {
@@ -103,7 +101,9 @@ TEST_F(CreditScrollTest, TheTimerScrollsOnTheMainThread) {
     scroll->SetInterval(5);
     const auto owner = std::this_thread::get_id();
     bool elsewhere = false;
-    scroll->OnPaint = [&](TObject*) { elsewhere = elsewhere || std::this_thread::get_id() != owner; };
+    scroll->OnPaint = [&](TObject*) {
+        elsewhere = elsewhere || std::this_thread::get_id() != owner;
+    };
     const auto end = Clock::now() + std::chrono::seconds(10);
     while (scroll->Offset() < 3 && Clock::now() < end) {
         CheckSynchronize();

@@ -98,8 +98,8 @@ TEST_F(GaugeTest, LedBlocksLightWholeBlocksOverAClearedInside) {
     }
     EXPECT_EQ(At(shot, 42, 15), back);
     EXPECT_EQ(CountColor(shot, {2, 2, 102, 28}, TColor(0x0000FF)), 4 * 9 * 26);
-    EXPECT_EQ(At(shot, 1, 15), back);                          // margin
-    EXPECT_EQ(At(shot, 0, 15), ColorToRGB(clBtnHighlight));    // raised bevel
+    EXPECT_EQ(At(shot, 1, 15), back);                       // margin
+    EXPECT_EQ(At(shot, 0, 15), ColorToRGB(clBtnHighlight)); // raised bevel
     EXPECT_EQ(At(shot, 103, 15), ColorToRGB(clBtnShadow));
     // A pitch shorter than block plus gap leaves no stale pixels: the inside is cleared first.
     g->SetValue(100);
@@ -123,8 +123,8 @@ TEST_F(GaugeTest, TheCaptionReadsInvertedWhereTheBarHasPassed) {
     const int mid = (inner.left + inner.right) / 2;
     const TRect lit{inner.left, inner.top, mid, inner.bottom};
     const TRect unlit{mid, inner.top, inner.right, inner.bottom};
-    EXPECT_GT(CountColor(shot, lit, back), 0);                // text in Color on the bar
-    EXPECT_GT(CountColor(shot, unlit, TColor(0x0000FF)), 0);  // text in BarColor beside it
+    EXPECT_GT(CountColor(shot, lit, back), 0);               // text in Color on the bar
+    EXPECT_GT(CountColor(shot, unlit, TColor(0x0000FF)), 0); // text in BarColor beside it
     // Away from the caption's box the halves are plain.
     EXPECT_EQ(CountColor(shot, {inner.left, inner.top, inner.left + 20, inner.bottom}, back), 0);
     EXPECT_EQ(CountColor(shot, {inner.right - 20, inner.top, inner.right, inner.bottom},

@@ -228,10 +228,10 @@ TEST_F(ScopeTest, TheSizeStaysWithinItsLimitsOnEveryPath) {
 }
 
 TEST_F(ScopeTest, FormFilesKeepTheRangeTheGridAndTheWildValues) {
-    auto root = ReadComponentText(
-        "object F: TForm\n  object S: TqScope\n    Min = 200\n    Max = 500\n"
-        "    GridXstep = 900\n    GridYstep = -1\n    Channel1 = 2147483647\n"
-        "    Ajust1 = -2147483648\n    Width = 1000\n  end\nend\n");
+    auto root =
+        ReadComponentText("object F: TForm\n  object S: TqScope\n    Min = 200\n    Max = 500\n"
+                          "    GridXstep = 900\n    GridYstep = -1\n    Channel1 = 2147483647\n"
+                          "    Ajust1 = -2147483648\n    Width = 1000\n  end\nend\n");
     auto* scope = dynamic_cast<TqScope*>(root->FindComponent("S"));
     ASSERT_NE(scope, nullptr);
     EXPECT_EQ(scope->Min(), 200);
