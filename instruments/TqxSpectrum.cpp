@@ -179,22 +179,29 @@ static void SolidRectangle(TCanvas& canvas, int left, int top, int right, int bo
 }
 
 // Bar i spans x1 = i * W div n .. x2 = (i + 1) * W div n (less 1 with UseSep) and rises to
-// y = H - p * H div 100: the truncated products of bw = W / n and uh = H / 100, exact. Each
-// one-pixel line, which leaves out its last point, is drawn as the one-pixel span it covers.
-void TqxSpectrum::DrawBars(TCanvas& canvas) {
+// y = H - p * H div 100: the truncated products of bw = W / n and uh = H / 100, exact.
+void TqxSpectrum::BarGeometry(int i, int& x1, int& x2, int& y) const {
     const std::int64_t width = Width();
-    const int height = Height();
+    const std::int64_t height = Height();
     const int n = m_numberOfChannels;
-    for (int i = 0; i < n; ++i) {
-        const std::int64_t p =
-            IsDesigning() ? 100 - i : GetPercent(m_channels[static_cast<std::size_t>(i)]);
-        const int x1 = static_cast<int>(i * width / n);
-        const int x2 = static_cast<int>((i + 1) * width / n) - (m_useSep ? 1 : 0);
-        const __int128 lift = static_cast<__int128>(p) * height / 100;
-        const int y = static_cast<int>(std::clamp<__int128>(height - lift, -kFarRow, kFarRow));
+    const std::int64_t p =
+        IsDesigning() ? 100 - i : GetPercent(m_channels[static_cast<std::size_t>(i)]);
+    x1 = static_cast<int>(i * width / n);
+    x2 = static_cast<int>((i + 1) * width / n) - (m_useSep ? 1 : 0);
+    const __int128 lift = static_cast<__int128>(p) * height / 100;
+    y = static_cast<int>(std::clamp<__int128>(height - lift, -kFarRow, kFarRow));
+}
+
+// Per bar: the bar, the separator (x2, 0) to (x2, H) and the cap. Each one-pixel line, which
+// leaves out its last point, is drawn as the one-pixel span it covers.
+void TqxSpectrum::DrawBars(TCanvas& canvas) {
+    const int height = Height();
+    for (int i = 0; i < m_numberOfChannels; ++i) {
+        int x1, x2, y;
+        BarGeometry(i, x1, x2, y);
         SolidRectangle(canvas, x1, y, x2, height, m_barColor);
         canvas.Brush().SetColor(m_faceColor);
-        canvas.FillRect({x2, 0, x2 + 1, height}); // the separator, (x2, 0) to (x2, H)
+        canvas.FillRect({x2, 0, x2 + 1, height});
         SolidRectangle(canvas, x1, y, x2, y + m_topSize, m_topColor);
     }
 }
@@ -206,12 +213,79 @@ void TqxSpectrum::DrawScanLines(TCanvas& canvas) const {
         canvas.FillRect({0, y, Width(), y + 1});
 }
 
+// The steps of DrawBars in order, each as the pixels it covers within the picture: a rectangle
+// of one colour covers its normal form (nothing when that is empty).
+void TqxSpectrum::CollectSteps(const TPixelBuffer& pixels) {
+    const TRect surface = pixels.Bounds();
+    const auto add = [&](const TRect& r, TColor color) {
+        const TRect piece = Intersect(Ordered(r), surface);
+        if (piece.IsEmpty()) return;
+        m_steps.push_back({piece.left, piece.top, piece.right, piece.bottom,
+                           ColorToPixel(ColorToDrawRGB(ColorToRGB(color)))});
+    };
+    m_steps.clear();
+    for (int i = 0; i < m_numberOfChannels; ++i) {
+        int x1, x2, y;
+        BarGeometry(i, x1, x2, y);
+        add({x1, y, x2, Height()}, m_barColor);
+        add({x2, 0, x2 + 1, Height()}, m_faceColor);
+        add({x1, y, x2, y + m_topSize}, m_topColor);
+    }
+}
+
+std::uint32_t TqxSpectrum::ColumnPixel(int column, int row, std::uint32_t background) const {
+    const std::vector<int>& steps = m_columnSteps[static_cast<std::size_t>(column)];
+    for (auto it = steps.rbegin(); it != steps.rend(); ++it) {
+        const TBarStep& s = m_steps[static_cast<std::size_t>(*it)];
+        if (row >= s.top && row < s.bottom) return s.pixel;
+    }
+    return background;
+}
+
+void TqxSpectrum::DrawInto(TPixelBuffer& pixels, TColor backgroundColor) {
+    const int width = pixels.Width();
+    const int height = pixels.Height();
+    if (width <= 0 || height <= 0) return;
+    const std::uint32_t background = ColorToPixel(ColorToDrawRGB(ColorToRGB(backgroundColor)));
+    const std::uint32_t face = ColorToPixel(ColorToDrawRGB(ColorToRGB(m_faceColor)));
+    CollectSteps(pixels);
+    m_columnSteps.resize(static_cast<std::size_t>(width));
+    for (auto& column : m_columnSteps)
+        column.clear();
+    m_rowChanges.resize(static_cast<std::size_t>(height));
+    for (auto& row : m_rowChanges)
+        row.clear();
+    for (std::size_t k = 0; k < m_steps.size(); ++k) {
+        const TBarStep& s = m_steps[k];
+        for (int x = s.left; x < s.right; ++x) {
+            m_columnSteps[static_cast<std::size_t>(x)].push_back(static_cast<int>(k));
+            if (s.top > 0) m_rowChanges[static_cast<std::size_t>(s.top)].push_back(x);
+            if (s.bottom < height) m_rowChanges[static_cast<std::size_t>(s.bottom)].push_back(x);
+        }
+    }
+    m_row.resize(static_cast<std::size_t>(width));
+    for (int x = 0; x < width; ++x)
+        m_row[static_cast<std::size_t>(x)] = ColumnPixel(x, 0, background);
+    for (int y = 0; y < height; ++y) {
+        for (int x : m_rowChanges[static_cast<std::size_t>(y)])
+            m_row[static_cast<std::size_t>(x)] = ColumnPixel(x, y, background);
+        if (m_useLed && y % 2 == 1)
+            FillPixels(pixels.Row(y), width, face);
+        else
+            std::copy(m_row.begin(), m_row.end(), pixels.Row(y));
+    }
+}
+
 void TqxSpectrum::Paint() {
     const TColor background = m_useLed ? m_barOffColor : m_faceColor;
     m_frame.Paint(
         *this, Canvas(), TFrameBackground::Flat(background),
         [&](TCanvas& canvas) {
-            canvas.Pen().SetColor(background);
+            TPixelBuffer* pixels = canvas.Handle()->Target();
+            if (pixels == &m_frame.Picture().Pixels()) {
+                DrawInto(*pixels, background);
+                return;
+            }
             canvas.Pen().SetWidth(1);
             DrawBars(canvas);
             if (m_useLed) DrawScanLines(canvas);

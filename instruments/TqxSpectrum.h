@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 namespace qv {
 
@@ -84,9 +85,23 @@ protected:
     void Paint() override;
 
 private:
+    // One step of the bar drawing: the pixels [left, right) x [top, bottom) set to `pixel`.
+    struct TBarStep {
+        int left, top, right, bottom;
+        std::uint32_t pixel;
+    };
+
     void LimitChannels();
+    // Bar i's x1, x2 and top row y.
+    void BarGeometry(int i, int& x1, int& x2, int& y) const;
+    // The drawing as canvas calls, for a canvas that is not a picture of its own.
     void DrawBars(TCanvas& canvas);
     void DrawScanLines(TCanvas& canvas) const;
+    // The same pixels written row by row into the picture: each column's colour changes only
+    // where a step begins or ends, so a row is the previous one with those columns redone.
+    void DrawInto(TPixelBuffer& pixels, TColor background);
+    void CollectSteps(const TPixelBuffer& pixels);
+    std::uint32_t ColumnPixel(int column, int row, std::uint32_t background) const;
 
     bool m_useSep{Defaults::UseSep};
     bool m_useLed{Defaults::UseLed};
@@ -99,6 +114,11 @@ private:
     TLoadingRange m_range{Defaults::Min, Defaults::Max, 1};
     std::array<int, ChannelCount> m_channels{};
     TPaintFrame m_frame;
+    // Kept between paints so that a paint allocates nothing once sizes have settled.
+    std::vector<TBarStep> m_steps;
+    std::vector<std::vector<int>> m_columnSteps; // per column, the steps over it, in order
+    std::vector<std::vector<int>> m_rowChanges;  // per row, the columns that change there
+    std::vector<std::uint32_t> m_row;
 };
 
 } // namespace qv

@@ -2,6 +2,7 @@
 // limits and rejected indices, wild values, and form files.
 #include "LiveDisplayFixture.h"
 
+#include <algorithm>
 #include <climits>
 #include <vector>
 
@@ -157,3 +158,67 @@ TEST_F(SpectrumTest, FormFilesReadTheRangeAsWritten) {
 }
 
 } // namespace
+
+namespace {
+
+// The drawing step by step with the canvas's own figures: background, then per bar the bar,
+// the separator line and the cap, then the scan lines.
+void DrawLiterally(TCanvas& c, const TqxSpectrum& s) {
+    const int w = s.Width(), h = s.Height(), n = s.NumberOfChannels();
+    const TColor back = s.UseLed() ? s.BarOffColor() : s.FaceColor();
+    c.Pen().SetColor(back);
+    c.Brush().SetColor(back);
+    c.Rectangle(0, 0, w, h);
+    for (int i = 0; i < n; ++i) {
+        const long long p = s.GetPercent(s.GetChannel(i));
+        const int x1 = static_cast<int>(1LL * i * w / n);
+        const int x2 = static_cast<int>(1LL * (i + 1) * w / n) - (s.UseSep() ? 1 : 0);
+        const int y = static_cast<int>(std::clamp<long long>(h - p * h / 100, -(1 << 30), 1 << 30));
+        c.Pen().SetColor(s.BarColor());
+        c.Brush().SetColor(s.BarColor());
+        c.Rectangle(x1, y, x2, h);
+        c.Pen().SetColor(s.FaceColor());
+        c.MoveTo(x2, 0);
+        c.LineTo(x2, h);
+        c.Pen().SetColor(s.TopColor());
+        c.Brush().SetColor(s.TopColor());
+        c.Rectangle(x1, y, x2, y + s.TopSize());
+    }
+    if (!s.UseLed()) return;
+    c.Pen().SetColor(s.FaceColor());
+    for (int y = 1; y <= h; y += 2) {
+        c.MoveTo(0, y);
+        c.LineTo(w, y);
+    }
+}
+
+} // namespace
+
+TEST_F(SpectrumTest, PaintsWhatTheStepsDrawOneByOne) {
+    auto* s = Place<TqxSpectrum>();
+    unsigned seed = 7;
+    const auto next = [&seed] { return seed = seed * 1103515245u + 12345u, (seed >> 8) % 1000u; };
+    for (int round = 0; round < 12; ++round) {
+        s->SetBounds(0, 0, 20 + static_cast<int>(next() % 400),
+                     35 + static_cast<int>(next() % 300));
+        s->SetNum(1 + static_cast<int>(next() % 100));
+        s->SetLed(round % 2 == 0);
+        s->SetSplit(round % 3 != 0);
+        s->SetTop(2 + static_cast<int>(next() % 9));
+        std::vector<int> values(TqxSpectrum::ChannelCount);
+        for (int& v : values)
+            v = static_cast<int>(next()) - 400; // below Min, in the range and above Max
+        if (round == 11) values[3] = INT_MIN, values[4] = INT_MAX;
+        s->SetAllChannel(values.data());
+        TBitmap painted;
+        s->PaintTo(painted);
+        TBitmap expected(s->Width(), s->Height());
+        DrawLiterally(expected.Canvas(), *s);
+        const long differing = test::CountDifferentPixels(painted.Pixels(), expected.Pixels());
+        EXPECT_EQ(differing, 0) << "round " << round << ": "
+                                << test::WritePixelEvidence(std::string(QV_TEST_OUT) +
+                                                                "/instruments",
+                                                            "spectrum-" + std::to_string(round),
+                                                            painted.Pixels(), expected.Pixels());
+    }
+}
