@@ -197,27 +197,33 @@ int TqScope::TraceY(int channel, int sample) const {
     const std::int64_t height = Height();
     const std::int64_t range = std::max<std::int64_t>(std::int64_t{Max()} - Min(), 1);
     const std::int64_t n = std::int64_t{sample} + m_ajust[channel] - Min();
-    // n * 100 / range * (height / 100), truncated: exact as n * height / range.
-    const __int128 scaled = static_cast<__int128>(n) * height / range;
-    const std::int64_t row =
-        height - static_cast<std::int64_t>(std::clamp<__int128>(scaled, -kFarRow, kFarRow)) - 1;
-    return static_cast<int>(std::clamp(row, -kFarRow, kFarRow));
+    // n * 100 / range * (height / 100), truncated: exact as n * height / range. The product
+    // fits in 64 bits unless n is beyond 2^32 (a sample and an offset both near the limits).
+    constexpr std::int64_t wide = std::int64_t{1} << 32;
+    std::int64_t scaled;
+    if (n > -wide && n < wide)
+        scaled = n * height / range;
+    else
+        scaled = static_cast<std::int64_t>(
+            std::clamp<__int128>(static_cast<__int128>(n) * height / range, -kFarRow, kFarRow));
+    return static_cast<int>(
+        std::clamp(height - std::clamp(scaled, -kFarRow, kFarRow) - 1, -kFarRow, kFarRow));
 }
 
-// The grid's one-pixel lines leave out their last point; each is drawn as the span it covers.
-void TqScope::DrawGrid(TCanvas& canvas) const {
-    canvas.Brush().SetColor(m_gridColor);
+// Vertical lines at Rt - x for the x in 1 .. Rt - 1 divisible by GridXstep (counted from the
+// right edge, so they stay with the newest sample); horizontal lines at the values Min + 1 ..
+// Max - 1 divisible by GridYstep, one per row: the values at percent p are the ones at or above
+// Min + ceil(p * range / 100), and the row of p is B - Round(p * B / 100).
+void TqScope::CollectGrid() {
     const int right = Width();
     const int bottom = Height();
-    // Vertical lines every GridXstep pixels, counted from the right edge.
+    m_gridColumns.clear();
+    m_gridRows.clear();
     if (m_gridXstep != 0) {
         const int step = std::abs(m_gridXstep);
         for (int x = step; x <= right - 1; x += step)
-            canvas.FillRect(
-                {right - x, 0, right - x + 1, bottom - 1}); // (Rt - x, T)..(Rt - x, B - 1)
+            m_gridColumns.push_back(right - x);
     }
-    // Horizontal lines at the values Min + 1 .. Max - 1 divisible by GridYstep, one per row:
-    // the values at percent p are the ones at or above Min + ceil(p * range / 100).
     if (m_gridYstep == 0) return;
     const std::int64_t min = Min();
     const std::int64_t range = std::int64_t{Max()} - min;
@@ -228,9 +234,35 @@ void TqScope::DrawGrid(TCanvas& canvas) const {
         const std::int64_t from = std::max(firstAt(p), min + 1);
         const std::int64_t to = std::min(firstAt(p + 1) - 1, min + range - 1);
         if (from > to || FirstMultipleAtOrAbove(from, step) > to) continue;
-        const int y = bottom - static_cast<int>(RoundedQuotient(p, bottom, 100));
-        canvas.FillRect({0, y, right - 1, y + 1}); // (L, y)..(Rt - 1, y)
+        m_gridRows.push_back(bottom - static_cast<int>(RoundedQuotient(p, bottom, 100)));
     }
+}
+
+// Each one-pixel line leaves out its last point: the vertical ones cover rows T .. B - 2, the
+// horizontal ones columns L .. Rt - 2. Drawn as the spans they cover.
+void TqScope::DrawGrid(TCanvas& canvas) const {
+    canvas.Brush().SetColor(m_gridColor);
+    const int right = Width();
+    const int bottom = Height();
+    for (int x : m_gridColumns)
+        canvas.FillRect({x, 0, x + 1, bottom - 1});
+    for (int y : m_gridRows)
+        canvas.FillRect({0, y, right - 1, y + 1});
+}
+
+// The same pixels, written into the picture row by row.
+void TqScope::DrawGridInto(TPixelBuffer& pixels) const {
+    const std::uint32_t grid = ColorToPixel(ColorToDrawRGB(ColorToRGB(m_gridColor)));
+    const int width = pixels.Width();
+    const int rows = std::min(Height() - 1, pixels.Height());
+    for (int y = 0; y < rows; ++y) {
+        std::uint32_t* row = pixels.Row(y);
+        for (int x : m_gridColumns)
+            if (x < width) row[x] = grid;
+    }
+    const int span = std::min(Width() - 1, width);
+    for (int y : m_gridRows)
+        if (y >= 0 && y < pixels.Height() && span > 0) FillPixels(pixels.Row(y), span, grid);
 }
 
 // MoveTo(Rt, y(s0)), then LineTo(Rt - (i + 1), y(s_i)) for i = 0 .. Rt: one polyline.
@@ -250,7 +282,14 @@ void TqScope::Paint() {
         *this, Canvas(), TFrameBackground::Flat(m_faceColor),
         [&](TCanvas& canvas) {
             canvas.Pen().SetWidth(1);
-            if (m_showGrid) DrawGrid(canvas);
+            if (m_showGrid) {
+                CollectGrid();
+                TPixelBuffer* pixels = canvas.Handle()->Target();
+                if (pixels == &m_frame.Picture().Pixels())
+                    DrawGridInto(*pixels);
+                else
+                    DrawGrid(canvas);
+            }
             for (int c = 0; c < 2; ++c)
                 if (m_showBeam[c]) DrawBeam(canvas, c);
         },

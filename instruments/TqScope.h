@@ -113,7 +113,11 @@ private:
     // The row a value is drawn at: B - (v + ajust - Min) * height / range - 1, exact and kept
     // within +-2^30 of the origin.
     int TraceY(int channel, int sample) const;
+    // The columns of the vertical grid lines and the rows of the horizontal ones.
+    void CollectGrid();
+    // The grid as spans on a canvas, or written straight into the scope's own picture.
     void DrawGrid(TCanvas& canvas) const;
+    void DrawGridInto(TPixelBuffer& pixels) const;
     void DrawBeam(TCanvas& canvas, int channel);
 
     bool m_autoPush{Defaults::AutoPush};
@@ -130,7 +134,10 @@ private:
     // Ring buffers: sample i of a channel is at (m_newest + i) % SampleCount.
     std::array<std::array<int, SampleCount>, 2> m_samples{};
     int m_newest{0};
-    std::vector<TPoint> m_trace; // the polyline of one beam, kept between paints
+    // Kept between paints, so that a paint allocates nothing once the size has settled.
+    std::vector<TPoint> m_trace; // the polyline of one beam
+    std::vector<int> m_gridColumns;
+    std::vector<int> m_gridRows;
     TPaintFrame m_frame;
 };
 

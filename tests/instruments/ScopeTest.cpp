@@ -2,7 +2,9 @@
 // limits, wild samples, and form files.
 #include "LiveDisplayFixture.h"
 
+#include <algorithm>
 #include <climits>
+#include <cmath>
 #include <vector>
 
 using namespace qv;
@@ -249,3 +251,77 @@ TEST_F(ScopeTest, FormFilesKeepTheRangeTheGridAndTheWildValues) {
 }
 
 } // namespace
+
+namespace {
+
+// The drawing step by step with the canvas's lines, value by value as the steps are written:
+// face, the grid from the right, then each beam from (Rt, y(s0)) through (Rt - 1 - i, y(s_i)).
+// The real-number products are taken exactly (long double would truncate 37 x 20/37 to 19).
+void DrawLiterally(TCanvas& c, const TqScope& s) {
+    const int rt = s.Width(), b = s.Height();
+    const long long min = s.Min(), range = std::max<long long>(1LL * s.Max() - s.Min(), 1);
+    c.Brush().SetColor(s.FaceColor());
+    c.FillRect({0, 0, rt, b});
+    c.Pen().SetColor(s.GridColor());
+    if (s.ShowGrid()) {
+        for (int x = 1; x <= rt - 1; ++x)
+            if (s.GridXstep() != 0 && x % s.GridXstep() == 0) {
+                c.MoveTo(rt - x, 0);
+                c.LineTo(rt - x, b - 1);
+            }
+        for (long long v = min + 1; v <= s.Max() - 1; ++v)
+            if (s.GridYstep() != 0 && v % s.GridYstep() == 0) {
+                const long long q = (v - min) * 100 / range * b; // 100 x p x sy
+                const long long whole = q / 100, rest = q % 100;
+                const int y =
+                    b - static_cast<int>(whole + (rest > 50 || (rest == 50 && whole % 2) ? 1 : 0));
+                c.MoveTo(0, y);
+                c.LineTo(rt - 1, y);
+            }
+    }
+    const auto beam = [&](int channel, int ajust, TColor color) {
+        const auto y = [&](int sample) {
+            const long long n = 1LL * sample + ajust - min;
+            return b - static_cast<int>(n * b / range) - 1;
+        };
+        c.Pen().SetColor(color);
+        c.MoveTo(rt, y(s.Sample(channel, 0)));
+        for (int i = 0; i <= rt; ++i)
+            c.LineTo(rt - (i + 1), y(s.Sample(channel, i)));
+    };
+    if (s.ShowBeam1()) beam(1, s.Ajust1(), s.Beam1Color());
+    if (s.ShowBeam2()) beam(2, s.Ajust2(), s.Beam2Color());
+}
+
+} // namespace
+
+TEST_F(ScopeTest, PaintsWhatTheStepsDrawOneByOne) {
+    auto* scope = Place<TqScope>();
+    scope->SetUse2(true);
+    unsigned seed = 11;
+    const auto next = [&seed] { return seed = seed * 1103515245u + 12345u, (seed >> 8) % 1000u; };
+    for (int round = 0; round < 10; ++round) {
+        scope->SetBounds(0, 0, 20 + static_cast<int>(next() % 980),
+                         35 + static_cast<int>(next() % 200));
+        scope->SetMax(static_cast<int>(next()) - 300);
+        scope->SetMin(static_cast<int>(next() % 300) - 350);
+        scope->SetStepX(static_cast<int>(next() % 40));
+        scope->SetStepY(static_cast<int>(next() % 60) - 10);
+        scope->SetAjust2(static_cast<int>(next() % 50) - 25);
+        for (int i = 0; i < TqScope::SampleCount; ++i) {
+            scope->SetIn1(static_cast<int>(next()) - 400);
+            scope->SetIn2(static_cast<int>(next() % 200) - 100);
+            scope->Push();
+        }
+        TBitmap painted;
+        scope->PaintTo(painted);
+        TBitmap expected(scope->Width(), scope->Height());
+        DrawLiterally(expected.Canvas(), *scope);
+        const long differing = test::CountDifferentPixels(painted.Pixels(), expected.Pixels());
+        EXPECT_EQ(differing, 0) << "round " << round << ": "
+                                << test::WritePixelEvidence(std::string(QV_TEST_OUT) +
+                                                                "/instruments",
+                                                            "scope-" + std::to_string(round),
+                                                            painted.Pixels(), expected.Pixels());
+    }
+}
