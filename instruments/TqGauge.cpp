@@ -10,8 +10,9 @@
 namespace qv {
 
 namespace {
-// Coordinates further off than this are outside any surface.
-constexpr std::int64_t kFar = std::int64_t{1} << 30;
+// Coordinates further off than this are outside any surface; two of them are less than 2^31
+// apart, so the bevel lines between them stay within the canvas's arithmetic.
+constexpr std::int64_t kFar = std::int64_t{1} << 29;
 
 int Far(std::int64_t value) {
     return static_cast<int>(std::clamp(value, -kFar, kFar));
@@ -240,8 +241,8 @@ TRect TqGauge::InnerRect() const {
 
 int TqGauge::FillEdge(const TRect& inner) const {
     const std::int64_t range = std::max<std::int64_t>(std::int64_t{m_max} - m_min, 1);
-    const __int128 filled =
-        static_cast<__int128>(std::int64_t{m_value} - m_min) * (inner.right - inner.left) / range;
+    const __int128 filled = static_cast<__int128>(std::int64_t{m_value} - m_min) *
+                            (std::int64_t{inner.right} - inner.left) / range;
     const __int128 fill = inner.left + filled;
     return static_cast<int>(std::clamp<__int128>(fill, inner.left, inner.right));
 }

@@ -8,8 +8,9 @@
 namespace qv {
 
 namespace {
-// Rows further off than this are outside any surface, and the canvas takes them as they are.
-constexpr std::int64_t kFarRow = std::int64_t{1} << 30;
+// Rows further off than this are outside any surface; two of them are less than 2^31 apart, so
+// the canvas's line arithmetic takes any segment between them.
+constexpr std::int64_t kFarRow = std::int64_t{1} << 29;
 
 // n * num / den rounded half to even, for n, num >= 0 and den > 0.
 std::int64_t RoundedQuotient(std::int64_t n, std::int64_t num, std::int64_t den) {

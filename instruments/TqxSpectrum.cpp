@@ -8,7 +8,7 @@ namespace qv {
 
 namespace {
 // Rows further off than this are outside any surface.
-constexpr std::int64_t kFarRow = std::int64_t{1} << 30;
+constexpr std::int64_t kFarRow = std::int64_t{1} << 29;
 
 bool ValidIndex(int index) {
     return index >= 0 && index < TqxSpectrum::ChannelCount;

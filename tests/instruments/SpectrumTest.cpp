@@ -173,7 +173,7 @@ void DrawLiterally(TCanvas& c, const TqxSpectrum& s) {
         const long long p = s.GetPercent(s.GetChannel(i));
         const int x1 = static_cast<int>(1LL * i * w / n);
         const int x2 = static_cast<int>(1LL * (i + 1) * w / n) - (s.UseSep() ? 1 : 0);
-        const int y = static_cast<int>(std::clamp<long long>(h - p * h / 100, -(1 << 30), 1 << 30));
+        const int y = static_cast<int>(std::clamp<long long>(h - p * h / 100, -(1 << 29), 1 << 29));
         c.Pen().SetColor(s.BarColor());
         c.Brush().SetColor(s.BarColor());
         c.Rectangle(x1, y, x2, h);
