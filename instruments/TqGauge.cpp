@@ -91,7 +91,7 @@ TqGauge::TqGauge(TComponent* AOwner) : TEnterLeaveEvents<TGraphicControl>(AOwner
     SetColor(Defaults::Color);
     SetParentColor(true);
     SetBounds(Left(), Top(), Defaults::Width, Defaults::Height);
-    m_glyph.OnChange = [this](TObject*) {
+    m_glyph->OnChange = [this](TObject*) {
         m_glyphDirty = true;
         Invalidate();
     };
@@ -208,9 +208,17 @@ void TqGauge::CMTextChanged(TMessage& Message) {
     Invalidate();
 }
 
+// The glyph stretched to the control's size. Only the part a surface can show is kept: the
+// copy is cut at the size of the canvas the gauge paints on, with the same pixels.
 void TqGauge::DoTheBitmap() {
-    m_sized.SetSize(Width(), Height());
-    m_sized.Canvas().StretchDraw({0, 0, Width(), Height()}, m_glyph);
+    int width = Width(), height = Height();
+    if (const TPixelBuffer* surface = Canvas().Handle()->Target()) {
+        width = std::min(width, surface->Width());
+        height = std::min(height, surface->Height());
+    }
+    m_sized.SetSize(std::max(width, 0), std::max(height, 0));
+    m_sized.Canvas().StretchDraw({0, 0, Width(), Height()}, *m_glyph);
+    m_sizedFor = {Width(), Height()};
     m_glyphDirty = false;
 }
 
@@ -271,7 +279,7 @@ void TqGauge::DrawFrame(TCanvas& canvas, TRect& rect) const {
 
 // A lit part: BarColor, or the same place of the stretched glyph.
 void TqGauge::DrawFill(TCanvas& canvas, const TRect& part) {
-    if (m_glyph.Empty()) {
+    if (m_glyph->Empty()) {
         canvas.Brush().SetColor(m_barColor);
         canvas.FillRect(part);
     } else {
@@ -314,7 +322,7 @@ void TqGauge::DrawCaption(TCanvas& canvas, const TRect& inner, int fill, const s
     const int top = inner.top + (size.cy < innerHeight ? (innerHeight - size.cy) / 2 : 0);
     TRect box{left, top, Far(std::int64_t{left} + size.cx), Far(std::int64_t{top} + size.cy)};
     IntersectRect(box, box, inner);
-    if (!m_glyph.Empty()) {
+    if (!m_glyph->Empty()) {
         canvas.Brush().SetStyle(bsClear);
         canvas.Font().SetColor(m_barColor);
         canvas.TextRect(box, left, top, text);
@@ -332,8 +340,8 @@ void TqGauge::DrawCaption(TCanvas& canvas, const TRect& inner, int fill, const s
 
 void TqGauge::Paint() {
     TCanvas& canvas = Canvas();
-    if (!m_glyph.Empty() &&
-        (m_glyphDirty || m_sized.Width() != Width() || m_sized.Height() != Height()))
+    if (!m_glyph->Empty() &&
+        (m_glyphDirty || m_sizedFor.cx != Width() || m_sizedFor.cy != Height()))
         DoTheBitmap();
     const std::string text = Caption().empty() ? std::string() : CaptionText();
     TRect rect{0, 0, Width(), Height()};

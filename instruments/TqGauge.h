@@ -14,6 +14,7 @@
 #include "platform/graphics/Bitmap.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 namespace qv {
@@ -45,9 +46,9 @@ public:
 
     explicit TqGauge(TComponent* AOwner);
 
-    TBitmap* Glyph() const { return &m_glyph; }
+    TBitmap* Glyph() const { return m_glyph.get(); }
     // Takes a copy of `value`.
-    void SetBitmap(const TBitmap& value) { m_glyph.Assign(value); }
+    void SetBitmap(const TBitmap& value) { m_glyph->Assign(value); }
     // (Value - Min) * 100 div (Max - Min) in 64 bits, read as 0..100 (Value may lie outside
     // Min..Max after SetMin or SetMax).
     std::uint8_t GetPercent() const;
@@ -115,8 +116,9 @@ private:
     void DrawLeds(TCanvas& canvas, const TRect& inner, int fill);
     void DrawCaption(TCanvas& canvas, const TRect& inner, int fill, const std::string& text);
 
-    mutable TBitmap m_glyph;
+    std::unique_ptr<TBitmap> m_glyph{std::make_unique<TBitmap>()}; // as assigned
     TBitmap m_sized;         // the glyph stretched to the control
+    TSize m_sizedFor;        // the control's size when m_sized was made
     bool m_glyphDirty{true}; // the glyph changed since m_sized was made
     bool m_drawOnlyWhenPCTChange{Defaults::DrawOnlyWhenPCTChange};
     gaCaptionStyle m_captionStyle{Defaults::CaptionStyle};

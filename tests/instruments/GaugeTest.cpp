@@ -192,6 +192,10 @@ TEST_F(GaugeTest, TheGlyphIsStretchedToTheControlAndFillsTheBar) {
     auto wider = Shot(*g);
     EXPECT_EQ(At(wider, 90, 15), TColor(0x00FF00));
     EXPECT_EQ(At(wider, 190, 15), TColor(0xFF0000));
+    // Far wider than any bitmap may be: only the part the form shows is stretched.
+    g->SetBounds(0, 0, 1 << 30, 30);
+    auto huge = Shot(*g);
+    EXPECT_EQ(At(huge, 10, 15), TColor(0x00FF00));
 }
 
 TEST_F(GaugeTest, WildSettingsPaintInsideTheControl) {

@@ -17,6 +17,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -46,17 +47,19 @@ protected:
         return c;
     }
     void Pump() { Application().ProcessMessages(); }
-    // The control's pixels as the form shows them after everything pending has painted.
     using TShot = std::unique_ptr<TBitmap>;
+    // The control's pixels as the form shows them (as far as the form reaches).
     TShot Shot(const TControl& control) {
         Pump();
         TBitmap whole;
         form->Screenshot(whole);
+        const int width = std::min(control.Width(), whole.Width() - control.Left());
+        const int height = std::min(control.Height(), whole.Height() - control.Top());
         auto shot = std::make_unique<TBitmap>();
-        shot->SetSize(control.Width(), control.Height());
-        shot->Canvas().CopyRect({0, 0, control.Width(), control.Height()}, whole.Canvas(),
-                                {control.Left(), control.Top(), control.Left() + control.Width(),
-                                 control.Top() + control.Height()});
+        shot->SetSize(width, height);
+        shot->Canvas().CopyRect(
+            {0, 0, width, height}, whole.Canvas(),
+            {control.Left(), control.Top(), control.Left() + width, control.Top() + height});
         return shot;
     }
     static TColor At(const TShot& shot, int x, int y) { return shot->Canvas().Pixel(x, y); }
