@@ -64,6 +64,8 @@ TCanvas& TPaintFrame::Begin(const TControl& control, TCanvas& target,
         width = std::min(width, surface->Width());
         height = std::min(height, surface->Height());
     }
+    width += m_grow;
+    height += m_grow;
     m_direct = static_cast<std::int64_t>(width) * height > TPixelBuffer::MaxPixels;
     TCanvas* canvas = &target;
     if (!m_direct) {

@@ -51,7 +51,10 @@ class TPaintFrame {
 public:
     enum class TOutline { None, WhileDesigning };
 
-    explicit TPaintFrame(TOutline outline = TOutline::None) : m_outline(outline) {}
+    // `grow` makes the picture that many pixels wider and taller than the control (the credit
+    // scroll draws on a picture one pixel larger each way); the copy shows the control's part.
+    explicit TPaintFrame(TOutline outline = TOutline::None, int grow = 0)
+        : m_outline(outline), m_grow(grow) {}
 
     // Paints `control` on `target`: background, `draw(canvas)`, the outline while designing,
     // the copy, then `onPaint` with the control as Sender.
@@ -74,6 +77,7 @@ public:
 private:
     TBitmap m_picture;
     TOutline m_outline;
+    int m_grow;
     bool m_direct{false}; // this paint draws straight onto the target
 };
 

@@ -29,21 +29,37 @@ template <class Visit> void ForEachScaleGroup(std::int64_t min, std::int64_t max
 // it at most Max, SetMax at least Min). While a form file is read the setters store the value as
 // read, so that Min 200 followed by Max 300 stays 200..300 instead of becoming 100..300 against
 // the default Max; Loaded then settles the pair as the setters would, Min first.
+//
+// `gap` is how far a bound that would cross the other lands from it: 0 puts it on the other bound,
+// 1 (the scope and the spectrum) one step short of it, so that SetMin(150) with Max 100 gives 99.
+// Equal bounds are still reachable by setting the bound itself. The step saturates at the ends of
+// the integer range.
 class TLoadingRange {
 public:
-    constexpr TLoadingRange(int min, int max) : m_min(min), m_max(max) {}
+    constexpr TLoadingRange(int min, int max, int gap = 0) : m_min(min), m_max(max), m_gap(gap) {}
 
     int Min() const { return m_min; }
     int Max() const { return m_max; }
-    void SetMin(int value, bool loading) { m_min = loading ? value : std::min(value, m_max); }
-    void SetMax(int value, bool loading) { m_max = loading ? value : std::max(value, m_min); }
-    // After loading: a Max read below Min rises to it.
-    void Loaded() { m_max = std::max(m_max, m_min); }
+    void SetMin(int value, bool loading) {
+        m_min = loading || value <= m_max ? value : Saturated(std::int64_t{m_max} - m_gap);
+    }
+    void SetMax(int value, bool loading) {
+        m_max = loading || value >= m_min ? value : Saturated(std::int64_t{m_min} + m_gap);
+    }
+    // After loading: a Max read below Min is set as SetMax would set it.
+    void Loaded() {
+        if (m_max < m_min) SetMax(m_max, false);
+    }
     int Clamp(int value) const { return std::clamp(value, m_min, m_max); }
 
 private:
+    static int Saturated(std::int64_t value) {
+        return static_cast<int>(std::clamp<std::int64_t>(value, INT32_MIN, INT32_MAX));
+    }
+
     int m_min;
     int m_max;
+    int m_gap;
 };
 
 // The first multiple of `step` (> 0) at or above `value`.

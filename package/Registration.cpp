@@ -5,6 +5,7 @@
 #include "controls/Qbtn2.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
+#include "instruments/Qgauge.h"
 #include "instruments/Qpanel.h"
 #include "instruments/Qpanel2.h"
 #include "platform/core/Component.h"
@@ -45,11 +46,11 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {5, "TqxDotLabel", kPage1, nullptr},
         {5, "TqxDotClock", kPage1, nullptr},
         {6, "TqxRunningDot", kPage1, nullptr},
-        {6, "TqGauge", kPage1, nullptr},
+        {6, "TqGauge", kPage1, &TqGauge::StaticClassInfo},
         {6, "TqFrame", kPage1, nullptr},
         {7, "TqDivider", kPage1, nullptr},
         {7, "TqMovePanel", kPage1, nullptr},
-        {7, "TqScope", kPage1, nullptr},
+        {7, "TqScope", kPage1, &TqScope::StaticClassInfo},
         {7, "TqVerSplit", kPage1, &TqVerSplit::StaticClassInfo},
         {8, "TqHorSplit", kPage1, &TqHorSplit::StaticClassInfo},
         {8, "TqPanelMeter", kPage1, &TqPanelMeter::StaticClassInfo},
@@ -88,10 +89,10 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {22, "TqxCenterSpinBtn", kPage4, &TqxCenterSpinBtn::StaticClassInfo},
         {23, "TqxHairLine", kPage4, nullptr},
         {23, "TqxArrowHead", kPage4, nullptr},
-        {24, "TqxCreditScroll", kPage4, nullptr},
+        {24, "TqxCreditScroll", kPage4, &TqxCreditScroll::StaticClassInfo},
         {24, "TqxAnalogClock", kPage4, &TqxAnalogClock::StaticClassInfo},
         {25, "TqxDinMeter", kPage4, &TqxDinMeter::StaticClassInfo},
-        {25, "TqxSpectrum", kPage4, nullptr},
+        {25, "TqxSpectrum", kPage4, &TqxSpectrum::StaticClassInfo},
         {26, "TqxColorComboBox", kPage4, nullptr},
         {26, "TqxFontComboBox", kPage4, nullptr},
         {27, "TqTrayIcon", kPage2, nullptr},

@@ -5,6 +5,7 @@
 #include "controls/Qbtn2.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
+#include "instruments/Qgauge.h"
 #include "instruments/Qpanel.h"
 #include "instruments/Qpanel2.h"
 #include "platform/core/Exceptions.h"
@@ -18,9 +19,11 @@
 
 #include <cmath>
 #include <concepts>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace qv::gallery {
 
@@ -227,6 +230,73 @@ void DrawOnControl(TComponent& component, int tick) {
     lender.EndPaint();
 }
 
+// Live data displays: the scope takes four samples a tick, a sine on beam 1 and noise on
+// beam 2; the spectrum's bars bounce, each at its own pace.
+constexpr int scopeSamplesPerTick = 4;
+
+int NoiseSample(int n) {
+    std::uint32_t h = static_cast<std::uint32_t>(n) * 2654435761u;
+    h ^= h >> 15;
+    return static_cast<int>(h % 21) - 10;
+}
+
+int SineSample(int n) {
+    return 50 + static_cast<int>(std::lround(35 * std::sin(n * 2 * M_PI / 60)));
+}
+
+void FeedScope(TComponent& component, int tick) {
+    auto& scope = static_cast<TqScope&>(component);
+    for (int k = 0; k < scopeSamplesPerTick; ++k) {
+        const int n = tick * scopeSamplesPerTick + k;
+        scope.SetIn1(SineSample(n));
+        scope.SetIn2(25 + NoiseSample(n));
+        scope.Push();
+    }
+}
+
+// The traces as they stand before the first tick: sample i is the one taken i pushes ago.
+TShowcaseSetting ScopeHistory() {
+    return {"SetAllChannel1/2", "sine and noise",
+            [](TComponent& c) {
+                std::vector<int> sine(1000), noise(1000);
+                for (int i = 0; i < 1000; ++i) {
+                    sine[static_cast<std::size_t>(i)] = SineSample(-i);
+                    noise[static_cast<std::size_t>(i)] = 25 + NoiseSample(-i);
+                }
+                static_cast<TqScope&>(c).SetAllChannel1(sine.data());
+                static_cast<TqScope&>(c).SetAllChannel2(noise.data());
+            },
+            [](const TComponent& c) {
+                const auto& scope = static_cast<const TqScope&>(c);
+                return scope.Sample(1, 15) == SineSample(-15) &&
+                       scope.Sample(2, 7) == 25 + NoiseSample(-7);
+            }};
+}
+
+int BarLevel(int tick, int i, int bars) {
+    const double wave = std::sin(tick * (0.25 + 0.03 * i) + i * 0.9);
+    const double fall = 1.0 - 0.6 * i / bars;
+    return static_cast<int>(std::lround(100 * fall * (0.5 + 0.5 * wave)));
+}
+
+void BounceBars(TComponent& component, int tick) {
+    auto& spectrum = static_cast<TqxSpectrum&>(component);
+    for (int i = 0; i < spectrum.NumberOfChannels(); ++i)
+        spectrum.SetChannel(i, BarLevel(tick, i, spectrum.NumberOfChannels()));
+}
+
+// The bars as they stand before the first tick.
+TShowcaseSetting SpectrumLevels() {
+    return {"SetChannel", "bouncing levels", [](TComponent& c) { BounceBars(c, 0); },
+            [](const TComponent& c) {
+                const auto& spectrum = static_cast<const TqxSpectrum&>(c);
+                const int n = spectrum.NumberOfChannels();
+                for (int i = 0; i < n; ++i)
+                    if (spectrum.GetChannel(i) != BarLevel(0, i, n)) return false;
+                return true;
+            }};
+}
+
 std::vector<TShowcase> MakeShowcases() {
     std::vector<TShowcase> all;
     all.push_back({"TqLed",
@@ -420,6 +490,29 @@ std::vector<TShowcase> MakeShowcases() {
                    {Setting<TqMouseSpot>("Hint", &TqMouseSpot::Hint, &TqMouseSpot::SetHint,
                                          std::string("A hot spot"))},
                    CountEnters});
+    all.push_back({"TqScope",
+                   {Setting<TqScope>("ShowBeam2", &TqScope::ShowBeam2, &TqScope::SetUse2, true),
+                    Setting<TqScope>("GridYstep", &TqScope::GridYstep, &TqScope::SetStepY, 25),
+                    ScopeHistory()},
+                   FeedScope});
+    all.push_back({"TqxSpectrum",
+                   {Setting<TqxSpectrum>("NumberOfChannels", &TqxSpectrum::NumberOfChannels,
+                                         &TqxSpectrum::SetNum, 16),
+                    Setting<TqxSpectrum>("TopSize", &TqxSpectrum::TopSize, &TqxSpectrum::SetTop, 3),
+                    SpectrumLevels()},
+                   BounceBars});
+    // The credits roll on their own timer.
+    all.push_back({"TqxCreditScroll",
+                   {Setting<TqxCreditScroll>("Interval", &TqxCreditScroll::GetInterval,
+                                             &TqxCreditScroll::SetInterval, 40)},
+                   {}});
+    // The gauge sweeps through the generic Value sweep, in LED blocks with its percentage.
+    all.push_back(
+        {"TqGauge",
+         {Setting<TqGauge>("Caption", &TqGauge::Caption, &TqGauge::SetCaption, std::string("%d%%")),
+          Setting<TqGauge>("NumberOfLed", &TqGauge::NumberOfLed, &TqGauge::SetledSpace, 10),
+          Setting<TqGauge>("Value", &TqGauge::Value, &TqGauge::SetValue, 65)},
+         {}});
     return all;
 }
 

@@ -7,6 +7,7 @@
 #include "controls/Qbtn2.h"
 #include "indicators/Qled.h"
 #include "indicators/Qseg.h"
+#include "instruments/Qgauge.h"
 #include "instruments/Qpanel.h"
 #include "instruments/Qpanel2.h"
 #include "package/Package.h"
@@ -18,6 +19,8 @@
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 #include "utility/Mystd.h"
+
+#include "ScopePeers.h"
 
 #include <benchmark/benchmark.h>
 
@@ -294,6 +297,71 @@ BENCHMARK(BM_SpinBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_CenterSpinBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SlideBarDrag)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SpinPressLeave)->Unit(benchmark::kMicrosecond);
+// Live data displays. The scope holds a full history of two traces; its push is Push and the
+// Refresh it does on a shown form, at the default size and at 1000 x 100.
+void FillScope(TqScope& c) {
+    std::vector<int> sine(TqScope::SampleCount), noise(TqScope::SampleCount);
+    for (int i = 0; i < TqScope::SampleCount; ++i) {
+        sine[static_cast<std::size_t>(i)] = 50 + (i % 60 < 30 ? i % 30 : 30 - i % 30);
+        noise[static_cast<std::size_t>(i)] = 20 + (i * 7919) % 23;
+    }
+    c.SetUse2(true), c.SetAllChannel1(sine.data()), c.SetAllChannel2(noise.data());
+}
+void BM_Scope(benchmark::State& s) {
+    PaintCost<TqScope>(s, FillScope);
+}
+void BM_ScopePush(benchmark::State& state) {
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 1200, 600);
+    form.Show();
+    auto* scope = new TqScope(&form);
+    scope->SetParent(&form);
+    FillScope(*scope);
+    if (state.range(0) > 1) scope->SetBounds(0, 0, 1000, 100);
+    form.PaintPending();
+    int n = 0;
+    for (auto _ : state) {
+        scope->SetIn1(n % 100), scope->SetIn2(++n % 37);
+        scope->Push();
+    }
+    state.SetLabel(std::to_string(scope->Width()) + "x" + std::to_string(scope->Height()));
+}
+void BM_Spectrum(benchmark::State& s) {
+    PaintCost<TqxSpectrum>(s, [](TqxSpectrum& c) {
+        for (int i = 0; i < TqxSpectrum::ChannelCount; ++i)
+            c.SetChannel(i, (i * 37) % 100);
+    });
+}
+// Its maximum of 100 bands on 400 x 300, with the LED look.
+void BM_Spectrum100Led(benchmark::State& s) {
+    PaintCost<TqxSpectrum>(
+        s,
+        [](TqxSpectrum& c) {
+            c.SetNum(100), c.SetBounds(0, 0, 400, 300);
+            for (int i = 0; i < TqxSpectrum::ChannelCount; ++i)
+                c.SetChannel(i, (i * 37) % 100);
+        },
+        false);
+}
+void BM_CreditScroll(benchmark::State& s) {
+    PaintCost<TqxCreditScroll>(s, [](TqxCreditScroll& c) {
+        c.SetInterval(0);
+        c.SetStep(c.Height());
+        c.DoTimer(&c);
+    });
+}
+void BM_Gauge(benchmark::State& s) {
+    PaintCost<TqGauge>(s,
+                       [](TqGauge& c) { c.SetCaption("%d%%"), c.SetledSpace(10), c.SetValue(65); });
+}
+
+BENCHMARK(BM_Scope)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ScopePush)->Arg(1)->Arg(1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Spectrum)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Spectrum100Led)->Arg(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_CreditScroll)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Gauge)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+
 BENCHMARK(BM_ColorBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_NWColorBtnGlass)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_BlendPaint)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
@@ -509,10 +577,13 @@ void ReportTimers() {
 
 int main(int argc, char** argv) {
     bool timers = false;
+    bool scope = false; // the scope beside its peers
     std::vector<char*> args;
     for (int i = 0; i < argc; ++i) {
         if (std::strcmp(argv[i], "--timers") == 0)
             timers = true;
+        else if (std::strcmp(argv[i], "--scope") == 0)
+            scope = true;
         else
             args.push_back(argv[i]);
     }
@@ -520,6 +591,7 @@ int main(int argc, char** argv) {
     InitializePackage();
     benchmark::Initialize(&count, args.data());
     benchmark::RunSpecifiedBenchmarks();
+    if (scope) qv::bench::ReportScopePeers();
     if (timers) ReportTimers();
     FinalizePackage();
     return 0;

@@ -10,6 +10,7 @@
 #include "platform/system/Thread.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace qv {
 
@@ -162,25 +163,51 @@ void TApplication::Terminate() {
 
 void TApplication::ProcessMessages() {
     for (;;) {
-        bool did = DispatchOnePosted();
-        did = CheckSynchronize() || did;
-        did = DispatchOneEvent() || did;
-        did = FireDueTimers() || did;
+        bool did = true;
+        try {
+            did = DispatchPending();
+        } catch (const std::exception& e) {
+            HandleException(this, e);
+        }
         if (!did) break;
     }
-    UpdateCursorShape();
-    PaintForms();
+    try {
+        UpdateCursorShape();
+        PaintForms();
+    } catch (const std::exception& e) {
+        HandleException(this, e);
+    }
 }
 
 void TApplication::HandleMessage() {
+    try {
+        if (DispatchPending()) return;
+        Idle();
+    } catch (const std::exception& e) {
+        HandleException(this, e);
+        return;
+    }
+    if (m_terminated || HasPostedMessages()) return;
+    m_backend->WaitForEvents(MsUntilNextTimer());
+}
+
+bool TApplication::DispatchPending() {
     bool did = DispatchOnePosted();
     did = CheckSynchronize() || did;
     did = DispatchOneEvent() || did;
     did = FireDueTimers() || did;
-    if (did) return;
-    Idle();
-    if (m_terminated || HasPostedMessages()) return;
-    m_backend->WaitForEvents(MsUntilNextTimer());
+    return did;
+}
+
+void TApplication::HandleException(TObject* Sender, const std::exception& E) {
+    if (OnException)
+        OnException(Sender, E);
+    else
+        ShowException(E);
+}
+
+void TApplication::ShowException(const std::exception& E) {
+    std::fprintf(stderr, "%s\n", E.what());
 }
 
 void TApplication::Idle() {

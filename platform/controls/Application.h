@@ -23,6 +23,7 @@ class THintWindow;
 class TTimer;
 
 using TIdleEvent = std::function<void(TObject* Sender, bool& Done)>;
+using TExceptionEvent = std::function<void(TObject* Sender, const std::exception& E)>;
 
 class TApplication : public TComponent {
     QV_OBJECT
@@ -84,6 +85,13 @@ public:
     TNotifyEvent OnIdle;
     TIdleEvent OnIdleDone;
 
+    // An exception that leaves a handler run by the loop (a message, an input event, a timer
+    // tick, a paint) goes to OnException when it is assigned; otherwise ShowException reports
+    // it on stderr. Either way the loop goes on with the next message.
+    TExceptionEvent OnException;
+    void HandleException(TObject* Sender, const std::exception& E);
+    void ShowException(const std::exception& E);
+
     // Forms in creation order (shown or not).
     const std::vector<TCustomForm*>& Forms() const { return m_forms; }
     TCustomForm* ActiveForm() const { return m_activeForm; }
@@ -120,6 +128,9 @@ public:
 private:
     friend class TCustomForm;
     void FormDestroyed(TCustomForm* form);
+    // One round of the loop's sources (posted messages, synchronized calls, input, timers);
+    // true when any of them had something.
+    bool DispatchPending();
     bool DispatchOneEvent();
     void HandleInput(const TBackendEvent& event);
     void HandleMouse(const TBackendEvent& event, TCustomForm& form);

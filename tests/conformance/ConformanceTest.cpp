@@ -5,6 +5,7 @@
 
 #include "backgrounds/Blend.h"
 #include "indicators/Qled.h"
+#include "instruments/Qpanel.h"
 #include "package/PackageScope.h"
 #include "package/Registration.h"
 #include "platform/backend/HeadlessBackend.h"
@@ -172,6 +173,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TDragDropEvent", &Recorder<TDragDropEvent>},
         {"TDragOverEvent", &Recorder<TDragOverEvent>},
         {"qxGetColor", &Recorder<qxGetColor>},
+        {"tPushEvent", &Recorder<tPushEvent>},
         {"TCalcErrorEvent", &Recorder<TCalcErrorEvent>},
         {"TFindUserFunc", &Recorder<TFindUserFunc>},
         {"TUserFunc", &Recorder<TUserFunc>},

@@ -1,0 +1,3 @@
+#pragma once
+// Unit Qgauge: the progress gauge.
+#include "instruments/TqGauge.h"
