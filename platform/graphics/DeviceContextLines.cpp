@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 
@@ -21,7 +22,7 @@ std::int64_t CeilDiv(std::int64_t a, std::int64_t b) {
 }
 
 // The steps k in [0, length) whose coordinate start + k * dir lies in [lo, hi).
-bool StepRange(int start, int dir, int length, int lo, int hi, int& first, int& last) {
+bool StepRange(int start, int dir, std::int64_t length, int lo, int hi, int& first, int& last) {
     std::int64_t a = 0, b = 0;
     if (dir > 0) {
         a = static_cast<std::int64_t>(lo) - start;
@@ -41,15 +42,16 @@ bool StepRange(int start, int dir, int length, int lo, int hi, int& first, int& 
 // Walks the one-pixel line from `from` (drawn) to `to` (not drawn) inside `window` and calls
 // plot(x, y, k) for each visible pixel, k being its step number along the line.
 template <class Plot> void WalkLine(TPoint from, TPoint to, const TRect& window, Plot&& plot) {
-    const int dx = to.x - from.x;
-    const int dy = to.y - from.y;
-    const int adx = std::abs(dx);
-    const int ady = std::abs(dy);
+    // In 64 bits: the ends of a line may lie on opposite sides of the whole int range.
+    const std::int64_t dx = std::int64_t{to.x} - from.x;
+    const std::int64_t dy = std::int64_t{to.y} - from.y;
+    const std::int64_t adx = std::abs(dx);
+    const std::int64_t ady = std::abs(dy);
     const int xInc = dx > 0 ? 1 : -1;
     const int yInc = dy > 0 ? 1 : -1;
     if (dx == 0 && dy == 0) return;
     const bool xMajor = adx > ady;
-    const int length = xMajor ? adx : ady;
+    const std::int64_t length = xMajor ? adx : ady;
     // Octants 3, 5, 6 and 8 (counting clockwise from +x) round their half steps the other way.
     const bool bias =
         (dy > 0 && dx < 0 && adx <= ady) || (dy < 0 && dx < 0) || (dy < 0 && dx > 0 && adx > ady);
@@ -90,17 +92,28 @@ template <class Plot> void WalkLine(TPoint from, TPoint to, const TRect& window,
     }
 }
 
-// The box of the pixels a one-pixel line from `from` to `to` draws: `to` is left out along the
-// major axis, so the line ends one major step short of it, where its minor coordinate may
-// already be that of `to`.
-TRect DrawnBox(TPoint from, TPoint to) {
-    TPoint last = to;
-    if (std::abs(to.x - from.x) > std::abs(to.y - from.y))
+std::int64_t Distance(int a, int b) {
+    return std::abs(std::int64_t{b} - a);
+}
+
+// Whether every pixel a one-pixel line from `from` to `to` draws lies in `bounds`: `to` is left
+// out along the major axis, so the line ends one major step short of it, where its minor
+// coordinate may already be that of `to`.
+bool DrawnInside(TPoint from, TPoint to, const TRect& bounds) {
+    TPoint last = to; // one step back towards `from` never leaves the int range
+    if (Distance(from.x, to.x) > Distance(from.y, to.y))
         last.x -= to.x > from.x ? 1 : -1;
     else
         last.y -= to.y > from.y ? 1 : -1;
-    return {std::min(from.x, last.x), std::min(from.y, last.y), std::max(from.x, last.x) + 1,
-            std::max(from.y, last.y) + 1};
+    return bounds.Contains(from) && bounds.Contains(last);
+}
+
+// The box spanned by a line's ends, its far edges cut at the int range.
+TRect LineBox(TPoint from, TPoint to) {
+    const auto end = [](int a, int b) {
+        return static_cast<int>(std::min<std::int64_t>(std::int64_t{std::max(a, b)} + 1, INT_MAX));
+    };
+    return {std::min(from.x, to.x), std::min(from.y, to.y), end(from.x, to.x), end(from.y, to.y)};
 }
 
 int RoundHalfAway(double v) {
@@ -164,7 +177,7 @@ void TDeviceContext::SolidLineInside(TPoint from, TPoint to, TRopMask ink) {
 
 void TDeviceContext::ThinLine(TPoint from, TPoint to, const TPenMasks& masks) {
     if (!m_target) return;
-    const int length = std::max(std::abs(to.x - from.x), std::abs(to.y - from.y));
+    const std::int64_t length = std::max(Distance(from.x, to.x), Distance(from.y, to.y));
     if (length == 0) return;
     const int phase0 = m_dashPhase;
     if (m_dash.total)
@@ -178,13 +191,11 @@ void TDeviceContext::ThinLine(TPoint from, TPoint to, const TPenMasks& masks) {
             m_dash.total == 0 || DashMark(phase0) ? masks.ink : masks.gap);
         return;
     }
-    const TRect box{std::min(from.x, to.x), std::min(from.y, to.y), std::max(from.x, to.x) + 1,
-                    std::max(from.y, to.y) + 1};
+    const TRect box = LineBox(from, to);
     // Lines wholly outside the target only move the dash pattern on.
     if (Intersect(box, m_target->Bounds()).IsEmpty()) return;
     if (m_dash.total == 0) {
-        if (const TRect drawn = DrawnBox(from, to);
-            !m_clip && Intersect(drawn, m_target->Bounds()) == drawn)
+        if (!m_clip && DrawnInside(from, to, m_target->Bounds()))
             return SolidLineInside(from, to, masks.ink);
         ForEachVisibleRect(box, [&](const TRect& window) {
             WalkLine(from, to, window,

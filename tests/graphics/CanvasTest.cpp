@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 using namespace qv;
 
 namespace {
@@ -173,6 +175,16 @@ TEST(Canvas, ALineFromFarOutsideReachesTheTarget) {
     EXPECT_EQ(dst.Canvas().Pixel(1, 3), clWhite);
     EXPECT_EQ(dst.Canvas().Pixel(0, 2), clBlack);
     EXPECT_EQ(dst.Canvas().Pixel(0, 3), clWhite);
+
+    // Ends on opposite sides of the whole int range: the row is drawn, nothing overflows.
+    TBitmap wide(3, 2);
+    wide.Canvas().MoveTo(INT_MIN, 1);
+    wide.Canvas().LineTo(INT_MAX, 1);
+    wide.Canvas().Pen().SetStyle(psDot); // the dash phase walks the same distance
+    wide.Canvas().MoveTo(INT_MAX, 0);
+    wide.Canvas().LineTo(INT_MIN, 0);
+    for (int x = 0; x < 3; ++x)
+        EXPECT_EQ(wide.Canvas().Pixel(x, 1), clBlack) << x;
 }
 
 TEST(Canvas, CopiesShrinkInTheClassicStretchModes) {
