@@ -22,7 +22,8 @@ std::int64_t CeilDiv(std::int64_t a, std::int64_t b) {
 }
 
 // The steps k in [0, length) whose coordinate start + k * dir lies in [lo, hi).
-bool StepRange(int start, int dir, std::int64_t length, int lo, int hi, int& first, int& last) {
+bool StepRange(int start, int dir, std::int64_t length, int lo, int hi, std::int64_t& first,
+               std::int64_t& last) {
     std::int64_t a = 0, b = 0;
     if (dir > 0) {
         a = static_cast<std::int64_t>(lo) - start;
@@ -34,8 +35,8 @@ bool StepRange(int start, int dir, std::int64_t length, int lo, int hi, int& fir
     a = std::max<std::int64_t>(a, 0);
     b = std::min<std::int64_t>(b, length);
     if (a >= b) return false;
-    first = static_cast<int>(a);
-    last = static_cast<int>(b);
+    first = a;
+    last = b;
     return true;
 }
 
@@ -55,13 +56,13 @@ template <class Plot> void WalkLine(TPoint from, TPoint to, const TRect& window,
     // Octants 3, 5, 6 and 8 (counting clockwise from +x) round their half steps the other way.
     const bool bias =
         (dy > 0 && dx < 0 && adx <= ady) || (dy < 0 && dx < 0) || (dy < 0 && dx > 0 && adx > ady);
-    const int major0 = xMajor ? from.x : from.y;
+    const std::int64_t major0 = xMajor ? from.x : from.y;
     const int majorInc = xMajor ? xInc : yInc;
     const int minor0 = xMajor ? from.y : from.x;
     const int minorInc = xMajor ? yInc : xInc;
     const int minorLo = xMajor ? window.top : window.left;
     const int minorHi = xMajor ? window.bottom : window.right;
-    int first = 0, last = 0;
+    std::int64_t first = 0, last = 0;
     if (!StepRange(major0, majorInc, length, xMajor ? window.left : window.top,
                    xMajor ? window.right : window.bottom, first, last))
         return;
@@ -73,9 +74,9 @@ template <class Plot> void WalkLine(TPoint from, TPoint to, const TRect& window,
         dMinor == 0 ? 0 : CeilDiv(2 * dMinor * first - dMajor + bias, 2 * dMajor);
     std::int64_t err = 2 * dMinor - dMajor + 2 * dMinor * first - 2 * taken * dMajor;
     std::int64_t minor = minor0 + taken * minorInc;
-    for (int k = first; k < last; ++k) {
+    for (std::int64_t k = first; k < last; ++k) {
         if (minor >= minorLo && minor < minorHi) {
-            const int major = major0 + k * majorInc;
+            const auto major = static_cast<int>(major0 + k * majorInc);
             if (xMajor)
                 plot(major, static_cast<int>(minor), k);
             else
@@ -199,13 +200,14 @@ void TDeviceContext::ThinLine(TPoint from, TPoint to, const TPenMasks& masks) {
             return SolidLineInside(from, to, masks.ink);
         ForEachVisibleRect(box, [&](const TRect& window) {
             WalkLine(from, to, window,
-                     [&](int x, int y, int) { mix(m_target->At(x, y), masks.ink); });
+                     [&](int x, int y, std::int64_t) { mix(m_target->At(x, y), masks.ink); });
         });
         return;
     }
     ForEachVisibleRect(box, [&](const TRect& window) {
-        WalkLine(from, to, window, [&](int x, int y, int k) {
-            mix(m_target->At(x, y), DashMark((phase0 + k) % m_dash.total) ? masks.ink : masks.gap);
+        WalkLine(from, to, window, [&](int x, int y, std::int64_t k) {
+            mix(m_target->At(x, y),
+                DashMark(static_cast<int>((phase0 + k) % m_dash.total)) ? masks.ink : masks.gap);
         });
     });
 }
