@@ -127,7 +127,9 @@ TControl& TGalleryForm::Present(TComponentCell& cell, TComponent& component) {
         const TSize size = ShownSize(*control);
         control->SetBounds(0, 0, size.cx, size.cy);
         control->SetParent(&cell);
-        AcceptDoubleClicks(*control);
+        // The component keeps its own control style: one that takes every press as a click
+        // (spin buttons, switches) must still step on fast clicks, so it opens larger through
+        // a double click on its name only.
         control->OnMouseDown = [&cell](TObject*, TMouseButtonKind, TShiftState shift, int, int) {
             cell.Pressed(shift);
         };

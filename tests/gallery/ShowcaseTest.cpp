@@ -132,3 +132,32 @@ TEST(GalleryShowcase, SwitchesToggleByMouseSpaceAndAcceleratorInTheGallery) {
     Application().ProcessMessages();
     EXPECT_NE(on(lamp), lampWasOn);
 }
+
+// The gallery leaves each component's control style alone: fast clicks on a spin button each
+// step (it takes no double clicks) instead of opening the larger view.
+TEST(GalleryShowcase, FastClicksOnASpinButtonEachStepInTheGallery) {
+    Application().SetBackend(std::make_unique<THeadlessBackend>());
+    TPackageScope package;
+    TGalleryForm form(nullptr);
+    form.Build();
+    form.Show();
+    const auto& pages = form.Pages();
+    for (int page = 0; page < static_cast<int>(pages.size()); ++page)
+        for (TComponent* c : form.PageComponents(page)) {
+            if (c->ClassName() != "TqxSpinBtn") continue;
+            form.SelectPage(page);
+            Application().ProcessMessages();
+            auto& spin = static_cast<TControl&>(*c);
+            auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+            const TPoint up = form.ScreenToClient(spin.ClientToScreen({8, 4}));
+            for (const bool second : {false, true}) { // the second press comes as a double click
+                headless.MouseDown(form.NativeWindow(), up, TMouseButton::Left, 0, second);
+                headless.MouseUp(form.NativeWindow(), up);
+            }
+            Application().ProcessMessages();
+            EXPECT_EQ(spin.Tag(), 2);
+            EXPECT_EQ(form.Large().Shown(), nullptr);
+            return;
+        }
+    FAIL() << "no TqxSpinBtn in the gallery";
+}
