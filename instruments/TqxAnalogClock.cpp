@@ -115,8 +115,9 @@ const TClassInfo& TqxAnalogClock::StaticClassInfo() {
         b.Event("OnMouseLeave", &C::OnMouseLeave);
         b.Event("OnPaint", &C::OnPaint);
         b.Event("OnTimeChange", &C::OnTimeChange);
-        PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
-                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp"});
+        PublishControlProperties(b,
+                                 {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",
+                                  "OnMouseDown", "OnMouseMove", "OnMouseUp", "OnStartDrag"});
         return b.Build();
     }();
     return info;

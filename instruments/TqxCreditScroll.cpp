@@ -41,9 +41,9 @@ const TClassInfo& TqxCreditScroll::StaticClassInfo() {
         PublishControlProperties(b, {"ParentShowHint", "PopupMenu", "ShowHint", "Top", "Visible"});
         b.Event("OnMouseEnter", &TqxCreditScroll::OnMouseEnter);
         b.Event("OnMouseLeave", &TqxCreditScroll::OnMouseLeave);
-        PublishControlProperties(b,
-                                 {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",
-                                  "OnMouseDown", "OnMouseMove", "OnMouseUp", "OnResize"});
+        PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
+                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp",
+                                     "OnResize", "OnStartDrag"});
         return b.Build();
     }();
     return info;

@@ -91,8 +91,9 @@ const TClassInfo& TqxDinMeter::StaticClassInfo() {
         b.Event("OnMouseEnter", &M::OnMouseEnter);
         b.Event("OnMouseLeave", &M::OnMouseLeave);
         b.Event("OnPaint", &M::OnPaint);
-        PublishControlProperties(b, {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver",
-                                     "OnEndDrag", "OnMouseDown", "OnMouseMove", "OnMouseUp"});
+        PublishControlProperties(b,
+                                 {"OnClick", "OnDblClick", "OnDragDrop", "OnDragOver", "OnEndDrag",
+                                  "OnMouseDown", "OnMouseMove", "OnMouseUp", "OnStartDrag"});
         return b.Build();
     }();
     return info;

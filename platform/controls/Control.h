@@ -87,12 +87,15 @@ using TDragDropEvent = std::function<void(TObject* Sender, TObject* Source, int 
 using TDragOverEvent =
     std::function<void(TObject* Sender, TObject* Source, int X, int Y, int State, bool& Accept)>;
 using TEndDragEvent = std::function<void(TObject* Sender, TObject* Target, int X, int Y)>;
+// A drag starts: the handler may hand over the object that is dragged.
+using TStartDragEvent = std::function<void(TObject* Sender, TObject*& DragObject)>;
 QV_EVENT_TYPE(TMouseEvent)
 QV_EVENT_TYPE(TMouseMoveEvent)
 QV_EVENT_TYPE(TKeyEvent)
 QV_EVENT_TYPE(TKeyPressEvent)
 QV_EVENT_TYPE(TDragDropEvent)
 QV_EVENT_TYPE(TDragOverEvent)
+QV_EVENT_TYPE(TStartDragEvent)
 
 // Cursor shapes.
 constexpr TCursor crDefault = 0;
@@ -247,6 +250,7 @@ public:
     TDragDropEvent OnDragDrop;
     TDragOverEvent OnDragOver;
     TEndDragEvent OnEndDrag;
+    TStartDragEvent OnStartDrag;
     TNotifyEvent OnResize;
 
     // The form (top-level parent) this control is on, or null.

@@ -79,6 +79,8 @@ template <class C> void PublishControlProperty(TClassBuilder<C>& b, std::string_
         b.Event("OnDragOver", &C::OnDragOver);
     else if (name == "OnEndDrag")
         b.Event("OnEndDrag", &C::OnEndDrag);
+    else if (name == "OnStartDrag")
+        b.Event("OnStartDrag", &C::OnStartDrag);
     else if (name == "OnResize")
         b.Event("OnResize", &C::OnResize);
     else if constexpr (std::is_base_of_v<TWinControl, C>) {

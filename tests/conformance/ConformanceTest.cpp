@@ -180,6 +180,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TqBackPaintEvent", &Recorder<TqBackPaintEvent>},
         {"TsSlideTickOwnerDraw", &Recorder<TsSlideTickOwnerDraw>},
         {"TqxError", &Recorder<TqxError>},
+        {"TStartDragEvent", &Recorder<TStartDragEvent>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())
