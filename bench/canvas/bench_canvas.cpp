@@ -14,7 +14,7 @@
 //   bench_canvas --pictures DIR  writes each scene as ours, plain and Qt draw it,
 //                               DIR/<scene>-<side>.png, so that anyone can see they match
 
-#include "PlainRaster.h"
+#include "bench/PlainRaster.h"
 #include "bench/RatioReporter.h"
 #include "platform/graphics/Bitmap.h"
 #include "platform/graphics/Canvas.h"

@@ -1,5 +1,7 @@
 #include "ScopePeers.h"
 
+#include "bench/PlainRaster.h"
+
 #include "instruments/Qpanel.h"
 #include "platform/controls/Form.h"
 
@@ -85,35 +87,8 @@ double BestNs(const std::function<void()>& draw) {
     return best;
 }
 
-// The plain rasterizer: a 32-bit buffer, spans written straight, thin lines by Bresenham
-// without their last point, each pixel tested against the buffer.
-class TPlainRaster {
-public:
-    TPlainRaster() : m_pixels(static_cast<std::size_t>(kWidth) * kHeight) {}
-    void Fill(std::uint32_t color) { std::fill(m_pixels.begin(), m_pixels.end(), color); }
-    void Line(int x0, int y0, int x1, int y1, std::uint32_t color) {
-        const int dx = std::abs(x1 - x0), sx = x0 < x1 ? 1 : -1;
-        const int dy = -std::abs(y1 - y0), sy = y0 < y1 ? 1 : -1;
-        int err = dx + dy;
-        while (x0 != x1 || y0 != y1) {
-            Plot(x0, y0, color);
-            const int e2 = 2 * err;
-            if (e2 >= dy) err += dy, x0 += sx;
-            if (e2 <= dx) err += dx, y0 += sy;
-        }
-    }
-    const std::uint32_t* Data() const { return m_pixels.data(); }
-
-private:
-    void Plot(int x, int y, std::uint32_t color) {
-        if (x >= 0 && x < kWidth && y >= 0 && y < kHeight)
-            m_pixels[static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x)] = color;
-    }
-    std::vector<std::uint32_t> m_pixels;
-};
-
 void DrawPlain(TPlainRaster& raster, const TScopeScene& scene) {
-    raster.Fill(0x000000);
+    raster.FillRect(0, 0, kWidth, kHeight, 0x000000);
     for (int x = scene.stepX; x < kWidth; x += scene.stepX)
         raster.Line(kWidth - x, 0, kWidth - x, kHeight - 1, 0x008000);
     for (int y : scene.GridRows())
@@ -179,10 +154,10 @@ double QtNs(const TScopeScene& scene) {
 void ReportScopePeers() {
     const TScopeScene scene;
     const double ours = OursNs(scene);
-    TPlainRaster raster;
+    TPlainRaster raster(kWidth, kHeight);
     const double plain = BestNs([&] {
         DrawPlain(raster, scene);
-        benchmark::DoNotOptimize(raster.Data());
+        benchmark::DoNotOptimize(raster.Pixels());
     });
     double qt = 0;
 #ifdef QV_BENCH_QT

@@ -1,4 +1,4 @@
-#include "PlainRaster.h"
+#include "bench/PlainRaster.h"
 
 #include <algorithm>
 #include <cmath>
