@@ -214,17 +214,24 @@ struct TRotation {
 
     // Rows that read source columns (step is a whole source row): four destination rows
     // whose sources are four neighbouring columns are copied by 4 x 4 transposes, the rest
-    // pixel by pixel.
+    // pixel by pixel. The transposes run in tiles of kTile columns across kBands bands at a
+    // time, so that the source rows a tile reads stay in the cache for the bands beside.
     static void CopyColumns(const TPixel* pixels, std::ptrdiff_t step,
                             const std::vector<TTurnedRow>& rows) {
         auto copy = [&](const TTurnedRow& r, int first, int last) {
             for (int u = first; u <= last; ++u)
                 r.to[u] = pixels[r.base + step * u] & 0xFFFFFF;
         };
+        struct TBand {
+            const TTurnedRow* rows;
+            std::ptrdiff_t across; // +1 or -1
+            int low, high;         // the columns all four rows take, by transposes
+        };
+        std::vector<TBand> bands;
         std::size_t k = 0;
         for (; k + 4 <= rows.size(); k += 4) {
             const TTurnedRow* band = &rows[k];
-            const std::ptrdiff_t across = band[1].base - band[0].base; // +1 or -1
+            const std::ptrdiff_t across = band[1].base - band[0].base;
             bool neighbours = across == 1 || across == -1;
             int low = band[0].low, high = band[0].high;
             for (int i = 1; i < 4; ++i) {
@@ -237,24 +244,42 @@ struct TRotation {
                     copy(band[i], band[i].low, band[i].high);
                 continue;
             }
-            for (int i = 0; i < 4; ++i)
+            const int end = low + (high - low + 1) / 4 * 4; // the transposed columns: low..end-1
+            for (int i = 0; i < 4; ++i) {
                 copy(band[i], band[i].low, low - 1);
-            int u = low;
-            for (; u + 3 <= high; u += 4) {
-                TPixel4 in[4], out[4];
-                for (int j = 0; j < 4; ++j) {
-                    const TPixel* at = pixels + band[0].base + step * (u + j);
-                    in[j] = across > 0 ? Load4(at) : Reversed4(Load4(at - 3));
-                }
-                Transpose4(in, out);
-                for (int i = 0; i < 4; ++i)
-                    Store4(band[i].to + u, out[i] & kColourMask4);
+                copy(band[i], end, band[i].high);
             }
-            for (int i = 0; i < 4; ++i)
-                copy(band[i], u, band[i].high);
+            bands.push_back({band, across, low, end - 1});
         }
         for (; k < rows.size(); ++k)
             copy(rows[k], rows[k].low, rows[k].high);
+        constexpr std::size_t kBands = 16;
+        constexpr int kTile = 16;
+        for (std::size_t first = 0; first < bands.size(); first += kBands) {
+            const std::size_t last = std::min(bands.size(), first + kBands);
+            int from = bands[first].low, to = bands[first].high;
+            for (std::size_t b = first; b < last; ++b) {
+                from = std::min(from, bands[b].low);
+                to = std::max(to, bands[b].high);
+            }
+            for (int tile = from; tile <= to; tile += kTile)
+                for (std::size_t b = first; b < last; ++b) {
+                    const TBand& band = bands[b];
+                    // The blocks (starting at low + 4m) whose start lies in this tile.
+                    const int start = std::max(tile, band.low);
+                    for (int u = band.low + (start - band.low + 3) / 4 * 4;
+                         u < tile + kTile && u + 3 <= band.high; u += 4) {
+                        TPixel4 in[4], out[4];
+                        for (int j = 0; j < 4; ++j) {
+                            const TPixel* at = pixels + band.rows[0].base + step * (u + j);
+                            in[j] = band.across > 0 ? Load4(at) : Reversed4(Load4(at - 3));
+                        }
+                        Transpose4(in, out);
+                        for (int i = 0; i < 4; ++i)
+                            Store4(band.rows[i].to + u, out[i] & kColourMask4);
+                    }
+                }
+        }
     }
 
     // Narrows [low, high] to the u for which base + step * u lies in 0..size-1.
