@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
+#include <vector>
 
 namespace qv {
 
@@ -31,6 +33,50 @@ TPixel MakePixel(TPixel r, TPixel g, TPixel b) {
 TPixel Stored(bool monochrome, TPixel pixel) {
     if (!monochrome) return pixel & 0xFFFFFF;
     return Red(pixel) + Green(pixel) + Blue(pixel) >= 383 ? 0xFFFFFF : 0;
+}
+
+// Four pixels as one vector, for the block copies of the flips and quarter turns.
+using TPixel4 = TPixel __attribute__((vector_size(16)));
+constexpr TPixel4 kColourMask4 = {0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF};
+
+TPixel4 Load4(const TPixel* p) {
+    TPixel4 v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+void Store4(TPixel* p, TPixel4 v) {
+    std::memcpy(p, &v, sizeof v);
+}
+TPixel4 Reversed4(TPixel4 v) {
+    return __builtin_shufflevector(v, v, 3, 2, 1, 0);
+}
+
+// to[k] = from[k] (forwards) or from[-k] (backwards), k = 0..n-1, colour bytes only.
+void CopyPixelRun(const TPixel* from, bool backwards, TPixel* to, int n) {
+    int k = 0;
+    if (backwards) {
+        for (; k + 4 <= n; k += 4)
+            Store4(to + k, Reversed4(Load4(from - k - 3)) & kColourMask4);
+        for (; k < n; ++k)
+            to[k] = from[-k] & 0xFFFFFF;
+        return;
+    }
+    for (; k + 4 <= n; k += 4)
+        Store4(to + k, Load4(from + k) & kColourMask4);
+    for (; k < n; ++k)
+        to[k] = from[k] & 0xFFFFFF;
+}
+
+// The 4 x 4 transpose: out[i][j] = in[j][i].
+void Transpose4(const TPixel4 (&in)[4], TPixel4 (&out)[4]) {
+    const TPixel4 t0 = __builtin_shufflevector(in[0], in[1], 0, 4, 1, 5);
+    const TPixel4 t1 = __builtin_shufflevector(in[0], in[1], 2, 6, 3, 7);
+    const TPixel4 t2 = __builtin_shufflevector(in[2], in[3], 0, 4, 1, 5);
+    const TPixel4 t3 = __builtin_shufflevector(in[2], in[3], 2, 6, 3, 7);
+    out[0] = __builtin_shufflevector(t0, t2, 0, 1, 4, 5);
+    out[1] = __builtin_shufflevector(t0, t2, 2, 3, 6, 7);
+    out[2] = __builtin_shufflevector(t1, t3, 0, 1, 4, 5);
+    out[3] = __builtin_shufflevector(t1, t3, 2, 3, 6, 7);
 }
 
 // The pixel a colour is drawn with (system colours resolved, flag bytes dropped).
@@ -130,20 +176,85 @@ struct TRotation {
         const auto [ux, uy, vx, vy] = kTurns[quarters];
         const int uLow = std::max(-R, -dx), uHigh = std::min(R, dest.Width() - 1 - dx);
         const int vLow = std::max(-R, -dy), vHigh = std::min(R, dest.Height() - 1 - dy);
+        const std::ptrdiff_t stride = source.Stride();
+        const std::ptrdiff_t step = ux + uy * stride;
+        // Each destination row v reads a straight run of source pixels, u from low to high.
+        std::vector<TTurnedRow> rows;
         for (int v = vLow; v <= vHigh; ++v) {
             const int x0 = sx + vx * v, y0 = sy + vy * v; // source of u = 0
             int low = uLow, high = uHigh;
             ClampToSource(x0, ux, source.Width(), low, high);
             ClampToSource(y0, uy, source.Height(), low, high);
-            if (low > high) continue;
-            const std::ptrdiff_t stride = source.Stride();
-            const std::ptrdiff_t step = ux + uy * stride;
-            std::ptrdiff_t from = (x0 + ux * low) + (y0 + uy * low) * stride;
-            const TPixel* pixels = source.Row(0);
-            TPixel* to = dest.Row(dy + v) + dx;
-            for (int u = low; u <= high; ++u, from += step)
-                to[u] = Stored(monochrome, pixels[from]);
+            if (low <= high) rows.push_back({dest.Row(dy + v) + dx, x0 + y0 * stride, low, high});
         }
+        const TPixel* pixels = source.Row(0);
+        if (monochrome) {
+            for (const TTurnedRow& r : rows)
+                for (int u = r.low; u <= r.high; ++u)
+                    r.to[u] = Stored(true, pixels[r.base + step * u]);
+        } else if (step == 1 || step == -1) {
+            for (const TTurnedRow& r : rows)
+                CopyRun(pixels + r.base, step, r.to, r.low, r.high);
+        } else {
+            CopyColumns(pixels, step, rows);
+        }
+    }
+
+    // One destination row's pixels, u in low..high, from source index base + step * u.
+    struct TTurnedRow {
+        TPixel* to;
+        std::ptrdiff_t base;
+        int low, high;
+    };
+
+    // A row read forwards (step 1) or backwards (step -1).
+    static void CopyRun(const TPixel* from, std::ptrdiff_t step, TPixel* to, int low, int high) {
+        CopyPixelRun(from + step * low, step < 0, to + low, high - low + 1);
+    }
+
+    // Rows that read source columns (step is a whole source row): four destination rows
+    // whose sources are four neighbouring columns are copied by 4 x 4 transposes, the rest
+    // pixel by pixel.
+    static void CopyColumns(const TPixel* pixels, std::ptrdiff_t step,
+                            const std::vector<TTurnedRow>& rows) {
+        auto copy = [&](const TTurnedRow& r, int first, int last) {
+            for (int u = first; u <= last; ++u)
+                r.to[u] = pixels[r.base + step * u] & 0xFFFFFF;
+        };
+        std::size_t k = 0;
+        for (; k + 4 <= rows.size(); k += 4) {
+            const TTurnedRow* band = &rows[k];
+            const std::ptrdiff_t across = band[1].base - band[0].base; // +1 or -1
+            bool neighbours = across == 1 || across == -1;
+            int low = band[0].low, high = band[0].high;
+            for (int i = 1; i < 4; ++i) {
+                neighbours = neighbours && band[i].base == band[0].base + i * across;
+                low = std::max(low, band[i].low);
+                high = std::min(high, band[i].high);
+            }
+            if (!neighbours || high - low < 3) {
+                for (int i = 0; i < 4; ++i)
+                    copy(band[i], band[i].low, band[i].high);
+                continue;
+            }
+            for (int i = 0; i < 4; ++i)
+                copy(band[i], band[i].low, low - 1);
+            int u = low;
+            for (; u + 3 <= high; u += 4) {
+                TPixel4 in[4], out[4];
+                for (int j = 0; j < 4; ++j) {
+                    const TPixel* at = pixels + band[0].base + step * (u + j);
+                    in[j] = across > 0 ? Load4(at) : Reversed4(Load4(at - 3));
+                }
+                Transpose4(in, out);
+                for (int i = 0; i < 4; ++i)
+                    Store4(band[i].to + u, out[i] & kColourMask4);
+            }
+            for (int i = 0; i < 4; ++i)
+                copy(band[i], u, band[i].high);
+        }
+        for (; k < rows.size(); ++k)
+            copy(rows[k], rows[k].low, rows[k].high);
     }
 
     // Narrows [low, high] to the u for which base + step * u lies in 0..size-1.
@@ -237,18 +348,28 @@ void BMPRotate(TBitmap& Source, TBitmap& Dest, int Angle) {
     Dest.Changed();
 }
 
+// Rows are exchanged through a buffer of one row: three block copies.
 void FlipBMP(TBitmap& Bitmap) {
     TPixelBuffer& pixels = Bitmap.Pixels();
-    const int W = pixels.Width();
-    for (int top = 0, bottom = pixels.Height() - 1; top < bottom; ++top, --bottom)
-        std::swap_ranges(pixels.Row(top), pixels.Row(top) + W, pixels.Row(bottom));
+    const std::size_t bytes = static_cast<std::size_t>(pixels.Width()) * sizeof(TPixel);
+    std::vector<TPixel> held(static_cast<std::size_t>(pixels.Width()));
+    for (int top = 0, bottom = pixels.Height() - 1; top < bottom; ++top, --bottom) {
+        std::memcpy(held.data(), pixels.Row(top), bytes);
+        std::memcpy(pixels.Row(top), pixels.Row(bottom), bytes);
+        std::memcpy(pixels.Row(bottom), held.data(), bytes);
+    }
     Bitmap.Changed();
 }
 
+// Each row is read backwards into a buffer and copied back.
 void MirrorBMP(TBitmap& Bitmap) {
     TPixelBuffer& pixels = Bitmap.Pixels();
-    for (int y = 0; y < pixels.Height(); ++y)
-        std::reverse(pixels.Row(y), pixels.Row(y) + pixels.Width());
+    const int W = pixels.Width();
+    std::vector<TPixel> reversed(static_cast<std::size_t>(W));
+    for (int y = 0; y < pixels.Height(); ++y) {
+        CopyPixelRun(pixels.Row(y) + W - 1, true, reversed.data(), W);
+        std::memcpy(pixels.Row(y), reversed.data(), static_cast<std::size_t>(W) * sizeof(TPixel));
+    }
     Bitmap.Changed();
 }
 

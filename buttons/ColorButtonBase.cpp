@@ -112,13 +112,13 @@ template <class Base> void TColorButtonBase<Base>::PaintCaption(TCanvas& canvas)
 template <class Base> void TColorButtonBase<Base>::Paint() {
     TCanvas& canvas = m_frame.Begin(*this, this->Canvas(), Background());
     canvas.Brush().SetColor(this->Color());
-    PaintFace(canvas);
+    if (!PaintFace(canvas)) return;
     if (BevelShown())
         PaintColorButtonBevel(canvas, this->Width() - 1, this->Height() - 1, m_down,
                               m_highLightColor, m_shadowColor);
     PaintCaption(canvas);
     PaintAfterCaption(canvas);
-    m_frame.End(*this, this->Canvas(), OnPaint);
+    m_frame.End(*this, this->Canvas(), PaintEvent());
 }
 
 template <class Base>

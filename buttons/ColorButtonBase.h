@@ -79,8 +79,11 @@ protected:
     virtual bool CaptionMoves() const { return this->Enabled() && m_down; }
     // What lies under the face: the face colour.
     virtual TFrameBackground Background() const { return TFrameBackground::Flat(this->Color()); }
-    // The face on top of the background; the plain colour button has nothing to add.
-    virtual void PaintFace(TCanvas&) {}
+    // The face on top of the background; the plain colour button has nothing to add. False
+    // abandons the paint: nothing more is drawn, copied or announced.
+    virtual bool PaintFace(TCanvas&) { return true; }
+    // The event fired after painting (a subclass with a paint event of its own fires that).
+    virtual const TNotifyEvent& PaintEvent() const { return OnPaint; }
     // The caption's font style and what is drawn after the caption (the focus rectangle).
     virtual void AdjustCaptionFont(TFont&) {}
     virtual void PaintAfterCaption(TCanvas&) {}

@@ -125,13 +125,14 @@ TFrameBackground TqNWColorBtn::Background() const {
 }
 
 // Glass: every channel of what lies beneath ORed with GlassValue (DPo with a grey brush).
-void TqNWColorBtn::PaintFace(TCanvas& canvas) {
-    if (!m_transparent || m_glassValue == 0) return;
+bool TqNWColorBtn::PaintFace(TCanvas& canvas) {
+    if (!m_transparent || m_glassValue == 0) return true;
     const TColor brush = canvas.Brush().Color();
     canvas.Brush().SetColor(RGB(m_glassValue, m_glassValue, m_glassValue));
     constexpr std::uint32_t kBrushOrDest = 0x00FA0089;
     PatBlt(canvas.Handle(), 0, 0, Width(), Height(), kBrushOrDest);
     canvas.Brush().SetColor(brush);
+    return true;
 }
 
 void TqNWColorBtn::CMDialogChar(TMessage& Message) {

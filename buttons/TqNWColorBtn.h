@@ -39,7 +39,7 @@ protected:
     bool BevelShown() const override;
     bool CaptionMoves() const override;
     TFrameBackground Background() const override;
-    void PaintFace(TCanvas& canvas) override;
+    bool PaintFace(TCanvas& canvas) override;
     void CMDialogChar(TMessage& Message) override;
 
 private:

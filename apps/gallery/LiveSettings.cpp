@@ -11,6 +11,7 @@
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 
+#include <cmath>
 #include <concepts>
 #include <string>
 #include <type_traits>
@@ -75,6 +76,20 @@ void SweepKnob(TComponent& component, int tick) {
 template <class Blend> void CycleFillType(TComponent& component, int tick) {
     if (tick % switchPeriod == 0)
         static_cast<Blend&>(component).SetFillType(static_cast<gradType>(tick / switchPeriod % 3));
+}
+
+// A 12 x 12 tile of two colours: a diamond on a ground, for the tile maps.
+template <class Map> TShowcaseSetting TilePattern(TColor ground, TColor diamond) {
+    return {"Bitmap", "diamond pattern",
+            [ground, diamond](TComponent& c) {
+                TBitmap tile(12, 12);
+                for (int y = 0; y < 12; ++y)
+                    for (int x = 0; x < 12; ++x)
+                        tile.Canvas().SetPixel(
+                            x, y, std::abs(x - 6) + std::abs(y - 6) < 5 ? diamond : ground);
+                static_cast<Map&>(c).SetBitmap(&tile);
+            },
+            [](const TComponent& c) { return !static_cast<const Map&>(c).Bitmap()->Empty(); }};
 }
 
 // A button without a click handler gets a click counter in its caption.
@@ -213,6 +228,27 @@ std::vector<TShowcase> MakeShowcases() {
                     Setting<TqxSlideOnOff>("Enabled", &TqxSlideOnOff::Enabled,
                                            &TqxSlideOnOff::SetEnabled, false)},
                    SwitchUntilTouched});
+    // Tile maps show a pattern; the background's cell opens a demo form with its settings.
+    all.push_back({"TqTileMap", {TilePattern<TqTileMap>(RGB(0, 64, 128), RGB(255, 200, 0))}, {}});
+    all.push_back({"TqNWTileMap", {TilePattern<TqNWTileMap>(RGB(128, 0, 0), RGB(240, 240, 240))}, {}});
+    all.push_back({"TqBackground",
+                   {Setting<TqBackground>("BackType", &TqBackground::BackType,
+                                          &TqBackground::SetBackType, btBlend),
+                    Setting<TqBackground>("EndColor", &TqBackground::EndColor,
+                                          &TqBackground::SetEndColor, TColor(0x400000))},
+                   CycleFillType<TqBackground>});
+    // The gradient button counts its clicks and cycles its fill type.
+    all.push_back({"TqGradBtn",
+                   {Setting<TqGradBtn>("Caption", &TqGradBtn::Caption, &TqGradBtn::SetCaption,
+                                       std::string("&Gradient")),
+                    Setting<TqGradBtn>("Color", &TqGradBtn::Color, &TqGradBtn::SetColor,
+                                       TColor(0xFFF0E0)),
+                    Setting<TqGradBtn>("EndColor", &TqGradBtn::EndColor, &TqGradBtn::SetEndColor,
+                                       TColor(0x804000))},
+                   [](TComponent& c, int tick) {
+                       CountClicks(c, tick);
+                       CycleFillType<TqGradBtn>(c, tick);
+                   }});
     return all;
 }
 

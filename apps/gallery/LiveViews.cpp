@@ -1,7 +1,12 @@
 #include "LiveViews.h"
 
+#include "backgrounds/TqBackground.h"
+#include "buttons/TqColorBtn.h"
+#include "buttons/TqGradBtn.h"
 #include "platform/controls/Messages.h"
 #include "platform/core/TypeInfo.h"
+#include "platform/streaming/Reader.h"
+#include "platform/streaming/Writer.h"
 #include "timing/TqxMMTimer.h"
 #include "timing/TqxTimer.h"
 #include "utility/TqCalc.h"
@@ -26,6 +31,81 @@ std::string ResultName(TqCalcResult result) {
 
 } // namespace
 
+// TBackgroundView
+
+namespace {
+
+// `text` with every line indented by two spaces, to nest one object in another.
+std::string Indented(const std::string& text) {
+    std::string out;
+    std::size_t start = 0;
+    while (start < text.size()) {
+        const std::size_t end = text.find('\n', start);
+        const std::size_t next = end == std::string::npos ? text.size() : end + 1;
+        out.append("  ").append(text, start, next - start);
+        start = next;
+    }
+    return out;
+}
+
+// The demo form: the background, a gradient button and a colour button that closes it.
+std::string DemoFormText(const TqBackground& background) {
+    return std::string("object BackgroundDemo: TForm\n"
+                       "  Caption = 'TqBackground'\n"
+                       "  Width = 280\n"
+                       "  Height = 180\n")
+        .append(Indented(WriteComponentText(background)))
+        .append("  object DemoGradient: TqGradBtn\n"
+                "    Left = 24\n"
+                "    Top = 124\n"
+                "    Caption = 'Gradient'\n"
+                "  end\n"
+                "  object DemoClose: TqColorBtn\n"
+                "    Left = 166\n"
+                "    Top = 124\n"
+                "    Caption = 'Close'\n"
+                "  end\n"
+                "end\n");
+}
+
+} // namespace
+
+TBackgroundView::TBackgroundView(TComponent* owner, TqBackground& background)
+    : TNonVisualView(owner, background), m_background(background), m_open(new TqColorBtn(owner)) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+    m_open->SetParent(this);
+    m_open->SetCaption("Open demo");
+    m_open->SetBounds(3, DefaultSize.cy - 27, DefaultSize.cx - 6, 24);
+    m_open->OnClick = [this](TObject*) { OpenDemo(); };
+}
+
+TBackgroundView::~TBackgroundView() = default;
+
+std::vector<std::string> TBackgroundView::Lines() const {
+    return {};
+}
+
+void TBackgroundView::Paint() {
+    TNonVisualView::Paint();
+    const TRect preview{3, 20, Width() - 3, m_open->Top() - 3};
+    if (preview.IsEmpty()) return;
+    TBitmap wallpaper(preview.Width(), preview.Height());
+    wallpaper.Canvas().Brush().SetColor(clBtnFace); // what a form shows where it is left
+    wallpaper.Canvas().FillRect({0, 0, preview.Width(), preview.Height()});
+    m_background.PaintWallpaper(wallpaper.Canvas(), preview.Width(), preview.Height());
+    Canvas().Draw(preview.left, preview.top, wallpaper);
+}
+
+void TBackgroundView::OpenDemo() {
+    m_demo.reset();
+    std::unique_ptr<TComponent> read = ReadComponentText(DemoFormText(m_background));
+    m_demo.reset(static_cast<TForm*>(read.release()));
+    TForm* demo = m_demo.get();
+    if (auto* close = dynamic_cast<TControl*>(demo->FindComponent("DemoClose")))
+        close->OnClick = [demo](TObject*) { demo->Close(); };
+    demo->Show();
+}
+
 std::string FormatMilliseconds(TTickDuration duration) {
     char text[32];
     std::snprintf(text, sizeof text, "%.2f ms", duration.count());
@@ -34,6 +114,7 @@ std::string FormatMilliseconds(TTickDuration duration) {
 
 TNonVisualView* MakeNonVisualView(TComponent* owner, TComponent& shown) {
     if (auto* calc = dynamic_cast<TqCalc*>(&shown)) return new TCalcView(owner, *calc);
+    if (auto* back = dynamic_cast<TqBackground*>(&shown)) return new TBackgroundView(owner, *back);
     if (auto* timer = dynamic_cast<TqxTimer*>(&shown)) return new TTimerTickView(owner, *timer);
     if (auto* timer = dynamic_cast<TqxMMTimer*>(&shown)) return new TLatenessView(owner, *timer);
     return new TNonVisualView(owner, shown);

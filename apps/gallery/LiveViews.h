@@ -13,6 +13,7 @@
 #include <mutex>
 
 namespace qv {
+class TqBackground;
 class TqCalc;
 class TqxTimer;
 class TqxMMTimer;
@@ -80,6 +81,33 @@ private:
 
     TqxMMTimer& m_timer;
     std::shared_ptr<TShared> m_shared;
+};
+
+// The form background's cell: its values and a button that opens a small demo form whose
+// background has the same settings. The demo is read from a form file, as an application's
+// form is, so the background hooks the demo form, never the gallery's.
+class TBackgroundView : public TNonVisualView {
+public:
+    TBackgroundView(TComponent* owner, TqBackground& background);
+    ~TBackgroundView() override;
+
+    TControl& OpenButton() const { return *m_open; }
+    // Reads and shows the demo form (again, with the current settings).
+    void OpenDemo();
+    TForm* Demo() const { return m_demo.get(); }
+
+    std::vector<std::string> Lines() const override;
+
+    static constexpr TSize DefaultSize{150, 96};
+
+protected:
+    // The name, the wallpaper as a demo form would show it, the button.
+    void Paint() override;
+
+private:
+    TqBackground& m_background;
+    TControl* m_open;
+    std::unique_ptr<TForm> m_demo;
 };
 
 // "1.23 ms": a duration in milliseconds for the views.

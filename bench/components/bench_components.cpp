@@ -209,6 +209,52 @@ BENCHMARK(BM_KnobDrag)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_DblKnobDrag)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_TripKnobDrag)->Unit(benchmark::kMicrosecond);
 
+// Gradient button, tile maps and the form background.
+void BM_GradBtn(benchmark::State& s) {
+    PaintCost<TqGradBtn>(s, [](TqGradBtn& c) { c.SetCaption("Button"), c.SetColor(0xFF8000); });
+}
+BENCHMARK(BM_GradBtn)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+template <class Map> void SetTilePattern(Map& map) {
+    TBitmap tile(12, 12);
+    for (int y = 0; y < 12; ++y)
+        for (int x = 0; x < 12; ++x)
+            tile.Canvas().SetPixel(x, y, (x + y) % 5 == 0 ? clNavy : clSilver);
+    map.SetBitmap(&tile);
+}
+void BM_TileMap(benchmark::State& s) {
+    PaintCost<TqTileMap>(s, SetTilePattern<TqTileMap>);
+}
+void BM_NWTileMap(benchmark::State& s) {
+    PaintCost<TqNWTileMap>(s, SetTilePattern<TqNWTileMap>);
+}
+BENCHMARK(BM_TileMap)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_NWTileMap)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+// A whole 320 x 240 form repainted over its hooked background (argument: the TqBackType).
+void BM_BackgroundForm(benchmark::State& state) {
+    TForm form(nullptr);
+    form.SetBounds(0, 0, 320, 240);
+    auto* back = new TqBackground(&form);
+    back->SetBackType(static_cast<TqBackType>(state.range(0)));
+    TBitmap tile(16, 16);
+    tile.Canvas().Brush().SetColor(clTeal);
+    tile.Canvas().Ellipse(2, 2, 14, 14);
+    back->SetBitMap(&tile);
+    back->Loaded();
+    form.Show();
+    form.PaintPending();
+    for (auto _ : state) {
+        form.Invalidate();
+        form.PaintPending();
+    }
+    state.SetLabel(TypeInfoOf<TqBackType>().names.at(static_cast<std::size_t>(state.range(0))));
+}
+BENCHMARK(BM_BackgroundForm)
+    ->Arg(btBitmap)
+    ->Arg(btBlend)
+    ->Arg(btNormal)
+    ->Arg(btSteel)
+    ->Unit(benchmark::kMicrosecond);
+
 struct TLateness {
     double p50, p99, max;
 };

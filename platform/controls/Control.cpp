@@ -142,7 +142,7 @@ void TControl::SetBounds(int ALeft, int ATop, int AWidth, int AHeight) {
     m_width = AWidth;
     m_height = AHeight;
     Invalidate(); // the new place
-    if (resized) Perform(WM_SIZE, 0, MAKELPARAM(AWidth, AHeight));
+    if (resized) SendSystemMessage(WM_SIZE, 0, MAKELPARAM(AWidth, AHeight));
     if (m_parent && m_align != alNone) m_parent->Realign();
 }
 
@@ -259,6 +259,10 @@ void TControl::Loaded() {
 
 TCustomForm* TControl::ParentForm() const {
     return GetParentForm(this);
+}
+
+LRESULT TControl::SendSystemMessage(UINT Msg, WPARAM WParam, LPARAM LParam) {
+    return Perform(Msg, WParam, LParam);
 }
 
 LRESULT TControl::Perform(UINT Msg, WPARAM WParam, LPARAM LParam) {
@@ -582,7 +586,7 @@ void TControl::ParentFontChanged() {
 // Painting.
 
 void TControl::PaintWindow(TCanvas& canvas) {
-    Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
+    SendSystemMessage(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
 }
 
 TPixelBuffer& TControl::PaintBuffer(int width, int height) {

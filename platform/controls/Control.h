@@ -307,6 +307,10 @@ protected:
     // Runs the control's paint (WM_ERASEBKGND then WM_PAINT) into `canvas`, which shows the
     // control's client area with what lies beneath already in it.
     virtual void PaintWindow(TCanvas& canvas);
+    // Sends a message the system raises (erase, paint, size): straight to WndProc here; a
+    // windowed control with a handle sends it through its window procedure, so that hooks on
+    // the window see it.
+    virtual LRESULT SendSystemMessage(UINT Msg, WPARAM WParam = 0, LPARAM LParam = 0);
     // The surface of a control that reaches beyond the surface it is painted on (controls
     // inside it are painted in place): kept between paints so that repainting allocates
     // nothing; `width` x `height` from the control's origin, enough for its visible part.

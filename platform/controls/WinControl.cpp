@@ -474,8 +474,14 @@ void TWinControl::WMEraseBkgnd(TMessage& Message) {
 }
 
 void TWinControl::PaintWindow(TCanvas& canvas) {
-    Perform(WM_ERASEBKGND, reinterpret_cast<WPARAM>(&canvas));
-    Perform(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
+    SendSystemMessage(WM_ERASEBKGND, reinterpret_cast<WPARAM>(&canvas));
+    SendSystemMessage(WM_PAINT, reinterpret_cast<WPARAM>(&canvas));
+}
+
+// Without a handle nothing can hook the window, and none is made for the message.
+LRESULT TWinControl::SendSystemMessage(UINT Msg, WPARAM WParam, LPARAM LParam) {
+    if (!m_handle) return Perform(Msg, WParam, LParam);
+    return SendMessage(m_handle, Msg, WParam, LParam);
 }
 
 // Runs a control's paint into `surface` (the control's client area), drawing only inside

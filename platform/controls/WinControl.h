@@ -102,6 +102,7 @@ protected:
 
     void WndProc(TMessage& Message) override;
     void PaintWindow(TCanvas& canvas) override;
+    LRESULT SendSystemMessage(UINT Msg, WPARAM WParam = 0, LPARAM LParam = 0) override;
     // Paints the graphic children onto this control's surface, within `area`.
     void PaintControls(TPixelBuffer& surface, const TRect& area);
     static void PaintInto(TControl& control, TPixelBuffer& surface, const TRegion& clip);

@@ -311,6 +311,42 @@ TEST(BitmapRoutines, RotateOntoItselfReadsWhatEarlierStepsWrote) {
 }
 
 // The quarter-turn copy relies on this for every (i, j) it covers.
+// Larger bitmaps, where the quarter turns copy whole runs and 4 x 4 blocks: the blocks'
+// edges (rows clipped differently, odd widths) against the plain loop.
+TEST(BitmapRoutines, QuarterTurnsOfLargerBitmapsEqualThePixelLoop) {
+    unsigned seed = 900;
+    const std::vector<std::pair<int, int>> sizes = {{37, 29}, {64, 48}, {23, 40}, {50, 50}};
+    for (auto [sw, sh] : sizes)
+        for (auto [dw, dh] : sizes)
+            for (int angle : {0, 90, 180, 270}) {
+                Pic source = RandomBitmap(sw, sh, seed++);
+                Pic actual = RandomBitmap(dw, dh, seed++);
+                Pic expected = actual;
+                BMPRotate(source, actual, angle);
+                ReferenceRotate(source, expected, angle);
+                ASSERT_TRUE(SamePixels(actual, expected, Name("rotate-large", dw, dh)))
+                    << sw << "x" << sh << " by " << angle;
+            }
+}
+
+// Flip and mirror of odd and even widths against the pixel loops (the rows are copied in
+// blocks of four pixels with a tail).
+TEST(BitmapRoutines, FlipAndMirrorOfWideRowsEqualThePixelLoop) {
+    unsigned seed = 950;
+    for (auto [w, h] : {std::pair{37, 5}, std::pair{64, 4}, std::pair{3, 9}, std::pair{130, 7}}) {
+        Pic flipped = RandomBitmap(w, h, seed++);
+        Pic flippedExpected = flipped;
+        FlipBMP(flipped);
+        ReferenceFlip(flippedExpected);
+        ASSERT_TRUE(SamePixels(flipped, flippedExpected, Name("flip-wide", w, h)));
+        Pic mirrored = RandomBitmap(w, h, seed++);
+        Pic mirroredExpected = mirrored;
+        MirrorBMP(mirrored);
+        ReferenceMirror(mirroredExpected);
+        ASSERT_TRUE(SamePixels(mirrored, mirroredExpected, Name("mirror-wide", w, h)));
+    }
+}
+
 TEST(BitmapRoutines, QuarterTurnOffsetsAreExactTurnsUpToTheCoveredRadius) {
     for (int i = 0; i <= kExactQuarterTurnRadius; ++i)
         for (int j = 0; j <= kExactQuarterTurnRadius; ++j) {

@@ -3,6 +3,7 @@
 // any published property survived (set, painted at any size, written and read back), and no
 // event raised while a form is read. The list grows by itself as classes arrive.
 
+#include "backgrounds/Blend.h"
 #include "indicators/Qled.h"
 #include "package/PackageScope.h"
 #include "package/Registration.h"
@@ -169,6 +170,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TCalcErrorEvent", &Recorder<TCalcErrorEvent>},
         {"TFindUserFunc", &Recorder<TFindUserFunc>},
         {"TUserFunc", &Recorder<TUserFunc>},
+        {"TqBackPaintEvent", &Recorder<TqBackPaintEvent>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -437,6 +438,54 @@ TEST_F(Framework, HooksOnAFormSeeItsSystemMessages) {
     hook.Remove();
     form->UpdateSizeLimits();
     EXPECT_EQ(Headless().Window(Window()).minSize, (TSize{0, 0}));
+}
+
+// The erase, paint and size messages the framework raises go through the window procedure:
+// a hook sees them, can answer the erase itself, and the window's own handling still runs
+// when the hook passes them on.
+TEST_F(Framework, HooksOnAFormSeeItsEraseAndSizeMessages) {
+    form->SetColor(clWhite);
+    form->Show();
+    Pump();
+    ASSERT_EQ(form->Width(), 200);
+    std::vector<UINT> seen;
+    bool answerErase = false;
+    TWindowHook hook(form->Handle(), [&](TMessage& m, const TWndMethod& next) {
+        seen.push_back(m.Msg);
+        if (m.Msg == WM_ERASEBKGND && answerErase) {
+            auto* canvas = reinterpret_cast<TCanvas*>(m.WParam);
+            canvas->Brush().SetColor(clRed);
+            canvas->FillRect(form->ClientRect());
+            m.Result = 1;
+            return;
+        }
+        next(m);
+    });
+    auto pixel = [&] {
+        TBitmap shot;
+        form->Screenshot(shot);
+        return shot.Canvas().Pixel(10, 10);
+    };
+    int resizes = 0;
+    form->OnResize = [&](TObject*) { ++resizes; };
+    TBackendEvent resized;
+    resized.kind = TBackendEvent::Kind::Resized;
+    resized.window = Window();
+    resized.size = {260, 150};
+    Headless().Inject(resized);
+    Pump();
+    EXPECT_EQ(resizes, 1);
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), WM_SIZE), 1);
+    EXPECT_GE(std::count(seen.begin(), seen.end(), WM_ERASEBKGND), 1);
+    EXPECT_GE(std::count(seen.begin(), seen.end(), WM_PAINT), 1);
+    EXPECT_EQ(pixel(), ColorToRGB(clWhite));
+
+    answerErase = true;
+    EXPECT_EQ(pixel(), ColorToRGB(clRed));
+    hook.Remove();
+    seen.clear();
+    EXPECT_EQ(pixel(), ColorToRGB(clWhite));
+    EXPECT_TRUE(seen.empty());
 }
 
 TEST_F(Framework, PopupMenuOpensOnRightClickAndRunsTheChosenItem) {

@@ -8,6 +8,9 @@
 
 #include "X11Fixture.h"
 
+#include "backgrounds/Blend.h"
+#include "buttons/Qanimate.h"
+#include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "platform/graphics/Bitmap.h"
@@ -304,6 +307,81 @@ TEST_F(X11BackendTest, WakeFromAnotherThreadEndsAWait) {
     EXPECT_TRUE(woke);
     EXPECT_GE(waited, std::chrono::milliseconds(40));
     EXPECT_LT(waited, std::chrono::seconds(5));
+}
+
+// A form with a gradient background and colour buttons: pressed and clicked by XTest, Enter
+// clicks the focused one, and the window shows what the headless backend renders.
+std::unique_ptr<TForm> MakeButtonForm(TRect bounds) {
+    auto form = std::make_unique<TForm>(nullptr);
+    form->SetBounds(bounds.left, bounds.top, bounds.Width(), bounds.Height());
+    form->SetCaption("Button form");
+    auto* back = new TqBackground(form.get());
+    back->SetBackType(btBlend);
+    back->SetEndColor(RGB(0, 0, 160));
+    back->Loaded(); // as after reading the form
+    auto* plain = new TqColorBtn(form.get());
+    plain->SetName("Plain");
+    plain->SetCaption("&Plain");
+    plain->SetBounds(20, 20, 89, 33);
+    plain->SetParent(form.get());
+    auto* gradient = new TqGradBtn(form.get());
+    gradient->SetName("Gradient");
+    gradient->SetCaption("Gradient");
+    gradient->SetColor(clWhite);
+    gradient->SetBounds(130, 20, 89, 33);
+    gradient->SetParent(form.get());
+    return form;
+}
+
+TEST_F(X11BackendTest, ColourButtonsPressAndClickAndTheFormShowsAsHeadless) {
+    InitializePackage();
+    const TRect bounds = Bounds(60, 50, 240, 90);
+    TPixelBuffer shown;
+    {
+        auto form = MakeButtonForm(bounds);
+        auto& plain = *static_cast<TqColorBtn*>(form->FindComponent("Plain"));
+        int clicks = 0;
+        plain.OnClick = [&](TObject*) { ++clicks; };
+        ShowAndSettle(*form);
+        shown = Capture(*form);
+
+        Display* d = m_probe.get();
+        XTestFakeMotionEvent(d, 0, 60 + 50, 50 + 35, CurrentTime);
+        XTestFakeButtonEvent(d, 1, True, CurrentTime);
+        XSync(d, False);
+        ASSERT_TRUE(PumpUntil([&] { return plain.Down(); }));
+        EXPECT_EQ(clicks, 0);
+        XTestFakeButtonEvent(d, 1, False, CurrentTime);
+        XSync(d, False);
+        ASSERT_TRUE(PumpUntil([&] { return clicks == 1; }));
+        EXPECT_FALSE(plain.Down());
+        EXPECT_TRUE(plain.Focused());
+
+        FakeKey(XK_Return);
+        ASSERT_TRUE(PumpUntil([&] { return clicks == 2; }));
+    }
+    Application().SetBackend(std::make_unique<THeadlessBackend>());
+    m_x11 = nullptr;
+    auto form = MakeButtonForm(bounds);
+    form->Show();
+    Application().ProcessMessages();
+    const auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+    const TPixelBuffer& expected = headless.Window(form->NativeWindow()).presented;
+    ASSERT_EQ(expected.Width(), shown.Width());
+    int differing = 0;
+    for (int y = 0; y < expected.Height(); ++y)
+        for (int x = 0; x < expected.Width(); ++x)
+            differing += expected.At(x, y) != shown.At(x, y);
+    if (differing != 0) {
+        const std::filesystem::path out = QV_TEST_OUT;
+        std::filesystem::create_directories(out);
+        WriteFileBytes((out / "x11-buttons-shown.png").string(), EncodePng(shown, false));
+        WriteFileBytes((out / "x11-buttons-expected.png").string(), EncodePng(expected, false));
+    }
+    EXPECT_EQ(differing, 0) << "see x11-buttons-shown.png and x11-buttons-expected.png in "
+                            << QV_TEST_OUT;
+    form.reset();
+    FinalizePackage();
 }
 
 } // namespace
