@@ -7,6 +7,7 @@
 #include "instruments/Qpanel.h"
 #include "platform/core/Component.h"
 #include "platform/core/DesignerRegistry.h"
+#include "splitters/Qsplit.h"
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
 #include "utility/Mystd.h"
@@ -46,8 +47,8 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {7, "TqDivider", kPage1, nullptr},
         {7, "TqMovePanel", kPage1, nullptr},
         {7, "TqScope", kPage1, nullptr},
-        {7, "TqVerSplit", kPage1, nullptr},
-        {8, "TqHorSplit", kPage1, nullptr},
+        {7, "TqVerSplit", kPage1, &TqVerSplit::StaticClassInfo},
+        {8, "TqHorSplit", kPage1, &TqHorSplit::StaticClassInfo},
         {8, "TqPanelMeter", kPage1, nullptr},
         {9, "TqCalc", kPage2, &TqCalc::StaticClassInfo},
         {9, "TqMinMax", kPage2, nullptr},
@@ -55,10 +56,10 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {9, "TqShowApp", kPage2, nullptr},
         {10, "TqSplashForm", kPage2, nullptr},
         {10, "TqTitleBar", kPage2, nullptr},
-        {11, "TqCompCanvas", kPage2, nullptr},
+        {11, "TqCompCanvas", kPage2, &TqCompCanvas::StaticClassInfo},
         {11, "TqxTimer", kPage2, &TqxTimer::StaticClassInfo},
         {12, "TqxMMTimer", kPage2, &TqxMMTimer::StaticClassInfo},
-        {12, "TqxRunProg", kPage2, nullptr},
+        {12, "TqxRunProg", kPage2, &TqxRunProg::StaticClassInfo},
         {13, "TqBigLabel", kPage3, nullptr},
         {13, "Tq3DLabel", kPage3, nullptr},
         {14, "TqAngleLabel", kPage3, nullptr},
@@ -67,7 +68,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {15, "TqGradBtn", kPage3, &TqGradBtn::StaticClassInfo},
         {16, "TqBitColBtn", kPage3, nullptr},
         {16, "TqIconColBtn", kPage3, nullptr},
-        {16, "TqMouseSpot", kPage3, nullptr},
+        {16, "TqMouseSpot", kPage3, &TqMouseSpot::StaticClassInfo},
         {17, "TqKnob", kPage3, &TqKnob::StaticClassInfo},
         {17, "TqDblKnob", kPage3, &TqDblKnob::StaticClassInfo},
         {17, "TqTripKnob", kPage3, &TqTripKnob::StaticClassInfo},

@@ -1,5 +1,5 @@
 #pragma once
-// Unit Mystd: the calculator component, the math routines, the dialog-unit conversions,
+// Unit Mystd: the calculator component, the mouse spot, the math routines, the dialog-unit conversions,
 // FindForm, gradType, the shared hint appearance and the processor and host routines, with the
 // unit's initialization and finalization.
 
@@ -9,6 +9,7 @@
 #include "utility/MathHelpers.h"
 #include "utility/SystemInfo.h"
 #include "utility/TqCalc.h"
+#include "utility/TqMouseSpot.h"
 
 namespace qv {
 

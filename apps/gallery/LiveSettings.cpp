@@ -8,11 +8,14 @@
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
+#include "splitters/Qsplit.h"
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
+#include "utility/Mystd.h"
 
 #include <cmath>
 #include <concepts>
+#include <memory>
 #include <string>
 #include <type_traits>
 
@@ -114,6 +117,36 @@ void SwitchUntilTouched(TComponent& component, int tick) {
     const TTouchMark* mark = onOff.OnClick.target<TTouchMark>();
     if (onOff.Focused() || (mark && mark->touched)) return;
     if (tick % switchPeriod == 0) onOff.SetSwitchOn(tick / switchPeriod % 2 != 0);
+// The mouse spot shows nothing itself: the gallery draws its count of enters through it.
+void CountEnters(TComponent& component, int) {
+    auto& spot = static_cast<TqMouseSpot&>(component);
+    if (spot.OnMouseEnter) return;
+    auto enters = std::make_shared<int>(0);
+    spot.OnMouseEnter = [&spot, enters](TObject*) {
+        ++*enters;
+        spot.Invalidate();
+    };
+    spot.OnParentPaint = [&spot, enters](TObject*) {
+        TCanvas& canvas = spot.Canvas();
+        canvas.Brush().SetStyle(bsClear);
+        canvas.Font().SetColor(clBlue);
+        canvas.TextOut(2, 3, std::to_string(*enters));
+    };
+}
+
+// A dot runs along the panel the composite canvas draws on.
+void DrawOnControl(TComponent& component, int tick) {
+    auto& lender = static_cast<TqCompCanvas&>(component);
+    TWinControl* target = lender.ControlComponent();
+    if (!target || lender.Drawing() || target->Width() < 12) return;
+    lender.StartPaint();
+    TCanvas& canvas = lender.Canvas();
+    canvas.Brush().SetColor(clBtnFace);
+    canvas.FillRect(Rect(2, 2, target->Width() - 2, target->Height() - 2)); // inside the bevel
+    canvas.Brush().SetColor(clRed);
+    const int x = tick * 3 % (target->Width() - 10);
+    canvas.Ellipse(x, target->Height() / 2 - 5, x + 10, target->Height() / 2 + 5);
+    lender.EndPaint();
 }
 
 std::vector<TShowcase> MakeShowcases() {
@@ -249,6 +282,29 @@ std::vector<TShowcase> MakeShowcases() {
                        CountClicks(c, tick);
                        CycleFillType<TqGradBtn>(c, tick);
                    }});
+    // Process, splitter, canvas and hot-spot components. Splitters are dragged by the user.
+    all.push_back({"TqxRunProg",
+                   {Setting<TqxRunProg>("CmdLine", &TqxRunProg::CmdLine, &TqxRunProg::SetCmdLine,
+                                        std::string("sh -c \"sleep 1; exit 3\""))},
+                   {}});
+    all.push_back(
+        {"TqVerSplit",
+         {Setting<TqVerSplit>("WhereSplit", &TqVerSplit::WhereSplit, &TqVerSplit::SetWhere, 60),
+          Setting<TqVerSplit>("Color", &TqVerSplit::Color, &TqVerSplit::SetColor,
+                              TColor(0xE0E0FF))},
+         {}});
+    all.push_back(
+        {"TqHorSplit",
+         {Setting<TqHorSplit>("SplitterWidth", &TqHorSplit::SplitterWidth,
+                              &TqHorSplit::SetSplitterWidth, 10),
+          Setting<TqHorSplit>("NewLook", &TqHorSplit::NewLook, &TqHorSplit::SetNewLook, true),
+          Setting<TqHorSplit>("WhereSplit", &TqHorSplit::WhereSplit, &TqHorSplit::SetWhere, 80)},
+         {}});
+    all.push_back({"TqCompCanvas", {}, DrawOnControl});
+    all.push_back({"TqMouseSpot",
+                   {Setting<TqMouseSpot>("Hint", &TqMouseSpot::Hint, &TqMouseSpot::SetHint,
+                                         std::string("A hot spot"))},
+                   CountEnters});
     return all;
 }
 

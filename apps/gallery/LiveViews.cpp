@@ -5,9 +5,13 @@
 #include "buttons/TqGradBtn.h"
 #include "platform/controls/Messages.h"
 #include "platform/core/TypeInfo.h"
+#include "buttons/TqColorBtn.h"
+#include "platform/controls/Panel.h"
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
+#include "timing/TqCompCanvas.h"
 #include "timing/TqxMMTimer.h"
+#include "timing/TqxRunProg.h"
 #include "timing/TqxTimer.h"
 #include "utility/TqCalc.h"
 
@@ -117,6 +121,9 @@ TNonVisualView* MakeNonVisualView(TComponent* owner, TComponent& shown) {
     if (auto* back = dynamic_cast<TqBackground*>(&shown)) return new TBackgroundView(owner, *back);
     if (auto* timer = dynamic_cast<TqxTimer*>(&shown)) return new TTimerTickView(owner, *timer);
     if (auto* timer = dynamic_cast<TqxMMTimer*>(&shown)) return new TLatenessView(owner, *timer);
+    if (auto* run = dynamic_cast<TqxRunProg*>(&shown)) return new TRunProgView(owner, *run);
+    if (auto* lender = dynamic_cast<TqCompCanvas*>(&shown))
+        return new TCompCanvasView(owner, *lender);
     return new TNonVisualView(owner, shown);
 }
 
@@ -215,6 +222,46 @@ std::vector<std::string> TLatenessView::Lines() const {
     lines.push_back("Late p99 " + FormatMilliseconds(figures->p99) + " (" +
                     std::to_string(figures->ticks) + " ticks)");
     return lines;
+}
+
+// TCompCanvasView
+
+TCompCanvasView::TCompCanvasView(TComponent* owner, TqCompCanvas& lender)
+    : TNonVisualView(owner, lender), m_panel(new TPanel(owner)) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+    m_panel->SetParent(this);
+    m_panel->SetBounds(4, 22, DefaultSize.cx - 8, DefaultSize.cy - 26);
+    m_panel->SetBevelOuter(bvLowered);
+    lender.SetControlComponent(m_panel);
+}
+
+// TRunProgView
+
+TRunProgView::TRunProgView(TComponent* owner, TqxRunProg& run)
+    : TNonVisualView(owner, run), m_run(run), m_button(new TqColorBtn(owner)) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+    m_button->SetParent(this);
+    m_button->SetBounds(3, 20, 60, 22);
+    m_button->SetCaption("Run");
+    m_button->OnClick = [this](TObject*) {
+        if (m_running) return; // one run at a time from this button
+        m_running = true;
+        m_run.OnBeforeWait = [this](TObject*) { Invalidate(); };
+        m_run.Run(); // the loop runs inside, so the view repaints while the program runs
+        m_running = false;
+        Invalidate();
+    };
+}
+
+int TRunProgView::LinesTop(int) const {
+    return m_button->Top() + m_button->Height() + 2;
+}
+
+std::vector<std::string> TRunProgView::Lines() const {
+    return {m_run.CmdLine(),
+            (m_running ? "Running, ReturnCode " : "ReturnCode ") +
+                std::to_string(m_run.ReturnCode()),
+            TypeInfoOf<TqxRunError>().names.at(static_cast<std::size_t>(m_run.LastResultCode()))};
 }
 
 } // namespace qv::gallery

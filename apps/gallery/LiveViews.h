@@ -17,6 +17,10 @@ class TqBackground;
 class TqCalc;
 class TqxTimer;
 class TqxMMTimer;
+class TqxRunProg;
+class TqColorBtn;
+class TqCompCanvas;
+class TPanel;
 } // namespace qv
 
 namespace qv::gallery {
@@ -108,6 +112,39 @@ private:
     TqBackground& m_background;
     TControl* m_open;
     std::unique_ptr<TForm> m_demo;
+};
+
+// The program launcher with a Run button: the click runs its command line with a soft wait
+// (the gallery keeps running meanwhile) and the view shows the return code, 259 while the
+// program runs.
+class TRunProgView : public TNonVisualView {
+public:
+    TRunProgView(TComponent* owner, TqxRunProg& run);
+    std::vector<std::string> Lines() const override;
+    TqColorBtn& RunButton() const { return *m_button; }
+
+    static constexpr TSize DefaultSize{200, 96};
+
+protected:
+    int LinesTop(int lineHeight) const override;
+
+private:
+    TqxRunProg& m_run;
+    TqColorBtn* m_button;
+    bool m_running{false};
+};
+
+// The composite canvas with the panel it draws on (its showcase's animation draws there).
+class TCompCanvasView : public TNonVisualView {
+public:
+    TCompCanvasView(TComponent* owner, TqCompCanvas& lender);
+    std::vector<std::string> Lines() const override { return {}; }
+    TPanel& Target() const { return *m_panel; }
+
+    static constexpr TSize DefaultSize{150, 80};
+
+private:
+    TPanel* m_panel;
 };
 
 // "1.23 ms": a duration in milliseconds for the views.

@@ -10,8 +10,10 @@
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
+#include "splitters/Qsplit.h"
 #include "switches/Qonzoff.h"
 #include "timing/Std2.h"
+#include "utility/Mystd.h"
 
 #include <benchmark/benchmark.h>
 
@@ -254,6 +256,20 @@ BENCHMARK(BM_BackgroundForm)
     ->Arg(btNormal)
     ->Arg(btSteel)
     ->Unit(benchmark::kMicrosecond);
+// Splitters (the container with its bar) and the mouse spot (nothing of its own: what lies
+// beneath shows through).
+void BM_VerSplit(benchmark::State& s) {
+    PaintCost<TqVerSplit>(s, [](TqVerSplit& c) { c.GoMedium(); });
+}
+void BM_HorSplitNewLook(benchmark::State& s) {
+    PaintCost<TqHorSplit>(s, [](TqHorSplit& c) { c.SetNewLook(true), c.GoMedium(); });
+}
+void BM_MouseSpot(benchmark::State& s) {
+    PaintCost<TqMouseSpot>(s, [](TqMouseSpot&) {});
+}
+BENCHMARK(BM_VerSplit)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_HorSplitNewLook)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_MouseSpot)->Arg(1)->Arg(4)->Unit(benchmark::kMicrosecond);
 
 struct TLateness {
     double p50, p99, max;

@@ -10,6 +10,7 @@
 #include "platform/graphics/Types.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -106,6 +107,10 @@ public:
     virtual void WaitForEvents(std::int64_t timeoutMs) = 0;
     // Ends a wait; safe from any thread.
     virtual void Wake() = 0;
+    // Watches a descriptor (main thread only): WaitForEvents also ends once it is readable,
+    // after running `onReadable`, which usually reads it or removes the watch.
+    virtual void WatchFd(int fd, std::function<void()> onReadable) = 0;
+    virtual void UnwatchFd(int fd) = 0;
     // Milliseconds of the backend's monotonic clock (timers run on it).
     virtual std::int64_t NowMs() const = 0;
 };

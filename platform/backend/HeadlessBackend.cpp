@@ -2,7 +2,11 @@
 
 #include "platform/core/Exceptions.h"
 
+#include <algorithm>
 #include <chrono>
+#include <climits>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 namespace qv {
 
@@ -14,7 +18,12 @@ std::int64_t SteadyMs() {
 }
 } // namespace
 
-THeadlessBackend::THeadlessBackend(TClockMode mode) : m_mode(mode), m_realStart(SteadyMs()) {}
+THeadlessBackend::THeadlessBackend(TClockMode mode)
+    : m_mode(mode), m_wakeFd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), m_realStart(SteadyMs()) {}
+
+THeadlessBackend::~THeadlessBackend() {
+    if (m_wakeFd >= 0) close(m_wakeFd);
+}
 
 THeadlessBackend::TWindowRecord& THeadlessBackend::Record(TNativeWindowId window) {
     auto it = m_windows.find(window);
@@ -126,6 +135,10 @@ bool THeadlessBackend::NextEvent(TBackendEvent& event) {
 }
 
 void THeadlessBackend::WaitForEvents(std::int64_t timeoutMs) {
+    if (!m_watches.Empty()) {
+        PollWatched(timeoutMs);
+        return;
+    }
     std::unique_lock guard(m_lock);
     const auto ready = [&] { return m_woken || !m_events.empty(); };
     if (!ready()) {
@@ -146,6 +159,43 @@ void THeadlessBackend::Wake() {
         m_woken = true;
     }
     m_wakeup.notify_all();
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const auto written = write(m_wakeFd, &one, sizeof one);
+}
+
+void THeadlessBackend::PollWatched(std::int64_t timeoutMs) {
+    {
+        std::lock_guard guard(m_lock);
+        if (m_woken || !m_events.empty()) {
+            m_woken = false;
+            return;
+        }
+    }
+    std::vector<pollfd> fds{{m_wakeFd, POLLIN, 0}};
+    m_watches.AppendPollFds(fds);
+    const int timeout =
+        timeoutMs < 0 ? -1 : static_cast<int>(std::min<std::int64_t>(timeoutMs, INT_MAX));
+    const std::int64_t start = SteadyMs();
+    const int ready = poll(fds.data(), fds.size(), timeout);
+    {
+        std::lock_guard guard(m_lock);
+        if (m_mode == TClockMode::Fake)
+            m_fakeNow += ready == 0 ? std::max<std::int64_t>(timeoutMs, 0) : SteadyMs() - start;
+        m_woken = false;
+    }
+    if (fds[0].revents & POLLIN) {
+        std::uint64_t count = 0;
+        [[maybe_unused]] const auto got = read(m_wakeFd, &count, sizeof count);
+    }
+    if (ready > 0) m_watches.Dispatch(fds, 1);
+}
+
+void THeadlessBackend::WatchFd(int fd, std::function<void()> onReadable) {
+    m_watches.Add(fd, std::move(onReadable));
+}
+
+void THeadlessBackend::UnwatchFd(int fd) {
+    m_watches.Remove(fd);
 }
 
 std::int64_t THeadlessBackend::NowMs() const {

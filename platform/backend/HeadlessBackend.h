@@ -5,6 +5,7 @@
 // moves the clock to the end of the wait at once: timer tests never sleep.
 
 #include "Backend.h"
+#include "FdWatches.h"
 
 #include <condition_variable>
 #include <deque>
@@ -17,6 +18,9 @@ class THeadlessBackend : public TBackend {
 public:
     enum class TClockMode { Fake, Real };
     explicit THeadlessBackend(TClockMode mode = TClockMode::Fake);
+    ~THeadlessBackend() override;
+    THeadlessBackend(const THeadlessBackend&) = delete;
+    THeadlessBackend& operator=(const THeadlessBackend&) = delete;
 
     const char* Name() const override { return "headless"; }
 
@@ -40,6 +44,8 @@ public:
     bool NextEvent(TBackendEvent& event) override;
     void WaitForEvents(std::int64_t timeoutMs) override;
     void Wake() override;
+    void WatchFd(int fd, std::function<void()> onReadable) override;
+    void UnwatchFd(int fd) override;
     std::int64_t NowMs() const override;
 
     // Test controls.
@@ -75,6 +81,9 @@ public:
 
 private:
     TWindowRecord& Record(TNativeWindowId window);
+    // The wait while descriptors are watched: a poll on them and the wake-up descriptor, in
+    // real time also with the fake clock (which then moves on by the time waited).
+    void PollWatched(std::int64_t timeoutMs);
 
     TClockMode m_mode;
     mutable std::mutex m_lock;
@@ -86,6 +95,8 @@ private:
     TNativeWindowId m_focused{0};
     TPoint m_cursor;
     std::int64_t m_fakeNow{0};
+    TFdWatches m_watches;
+    int m_wakeFd{-1}; // an eventfd written by Wake, polled while descriptors are watched
     std::int64_t m_realStart{0};
     TRect m_screen{0, 0, 1280, 1024};
     TRect m_workArea{0, 0, 1280, 1000};

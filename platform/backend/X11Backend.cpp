@@ -530,10 +530,22 @@ bool TX11Backend::NextEvent(TBackendEvent& event) {
 
 void TX11Backend::WaitForEvents(std::int64_t timeoutMs) {
     if (!m_pending.empty() || XPending(m_display.get()) > 0) return;
-    pollfd fds[2] = {{ConnectionNumber(m_display.get()), POLLIN, 0}, {m_wake.Fd(), POLLIN, 0}};
+    std::vector<pollfd> fds = {{ConnectionNumber(m_display.get()), POLLIN, 0},
+                               {m_wake.Fd(), POLLIN, 0}};
+    m_watches.AppendPollFds(fds);
     const int timeout =
         timeoutMs < 0 ? -1 : static_cast<int>(std::min<std::int64_t>(timeoutMs, INT_MAX));
-    if (poll(fds, 2, timeout) > 0 && (fds[1].revents & POLLIN)) m_wake.Drain();
+    if (poll(fds.data(), fds.size(), timeout) <= 0) return;
+    if (fds[1].revents & POLLIN) m_wake.Drain();
+    m_watches.Dispatch(fds, 2);
+}
+
+void TX11Backend::WatchFd(int fd, std::function<void()> onReadable) {
+    m_watches.Add(fd, std::move(onReadable));
+}
+
+void TX11Backend::UnwatchFd(int fd) {
+    m_watches.Remove(fd);
 }
 
 void TX11Backend::Wake() {

@@ -9,6 +9,7 @@
 // polled together with the X connection. Every other call belongs to the main thread.
 
 #include "Backend.h"
+#include "FdWatches.h"
 #include "X11Handles.h"
 #include "X11Input.h"
 
@@ -47,6 +48,8 @@ public:
     bool NextEvent(TBackendEvent& event) override;
     void WaitForEvents(std::int64_t timeoutMs) override;
     void Wake() override;
+    void WatchFd(int fd, std::function<void()> onReadable) override;
+    void UnwatchFd(int fd) override;
     std::int64_t NowMs() const override;
 
     // Waits until the server has handled every request sent so far.
@@ -117,6 +120,7 @@ private:
     bool m_shmAvailable{false};
     int m_shmCompletionType{-1};
     TWakeFd m_wake;
+    TFdWatches m_watches;
     std::map<TNativeWindowId, TWindow> m_windows;
     std::map<int, Cursor> m_cursors;
     std::deque<TBackendEvent> m_pending;

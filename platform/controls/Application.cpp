@@ -69,6 +69,27 @@ void TApplication::SetBackend(std::unique_ptr<TBackend> backend) {
     TBackend* b = m_backend.get();
     SetPostWakeup([b] { b->Wake(); });
     SetSynchronizeWakeup([b] { b->Wake(); });
+    for (const TChildProcess& child : m_children)
+        WatchChild(child.PidFd());
+}
+
+void TApplication::ReapWhenEnded(TChildProcess child) {
+    if (child.TryWait()) return;
+    const int pidfd = child.PidFd();
+    m_children.push_back(std::move(child));
+    WatchChild(pidfd);
+}
+
+void TApplication::WatchChild(int pidfd) {
+    m_backend->WatchFd(pidfd, [this, pidfd] { ChildReadable(pidfd); });
+}
+
+void TApplication::ChildReadable(int pidfd) {
+    const auto child = std::find_if(m_children.begin(), m_children.end(),
+                                    [pidfd](const TChildProcess& c) { return c.PidFd() == pidfd; });
+    if (child != m_children.end() && !child->TryWait()) return;
+    m_backend->UnwatchFd(pidfd);
+    if (child != m_children.end()) m_children.erase(child);
 }
 
 void TApplication::RegisterForm(TCustomForm* form) {

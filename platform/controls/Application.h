@@ -10,6 +10,7 @@
 #include "Form.h"
 
 #include "platform/backend/Backend.h"
+#include "platform/system/ChildProcess.h"
 
 #include <cstdint>
 #include <functional>
@@ -107,6 +108,11 @@ public:
     void RemoveTimer(TTimer* timer);
     std::int64_t NowMs();
 
+    // Started programs nobody waits for: the loop reaps each once it has ended (its pidfd is
+    // watched), so none stays a zombie.
+    void ReapWhenEnded(TChildProcess child);
+    std::size_t UnreapedChildren() const { return m_children.size(); }
+
     void Notification(TComponent* AComponent, TOperation Operation) override;
     // A control is going away: forget it as capture or mouse control.
     void ControlGone(TControl* control);
@@ -129,8 +135,11 @@ private:
     void HideHint();
     bool FireDueHint(std::int64_t now);
     void UpdateCursorShape();
+    void WatchChild(int pidfd);
+    void ChildReadable(int pidfd);
 
     std::unique_ptr<TBackend> m_backend;
+    std::vector<TChildProcess> m_children;
     std::vector<TCustomForm*> m_forms;
     TCustomForm* m_mainForm{nullptr};
     TCustomForm* m_activeForm{nullptr};

@@ -89,6 +89,8 @@ public:
     // The whole form, painted now, as the screen shows it.
     void Screenshot(TBitmap& bitmap);
     const TPixelBuffer& FrameBuffer() const { return m_frame; }
+    // For drawing outside the paint (GetDC); what is drawn shows once presented.
+    TPixelBuffer& FrameBuffer() { return m_frame; }
     TNativeWindowId NativeWindow() const { return m_native; }
 
     TNotifyEvent OnCreate;

@@ -16,6 +16,7 @@
 #include "platform/core/PropertyAccess.h"
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
+#include "timing/Std2.h"
 #include "utility/TqCalc.h"
 
 #include <gtest/gtest.h>
@@ -53,6 +54,9 @@ const std::map<std::string, std::set<std::string>> EventsRaisedWhileReading = {
     // (OnFindUserFunc, OnUserFunc precede CalcLine; OnOK and OnError follow it and are not
     // bound yet).
     {"TqCalc", {"OnFindUserFunc", "OnUserFunc"}},
+    // Splitters announce that they have been read.
+    {"TqVerSplit", {"OnBeforeShow"}},
+    {"TqHorSplit", {"OnBeforeShow"}},
 };
 
 std::vector<std::string> ExistingClasses() {
@@ -171,6 +175,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TFindUserFunc", &Recorder<TFindUserFunc>},
         {"TUserFunc", &Recorder<TUserFunc>},
         {"TqBackPaintEvent", &Recorder<TqBackPaintEvent>},
+        {"TqxError", &Recorder<TqxError>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())

@@ -9,7 +9,9 @@
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "platform/controls/Clipboard.h"
+#include "platform/controls/Timer.h"
 #include "platform/core/DesignerRegistry.h"
+#include "buttons/TqColorBtn.h"
 #include "timing/Std2.h"
 #include "utility/TqCalc.h"
 
@@ -89,7 +91,8 @@ protected:
         Application().SetBackend(std::make_unique<THeadlessBackend>());
         ClearDesignerRegistry();
         RegisterComponents("Working", {&TqCalc::StaticClassInfo(), &TqxTimer::StaticClassInfo(),
-                                       &TqxMMTimer::StaticClassInfo(), &TqLed::StaticClassInfo()});
+                                       &TqxMMTimer::StaticClassInfo(), &TqLed::StaticClassInfo(),
+                                       &TqxRunProg::StaticClassInfo()});
         m_form.Build();
         m_form.Show();
         Application().ProcessMessages();
@@ -200,6 +203,25 @@ TEST_F(LiveViewsTest, TheMultimediaTimerCellShowsItsLateness) {
     EXPECT_EQ(view.Lines().at(0), "Interval 1 ms");
     EXPECT_EQ(view.Lines().at(1).find("Late p50 "), 0u);
     EXPECT_EQ(view.Lines().at(2).find("Late p99 "), 0u);
+}
+
+TEST_F(LiveViewsTest, TheRunButtonRunsTheCommandLineAndShowsTheReturnCode) {
+    TRunProgView& view = ViewOf<TRunProgView>(4);
+    auto& run = static_cast<TqxRunProg&>(m_form.PageCells(0).at(4)->Shown());
+    EXPECT_EQ(view.Lines().at(1), "ReturnCode 0");
+    std::vector<std::string> during;
+    run.OnBeforeWait = nullptr;
+    TTimer peek(nullptr);
+    peek.SetInterval(50);
+    peek.SetOnTimer([&](TObject*) {
+        peek.SetEnabled(false);
+        during = view.Lines();
+    });
+    Click(view.RunButton()); // the soft wait runs the loop until the program has ended
+    ASSERT_EQ(during.size(), 3u);
+    EXPECT_EQ(during.at(1), "Running, ReturnCode 259");
+    EXPECT_EQ(view.Lines(),
+              (std::vector<std::string>{"sh -c \"sleep 1; exit 3\"", "ReturnCode 3", "qre_OK"}));
 }
 
 TEST_F(LiveViewsTest, ADoubleClickOpensTheComponentAtFourTimesItsSize) {

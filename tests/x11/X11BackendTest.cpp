@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "X11Fixture.h"
+#include "splitters/Qsplit.h"
+#include "timing/Std2.h"
 
 #include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
@@ -382,6 +384,66 @@ TEST_F(X11BackendTest, ColourButtonsPressAndClickAndTheFormShowsAsHeadless) {
                             << QV_TEST_OUT;
     form.reset();
     FinalizePackage();
+}
+
+TEST_F(X11BackendTest, AWatchedPidfdEndsTheWaitAndRunsItsCallback) {
+    Application().ProcessMessages();
+    int error = 0;
+    std::optional<TChildProcess> child = TChildProcess::Spawn({"sh", "-c", "exit 9"}, error);
+    ASSERT_TRUE(child);
+    const int pidfd = child->PidFd();
+    std::optional<int> status;
+    m_x11->WatchFd(pidfd, [&] {
+        status = child->TryWait();
+        if (status) m_x11->UnwatchFd(pidfd);
+    });
+    // Without the watch these waits would only end after their ten seconds.
+    for (int i = 0; i < 100 && !status; ++i)
+        m_x11->WaitForEvents(10000);
+    EXPECT_EQ(status, 9);
+}
+
+TEST_F(X11BackendTest, XTestDragsMoveTheSplitterBothWaysAndReleasedOutsideTheWindow) {
+    auto form = std::make_unique<TForm>(nullptr);
+    form->SetBounds(100, 80, 300, 220);
+    auto* split = new TqVerSplit(form.get());
+    split->SetParent(form.get());
+    split->SetBounds(10, 10, 200, 200);
+    split->SetWhere(50);
+    ShowAndSettle(*form);
+    const auto drag = [&](int fromX, int toX, int toY) {
+        Display* d = m_probe.get();
+        XTestFakeMotionEvent(d, 0, fromX, 80 + 10 + 100, CurrentTime);
+        XTestFakeButtonEvent(d, 1, True, CurrentTime);
+        XSync(d, False);
+        PumpUntil([&] { return split->Bar().Dragging(); });
+        XTestFakeMotionEvent(d, 0, toX, toY, CurrentTime);
+        XTestFakeButtonEvent(d, 1, False, CurrentTime);
+        XSync(d, False);
+        return PumpUntil([&] { return !split->Bar().Dragging(); });
+    };
+    const int barX = 100 + 10 + 3; // the bar's middle column, split position 0
+    ASSERT_TRUE(drag(barX + 50, barX + 110, 80 + 10 + 140));
+    EXPECT_EQ(split->WhereSplit(), 110);
+    ASSERT_TRUE(drag(barX + 110, barX + 900, 700)); // far outside the window
+    EXPECT_EQ(split->WhereSplit(), 194);
+    ASSERT_TRUE(drag(barX + 194, barX + 20, 80 + 10 + 20));
+    EXPECT_EQ(split->WhereSplit(), 20);
+}
+
+TEST_F(X11BackendTest, TheCompositeCanvasDrawsOnTheWindow) {
+    auto form = MakeProbeForm(Bounds(60, 60, 240, 90));
+    ShowAndSettle(*form);
+    TqCompCanvas lender(nullptr);
+    lender.SetControlComponent(&Probe(*form, 1));
+    lender.StartPaint();
+    lender.Canvas().Brush().SetColor(TColor(0x0000FF));
+    lender.Canvas().FillRect(Rect(20, 20, 40, 40));
+    lender.EndPaint();
+    m_x11->Sync();
+    const TPixelBuffer shown = Capture(*form);
+    EXPECT_EQ(shown.At(10 + 30, 10 + 30), ColorToPixel(0x0000FF)); // the probe starts at (10, 10)
+    EXPECT_EQ(shown.At(10 + 50, 10 + 30), ColorToPixel(clYellow));
 }
 
 } // namespace

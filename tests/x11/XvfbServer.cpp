@@ -3,14 +3,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <string>
-#include <vector>
-
-extern char** environ;
 
 namespace qv::test {
 
@@ -31,44 +26,38 @@ std::string ReadDisplayNumber(int fd) {
     return {};
 }
 
-void Stop(pid_t pid) {
-    kill(pid, SIGTERM);
-    int status = 0;
-    waitpid(pid, &status, 0);
+void Stop(TChildProcess& server) {
+    kill(server.Pid(), SIGTERM);
+    server.Wait();
 }
 
 } // namespace
 
 std::unique_ptr<TXvfbServer> TXvfbServer::Start(int width, int height) {
+    // The read end stays here; the write end reaches Xvfb under its number.
     int pipeFds[2];
-    if (pipe(pipeFds) != 0) return nullptr;
+    if (pipe2(pipeFds, O_CLOEXEC) != 0) return nullptr;
+    fcntl(pipeFds[1], F_SETFD, 0);
     const std::string fd = std::to_string(pipeFds[1]);
     const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x24";
-    std::vector<std::string> args = {"Xvfb", "-displayfd", fd,    "-screen", "0",
-                                     screen, "-nolisten",  "tcp", "-noreset"};
-    std::vector<char*> argv;
-    for (std::string& a : args)
-        argv.push_back(a.data());
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addclose(&actions, pipeFds[0]);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    pid_t pid = 0;
-    const int spawned = posix_spawnp(&pid, "Xvfb", &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
+    TSpawnOptions options;
+    options.stderrPath = "/dev/null";
+    int error = 0;
+    std::optional<TChildProcess> server = TChildProcess::Spawn(
+        {"Xvfb", "-displayfd", fd, "-screen", "0", screen, "-nolisten", "tcp", "-noreset"}, error,
+        options);
     close(pipeFds[1]);
-    std::string number = spawned == 0 ? ReadDisplayNumber(pipeFds[0]) : std::string();
+    std::string number = server ? ReadDisplayNumber(pipeFds[0]) : std::string();
     close(pipeFds[0]);
     if (number.empty()) {
-        if (spawned == 0) Stop(pid);
+        if (server) Stop(*server);
         return nullptr;
     }
-    return std::unique_ptr<TXvfbServer>(new TXvfbServer(pid, ":" + number));
+    return std::unique_ptr<TXvfbServer>(new TXvfbServer(std::move(*server), ":" + number));
 }
 
 TXvfbServer::~TXvfbServer() {
-    Stop(m_pid);
+    Stop(m_server);
 }
 
 } // namespace qv::test

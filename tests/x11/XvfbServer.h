@@ -2,9 +2,10 @@
 // A private Xvfb server for the X11 tests: started on a free display number (Xvfb chooses
 // it and reports it through -displayfd) and stopped when the object goes away.
 
+#include "platform/system/ChildProcess.h"
+
 #include <memory>
 #include <string>
-#include <sys/types.h>
 
 namespace qv::test {
 
@@ -20,9 +21,10 @@ public:
     const std::string& DisplayName() const { return m_display; }
 
 private:
-    TXvfbServer(pid_t pid, std::string display) : m_pid(pid), m_display(std::move(display)) {}
+    TXvfbServer(TChildProcess server, std::string display)
+        : m_server(std::move(server)), m_display(std::move(display)) {}
 
-    pid_t m_pid;
+    TChildProcess m_server;
     std::string m_display;
 };
 

@@ -1,0 +1,6 @@
+#pragma once
+// Unit Qsplit: the splitter containers TqVerSplit and TqHorSplit and their bar TqSplit.
+
+#include "splitters/TqHorSplit.h"
+#include "splitters/TqSplit.h"
+#include "splitters/TqVerSplit.h"
