@@ -51,7 +51,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {8, "TqHorSplit", kPage1, &TqHorSplit::StaticClassInfo},
         {8, "TqPanelMeter", kPage1, nullptr},
         {9, "TqCalc", kPage2, &TqCalc::StaticClassInfo},
-        {9, "TqMinMax", kPage2, nullptr},
+        {9, "TqMinMax", kPage2, &TqMinMax::StaticClassInfo},
         {9, "TqHint", kPage2, nullptr},
         {9, "TqShowApp", kPage2, nullptr},
         {10, "TqSplashForm", kPage2, nullptr},

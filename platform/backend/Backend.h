@@ -24,6 +24,7 @@ struct TNativeWindowParams {
     std::string title;
     TRect bounds;      // screen coordinates of the client area
     bool popup{false}; // menus and hints: no decoration, not managed
+    bool skipTaskbar{false}; // no taskbar button of its own
 };
 
 enum class TMouseButton { Left, Right, Middle };
@@ -82,6 +83,8 @@ public:
     virtual void SetWindowState(TNativeWindowId window, TNativeWindowState state) = 0;
     // Size limits of the client area; 0 means no limit.
     virtual void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) = 0;
+    // Whether the window has a button of its own on the taskbar (true: it has none).
+    virtual void SetSkipTaskbar(TNativeWindowId window, bool skip) = 0;
     // The memory the window's frame buffer of `size` pixels should live in: a view
     // (TPixelBuffer::View) of storage the backend presents from without copying, valid
     // until the next FrameStorage call for the window or its destruction. Empty when the

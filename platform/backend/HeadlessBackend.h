@@ -31,6 +31,7 @@ public:
     void SetWindowTitle(TNativeWindowId window, const std::string& title) override;
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
+    void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
     TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
     void AwaitFrameIdle(TNativeWindowId) override {}
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;

@@ -35,6 +35,7 @@ public:
     void SetWindowTitle(TNativeWindowId window, const std::string& title) override;
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
+    void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
     TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
     void AwaitFrameIdle(TNativeWindowId window) override;
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;
@@ -63,7 +64,7 @@ private:
     struct TAtoms {
         Atom wmProtocols, wmDeleteWindow, wmState, netWmState, netWmStateMaxVert, netWmStateMaxHorz,
             netWmStateHidden, netWorkArea, netCurrentDesktop, netWmName, utf8String,
-            netWmWindowType, netWmWindowTypePopupMenu, netWmPid;
+            netWmWindowType, netWmWindowTypePopupMenu, netWmPid, netWmStateSkipTaskbar;
     };
     struct TWindow {
         Window xid{0};
@@ -71,6 +72,7 @@ private:
         bool visible{false}; // as the framework last asked
         bool mapped{false};
         bool focusWhenMapped{false};
+        bool skipTaskbar{false};
         TRect bounds;
         TNativeWindowState state{TNativeWindowState::Normal};
         TSize minSize, maxSize;
@@ -85,7 +87,7 @@ private:
     void PublishNormalHints(const TWindow& w);
     void PublishPopupType(const TWindow& w);
     void SendNetWmState(const TWindow& w, bool add, Atom first, Atom second);
-    void SetInitialNetWmState(const TWindow& w, bool maximized);
+    void SetInitialNetWmState(const TWindow& w);
     TNativeWindowState ReadState(const TWindow& w) const;
     Cursor CursorFor(int cursor);
 

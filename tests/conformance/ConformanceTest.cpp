@@ -176,6 +176,7 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TUserFunc", &Recorder<TUserFunc>},
         {"TqBackPaintEvent", &Recorder<TqBackPaintEvent>},
         {"TqxError", &Recorder<TqxError>},
+        {"TAskSize", &Recorder<TAskSize>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())

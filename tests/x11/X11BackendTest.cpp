@@ -6,10 +6,6 @@
 // GoogleTest comes before Xlib, whose macros (None, Bool) clash with its names.
 #include <gtest/gtest.h>
 
-#include "X11Fixture.h"
-#include "splitters/Qsplit.h"
-#include "timing/Std2.h"
-
 #include "backgrounds/Blend.h"
 #include "buttons/Qanimate.h"
 #include "package/Package.h"
@@ -18,6 +14,10 @@
 #include "platform/graphics/Bitmap.h"
 #include "platform/graphics/Canvas.h"
 #include "platform/graphics/ImageIO.h"
+#include "splitters/Qsplit.h"
+#include "timing/Std2.h"
+
+#include "X11Fixture.h"
 
 #include "platform/backend/X11Backend.h"
 
