@@ -117,6 +117,8 @@ void SwitchUntilTouched(TComponent& component, int tick) {
     const TTouchMark* mark = onOff.OnClick.target<TTouchMark>();
     if (onOff.Focused() || (mark && mark->touched)) return;
     if (tick % switchPeriod == 0) onOff.SetSwitchOn(tick / switchPeriod % 2 != 0);
+}
+
 // The mouse spot shows nothing itself: the gallery draws its count of enters through it.
 void CountEnters(TComponent& component, int) {
     auto& spot = static_cast<TqMouseSpot&>(component);
@@ -301,6 +303,16 @@ std::vector<TShowcase> MakeShowcases() {
           Setting<TqHorSplit>("WhereSplit", &TqHorSplit::WhereSplit, &TqHorSplit::SetWhere, 80)},
          {}});
     all.push_back({"TqCompCanvas", {}, DrawOnControl});
+    // Size limits: the cell's button opens a demo form that stops at them.
+    all.push_back(
+        {"TqMinMax",
+         {Setting<TqMinMax>("MinDragWidth", &TqMinMax::MinDragWidth, &TqMinMax::SetMinDragWidth, 240),
+          Setting<TqMinMax>("MinDragHeight", &TqMinMax::MinDragHeight, &TqMinMax::SetMinDragHeight,
+                            150),
+          Setting<TqMinMax>("MaxWidth", &TqMinMax::MaxWidth, &TqMinMax::SetMaxWidth, 480),
+          Setting<TqMinMax>("MaxDragWidth", &TqMinMax::MaxDragWidth, &TqMinMax::SetMaxDragWidth,
+                            480)},
+         {}});
     all.push_back({"TqMouseSpot",
                    {Setting<TqMouseSpot>("Hint", &TqMouseSpot::Hint, &TqMouseSpot::SetHint,
                                          std::string("A hot spot"))},
@@ -309,6 +321,10 @@ std::vector<TShowcase> MakeShowcases() {
 }
 
 } // namespace
+
+bool ActsOnItsForm(const std::string& className) {
+    return className == "TqMinMax";
+}
 
 const std::vector<TShowcase>& Showcases() {
     static const std::vector<TShowcase> all = MakeShowcases();
