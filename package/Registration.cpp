@@ -91,7 +91,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {25, "TqxSpectrum", kPage4, nullptr},
         {26, "TqxColorComboBox", kPage4, nullptr},
         {26, "TqxFontComboBox", kPage4, nullptr},
-        {27, "TqTrayIcon", kPage2, nullptr},
+        {27, "TqTrayIcon", kPage2, &TqTrayIcon::StaticClassInfo},
         {28, "TqxURLLabel", kPage3, nullptr},
     };
     return table;

@@ -10,6 +10,7 @@
 #include "utility/SystemInfo.h"
 #include "utility/TqCalc.h"
 #include "utility/TqMouseSpot.h"
+#include "utility/TqTrayIcon.h"
 
 namespace qv {
 

@@ -16,6 +16,8 @@
 
 namespace qv {
 
+class TTrayShell;
+
 using TNativeWindowId = std::uint32_t;
 
 enum class TNativeWindowState { Normal, Minimized, Maximized };
@@ -85,6 +87,8 @@ public:
     virtual void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) = 0;
     // Whether the window has a button of its own on the taskbar (true: it has none).
     virtual void SetSkipTaskbar(TNativeWindowId window, bool skip) = 0;
+    // The notification-area shell (platform/backend/TrayShell.h), made on first use.
+    virtual TTrayShell& TrayShell() = 0;
     // The memory the window's frame buffer of `size` pixels should live in: a view
     // (TPixelBuffer::View) of storage the backend presents from without copying, valid
     // until the next FrameStorage call for the window or its destruction. Empty when the

@@ -1,5 +1,6 @@
 #include "X11Backend.h"
 
+#include "TrayShell.h"
 #include "X11Keys.h"
 
 #include <X11/XKBlib.h>
@@ -353,6 +354,12 @@ void TX11Backend::SetSkipTaskbar(TNativeWindowId window, bool skip) {
     else
         SetInitialNetWmState(*w);
     XFlush(m_display.get());
+}
+
+// The notification area: the recording fake for now (QV_TRAY=fake chooses it explicitly).
+TTrayShell& TX11Backend::TrayShell() {
+    if (!m_tray) m_tray = std::make_unique<THeadlessTrayShell>();
+    return *m_tray;
 }
 
 Cursor TX11Backend::CursorFor(int cursor) {

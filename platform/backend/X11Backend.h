@@ -36,6 +36,7 @@ public:
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
     void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
+    TTrayShell& TrayShell() override;
     TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
     void AwaitFrameIdle(TNativeWindowId window) override;
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;
@@ -129,6 +130,7 @@ private:
     TClickTracker m_clicks;
     TNativeWindowId m_focused{0};
     std::int64_t m_clockStart{0};
+    std::unique_ptr<TTrayShell> m_tray;
 };
 
 // The X11 backend on $DISPLAY, or null when no display answers.

@@ -17,6 +17,7 @@
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
 #include "timing/Std2.h"
+#include "utility/Mystd.h"
 #include "utility/TqCalc.h"
 
 #include <gtest/gtest.h>
@@ -177,6 +178,8 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TqBackPaintEvent", &Recorder<TqBackPaintEvent>},
         {"TqxError", &Recorder<TqxError>},
         {"TAskSize", &Recorder<TAskSize>},
+        {"TAskEndSession", &Recorder<TAskEndSession>},
+        {"TCloseQueryEvent", &Recorder<TCloseQueryEvent>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())
