@@ -3,6 +3,9 @@
 #include "backgrounds/TqBackground.h"
 #include "buttons/TqColorBtn.h"
 #include "buttons/TqGradBtn.h"
+#include "platform/backend/TrayShell.h"
+#include "platform/controls/Application.h"
+#include "platform/controls/Menus.h"
 #include "platform/controls/Messages.h"
 #include "platform/core/TypeInfo.h"
 #include "platform/controls/Panel.h"
@@ -13,6 +16,7 @@
 #include "timing/TqxMMTimer.h"
 #include "timing/TqxRunProg.h"
 #include "timing/TqxTimer.h"
+#include "utility/TqTrayIcon.h"
 #include "utility/TqCalc.h"
 
 #include <cstdio>
@@ -161,6 +165,24 @@ void TMinMaxView::OpenDemo() {
     demo->Show();
 }
 
+// TTrayIconView
+
+TTrayIconView::TTrayIconView(TComponent* owner, TqTrayIcon& icon)
+    : TNonVisualView(owner, icon), m_icon(icon) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+}
+
+std::vector<std::string> TTrayIconView::Lines() const {
+    std::string menu;
+    if (const TPopupMenu* popup = m_icon.PopupMenu())
+        for (int i = 0; i < popup->Items()->Count(); ++i)
+            menu.append(i ? ", " : "").append(popup->Items()->Items(i)->Caption());
+    return {"tip: " + m_icon.ToolTip(),
+            std::string(m_icon.Active() ? "shown by " : "hidden, shell ") +
+                Application().Backend().TrayShell().Name(),
+            "menu: " + (menu.empty() ? std::string("none") : menu)};
+}
+
 std::string FormatMilliseconds(TTickDuration duration) {
     char text[32];
     std::snprintf(text, sizeof text, "%.2f ms", duration.count());
@@ -176,6 +198,7 @@ TNonVisualView* MakeNonVisualView(TComponent* owner, TComponent& shown) {
     if (auto* lender = dynamic_cast<TqCompCanvas*>(&shown))
         return new TCompCanvasView(owner, *lender);
     if (auto* limits = dynamic_cast<TqMinMax*>(&shown)) return new TMinMaxView(owner, *limits);
+    if (auto* icon = dynamic_cast<TqTrayIcon*>(&shown)) return new TTrayIconView(owner, *icon);
     return new TNonVisualView(owner, shown);
 }
 

@@ -21,6 +21,7 @@ class TqxRunProg;
 class TqColorBtn;
 class TqCompCanvas;
 class TqMinMax;
+class TqTrayIcon;
 class TPanel;
 } // namespace qv
 
@@ -133,6 +134,18 @@ private:
     TqMinMax& m_limits;
     TControl* m_open;
     std::unique_ptr<TForm> m_demo;
+};
+
+// The tray icon's cell: its tip, the shell that shows it and its menu.
+class TTrayIconView : public TNonVisualView {
+public:
+    TTrayIconView(TComponent* owner, TqTrayIcon& icon);
+    std::vector<std::string> Lines() const override;
+
+    static constexpr TSize DefaultSize{200, 72};
+
+private:
+    TqTrayIcon& m_icon;
 };
 
 // The program launcher with a Run button: the click runs its command line with a soft wait
