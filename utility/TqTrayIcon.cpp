@@ -198,7 +198,7 @@ void TqTrayIcon::QueryEndSession(TMessage& Message) {
 }
 
 void TqTrayIcon::MouseStep(UINT mouseMessage) {
-    const TPoint at = GetCursorPos();
+    const TPoint at = Application().Backend().CursorPos(); // the pointer itself, over the icon
     const TShiftState keys = GetShift();
     const auto with = [&keys](TShiftStateFlag flag) {
         TShiftState shift = keys;

@@ -1,6 +1,7 @@
 #include "X11Backend.h"
 
 #include "TrayShell.h"
+#include "X11Tray.h"
 #include "X11Keys.h"
 
 #include <X11/XKBlib.h>
@@ -356,9 +357,18 @@ void TX11Backend::SetSkipTaskbar(TNativeWindowId window, bool skip) {
     XFlush(m_display.get());
 }
 
-// The notification area: the recording fake for now (QV_TRAY=fake chooses it explicitly).
+// The notification area: the System Tray Protocol on this display, or the recording fake
+// when QV_TRAY=fake asks for it.
 TTrayShell& TX11Backend::TrayShell() {
-    if (!m_tray) m_tray = std::make_unique<THeadlessTrayShell>();
+    if (m_tray) return *m_tray;
+    if (RequestedTrayShell() == "fake") {
+        m_tray = std::make_unique<THeadlessTrayShell>();
+    } else {
+        auto xembed = std::make_unique<TX11TrayShell>(m_display.get(), m_screen,
+                                                      [this] { return NowMs(); });
+        m_xembed = xembed.get();
+        m_tray = std::move(xembed);
+    }
     return *m_tray;
 }
 

@@ -19,6 +19,8 @@
 
 namespace qv {
 
+class TX11TrayShell;
+
 class TX11Backend : public TBackend {
 public:
     // Connects to the named display (null: $DISPLAY); null when no server answers or its
@@ -37,6 +39,8 @@ public:
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
     void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
     TTrayShell& TrayShell() override;
+    // The XEmbed shell when it is the one in use, for tests.
+    TX11TrayShell* XEmbedTray() const { return m_xembed; }
     TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
     void AwaitFrameIdle(TNativeWindowId window) override;
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;
@@ -131,6 +135,7 @@ private:
     TNativeWindowId m_focused{0};
     std::int64_t m_clockStart{0};
     std::unique_ptr<TTrayShell> m_tray;
+    TX11TrayShell* m_xembed{nullptr}; // m_tray when it is the XEmbed shell
 };
 
 // The X11 backend on $DISPLAY, or null when no display answers.
