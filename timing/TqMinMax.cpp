@@ -154,8 +154,8 @@ void TqMinMax::AnswerMinMaxInfo(TMinMaxInfo& info) {
     TBackend& backend = Application().Backend();
     TLimits w = AdjustedLimits(backend.ScreenBounds(), backend.WorkArea());
     if (OnSizeChange)
-        OnSizeChange(this, w.minDragWidth, w.minDragHeight, w.maxWidth, w.maxHeight,
-                     w.maxDragWidth, w.maxDragHeight, w.maxLeft, w.maxTop);
+        OnSizeChange(this, w.minDragWidth, w.minDragHeight, w.maxWidth, w.maxHeight, w.maxDragWidth,
+                     w.maxDragHeight, w.maxLeft, w.maxTop);
     info.ptMaxSize = {w.maxWidth, w.maxHeight};
     info.ptMaxPosition = {w.maxLeft, w.maxTop};
     info.ptMaxTrackSize = {w.maxDragWidth, w.maxDragHeight};

@@ -32,10 +32,9 @@
 
 namespace qv {
 
-using TAskSize =
-    std::function<void(TObject* Sender, int& MinDragWidth, int& MinDragHeight, int& MaxWidth,
-                       int& MaxHeight, int& MaxDragWidth, int& MaxDragHeight, int& Maxleft,
-                       int& MaxTop)>;
+using TAskSize = std::function<void(TObject* Sender, int& MinDragWidth, int& MinDragHeight,
+                                    int& MaxWidth, int& MaxHeight, int& MaxDragWidth,
+                                    int& MaxDragHeight, int& Maxleft, int& MaxTop)>;
 QV_EVENT_TYPE(TAskSize)
 
 class TqMinMax : public TComponent {

@@ -294,7 +294,8 @@ std::vector<TShowcase> MakeShowcases() {
                    SwitchUntilTouched});
     // Tile maps show a pattern; the background's cell opens a demo form with its settings.
     all.push_back({"TqTileMap", {TilePattern<TqTileMap>(RGB(0, 64, 128), RGB(255, 200, 0))}, {}});
-    all.push_back({"TqNWTileMap", {TilePattern<TqNWTileMap>(RGB(128, 0, 0), RGB(240, 240, 240))}, {}});
+    all.push_back(
+        {"TqNWTileMap", {TilePattern<TqNWTileMap>(RGB(128, 0, 0), RGB(240, 240, 240))}, {}});
     all.push_back({"TqBackground",
                    {Setting<TqBackground>("BackType", &TqBackground::BackType,
                                           &TqBackground::SetBackType, btBlend),
@@ -302,17 +303,17 @@ std::vector<TShowcase> MakeShowcases() {
                                           &TqBackground::SetEndColor, TColor(0x400000))},
                    CycleFillType<TqBackground>});
     // The gradient button counts its clicks and cycles its fill type.
-    all.push_back({"TqGradBtn",
-                   {Setting<TqGradBtn>("Caption", &TqGradBtn::Caption, &TqGradBtn::SetCaption,
-                                       std::string("&Gradient")),
-                    Setting<TqGradBtn>("Color", &TqGradBtn::Color, &TqGradBtn::SetColor,
-                                       TColor(0xFFF0E0)),
-                    Setting<TqGradBtn>("EndColor", &TqGradBtn::EndColor, &TqGradBtn::SetEndColor,
-                                       TColor(0x804000))},
-                   [](TComponent& c, int tick) {
-                       CountClicks(c, tick);
-                       CycleFillType<TqGradBtn>(c, tick);
-                   }});
+    all.push_back(
+        {"TqGradBtn",
+         {Setting<TqGradBtn>("Caption", &TqGradBtn::Caption, &TqGradBtn::SetCaption,
+                             std::string("&Gradient")),
+          Setting<TqGradBtn>("Color", &TqGradBtn::Color, &TqGradBtn::SetColor, TColor(0xFFF0E0)),
+          Setting<TqGradBtn>("EndColor", &TqGradBtn::EndColor, &TqGradBtn::SetEndColor,
+                             TColor(0x804000))},
+         [](TComponent& c, int tick) {
+             CountClicks(c, tick);
+             CycleFillType<TqGradBtn>(c, tick);
+         }});
     // Process, splitter, canvas and hot-spot components. Splitters are dragged by the user.
     all.push_back({"TqxRunProg",
                    {Setting<TqxRunProg>("CmdLine", &TqxRunProg::CmdLine, &TqxRunProg::SetCmdLine,
@@ -333,22 +334,23 @@ std::vector<TShowcase> MakeShowcases() {
          {}});
     all.push_back({"TqCompCanvas", {}, DrawOnControl});
     // A tray icon beside the clock, with a menu.
-    all.push_back({"TqTrayIcon",
-                   {Setting<TqTrayIcon>("ToolTip", &TqTrayIcon::ToolTip, &TqTrayIcon::SetToolTip,
-                                        std::string("Quelvar gallery")),
-                    TrayMenu(),
-                    Setting<TqTrayIcon>("Active", &TqTrayIcon::Active, &TqTrayIcon::SetActive, true)},
-                   {}});
-    // Size limits: the cell's button opens a demo form that stops at them.
     all.push_back(
-        {"TqMinMax",
-         {Setting<TqMinMax>("MinDragWidth", &TqMinMax::MinDragWidth, &TqMinMax::SetMinDragWidth, 240),
-          Setting<TqMinMax>("MinDragHeight", &TqMinMax::MinDragHeight, &TqMinMax::SetMinDragHeight,
-                            150),
-          Setting<TqMinMax>("MaxWidth", &TqMinMax::MaxWidth, &TqMinMax::SetMaxWidth, 480),
-          Setting<TqMinMax>("MaxDragWidth", &TqMinMax::MaxDragWidth, &TqMinMax::SetMaxDragWidth,
-                            480)},
+        {"TqTrayIcon",
+         {Setting<TqTrayIcon>("ToolTip", &TqTrayIcon::ToolTip, &TqTrayIcon::SetToolTip,
+                              std::string("Quelvar gallery")),
+          TrayMenu(),
+          Setting<TqTrayIcon>("Active", &TqTrayIcon::Active, &TqTrayIcon::SetActive, true)},
          {}});
+    // Size limits: the cell's button opens a demo form that stops at them.
+    all.push_back({"TqMinMax",
+                   {Setting<TqMinMax>("MinDragWidth", &TqMinMax::MinDragWidth,
+                                      &TqMinMax::SetMinDragWidth, 240),
+                    Setting<TqMinMax>("MinDragHeight", &TqMinMax::MinDragHeight,
+                                      &TqMinMax::SetMinDragHeight, 150),
+                    Setting<TqMinMax>("MaxWidth", &TqMinMax::MaxWidth, &TqMinMax::SetMaxWidth, 480),
+                    Setting<TqMinMax>("MaxDragWidth", &TqMinMax::MaxDragWidth,
+                                      &TqMinMax::SetMaxDragWidth, 480)},
+                   {}});
     all.push_back({"TqMouseSpot",
                    {Setting<TqMouseSpot>("Hint", &TqMouseSpot::Hint, &TqMouseSpot::SetHint,
                                          std::string("A hot spot"))},

@@ -7,8 +7,8 @@
 #include "platform/controls/Application.h"
 #include "platform/controls/Menus.h"
 #include "platform/controls/Messages.h"
-#include "platform/core/TypeInfo.h"
 #include "platform/controls/Panel.h"
+#include "platform/core/TypeInfo.h"
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
 #include "timing/TqCompCanvas.h"
@@ -16,8 +16,8 @@
 #include "timing/TqxMMTimer.h"
 #include "timing/TqxRunProg.h"
 #include "timing/TqxTimer.h"
-#include "utility/TqTrayIcon.h"
 #include "utility/TqCalc.h"
+#include "utility/TqTrayIcon.h"
 
 #include <cstdio>
 

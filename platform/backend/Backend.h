@@ -24,8 +24,8 @@ enum class TNativeWindowState { Normal, Minimized, Maximized };
 
 struct TNativeWindowParams {
     std::string title;
-    TRect bounds;      // screen coordinates of the client area
-    bool popup{false}; // menus and hints: no decoration, not managed
+    TRect bounds;            // screen coordinates of the client area
+    bool popup{false};       // menus and hints: no decoration, not managed
     bool skipTaskbar{false}; // no taskbar button of its own
 };
 

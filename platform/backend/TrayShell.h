@@ -37,7 +37,8 @@ enum class TTrayOperation { Add, Modify, Delete };
 class TTrayShell {
 public:
     // window, callback message, icon id, mouse message.
-    using TNotify = std::function<void(std::uintptr_t, std::uint32_t, std::uint32_t, std::uint32_t)>;
+    using TNotify =
+        std::function<void(std::uintptr_t, std::uint32_t, std::uint32_t, std::uint32_t)>;
 
     virtual ~TTrayShell() = default;
     virtual const char* Name() const = 0;

@@ -1,8 +1,8 @@
 #include "X11Backend.h"
 
 #include "TrayShell.h"
-#include "X11Tray.h"
 #include "X11Keys.h"
+#include "X11Tray.h"
 
 #include <X11/XKBlib.h>
 #include <X11/Xatom.h>
@@ -154,8 +154,8 @@ void TX11Backend::InternAtoms() {
     constexpr int count = sizeof names / sizeof names[0];
     Atom atoms[count];
     XInternAtoms(m_display.get(), const_cast<char**>(names), count, False, atoms);
-    m_atoms = {atoms[0], atoms[1], atoms[2], atoms[3],  atoms[4],  atoms[5],  atoms[6],
-               atoms[7], atoms[8], atoms[9], atoms[10], atoms[11], atoms[12], atoms[13], atoms[14]};
+    m_atoms = {atoms[0], atoms[1], atoms[2],  atoms[3],  atoms[4],  atoms[5],  atoms[6], atoms[7],
+               atoms[8], atoms[9], atoms[10], atoms[11], atoms[12], atoms[13], atoms[14]};
 }
 
 TX11Backend::TWindow* TX11Backend::Find(TNativeWindowId window) {
@@ -364,8 +364,8 @@ TTrayShell& TX11Backend::TrayShell() {
     if (RequestedTrayShell() == "fake") {
         m_tray = std::make_unique<THeadlessTrayShell>();
     } else {
-        auto xembed = std::make_unique<TX11TrayShell>(m_display.get(), m_screen,
-                                                      [this] { return NowMs(); });
+        auto xembed =
+            std::make_unique<TX11TrayShell>(m_display.get(), m_screen, [this] { return NowMs(); });
         m_xembed = xembed.get();
         m_tray = std::move(xembed);
     }

@@ -15,8 +15,8 @@ constexpr long XEmbedMapped = 1;
 constexpr unsigned IconSize = 24; // until the host gives its size
 constexpr std::int64_t DoubleClickMs = 500;
 constexpr std::uint32_t ButtonFace = 0xF0F0F0;
-constexpr long iconEvents = ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
-                            ExposureMask | StructureNotifyMask;
+constexpr long iconEvents =
+    ButtonPressMask | ButtonReleaseMask | PointerMotionMask | ExposureMask | StructureNotifyMask;
 
 // Mouse messages of the classic shell.
 constexpr std::uint32_t MouseMove = 0x200;
@@ -30,8 +30,10 @@ std::vector<std::uint32_t> Scaled(const TPixelBuffer& icon, int width, int heigh
     if (icon.IsEmpty()) return out;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
-            const int x0 = x * icon.Width() / width, x1 = std::max(x0 + 1, (x + 1) * icon.Width() / width);
-            const int y0 = y * icon.Height() / height, y1 = std::max(y0 + 1, (y + 1) * icon.Height() / height);
+            const int x0 = x * icon.Width() / width,
+                      x1 = std::max(x0 + 1, (x + 1) * icon.Width() / width);
+            const int y0 = y * icon.Height() / height,
+                      y1 = std::max(y0 + 1, (y + 1) * icon.Height() / height);
             std::uint64_t a = 0, r = 0, g = 0, b = 0, n = 0;
             for (int sy = y0; sy < y1; ++sy)
                 for (int sx = x0; sx < x1; ++sx) {
@@ -96,9 +98,9 @@ bool TX11TrayShell::Apply(TTrayOperation operation, const TTrayIconRecord& recor
         XSetWindowAttributes attributes{};
         attributes.event_mask = iconEvents;
         attributes.background_pixel = ButtonFace;
-        icon.xid = XCreateWindow(m_display, m_root, 0, 0, IconSize, IconSize, 0, CopyFromParent,
-                                 InputOutput, CopyFromParent, CWEventMask | CWBackPixel,
-                                 &attributes);
+        icon.xid =
+            XCreateWindow(m_display, m_root, 0, 0, IconSize, IconSize, 0, CopyFromParent,
+                          InputOutput, CopyFromParent, CWEventMask | CWBackPixel, &attributes);
         const long info[2] = {0, XEmbedMapped};
         XChangeProperty(m_display, icon.xid, m_xembedInfo, m_xembedInfo, 32, PropModeReplace,
                         reinterpret_cast<const unsigned char*>(info), 2);
@@ -167,9 +169,10 @@ void TX11TrayShell::Paint(const TIcon& icon) {
         return;
     const int width = attributes.width, height = attributes.height;
     std::vector<std::uint32_t> pixels = Scaled(icon.record.icon, width, height);
-    XImage* image = XCreateImage(m_display, attributes.visual, static_cast<unsigned>(attributes.depth),
-                                 ZPixmap, 0, reinterpret_cast<char*>(pixels.data()),
-                                 static_cast<unsigned>(width), static_cast<unsigned>(height), 32, 0);
+    XImage* image =
+        XCreateImage(m_display, attributes.visual, static_cast<unsigned>(attributes.depth), ZPixmap,
+                     0, reinterpret_cast<char*>(pixels.data()), static_cast<unsigned>(width),
+                     static_cast<unsigned>(height), 32, 0);
     if (!image) return;
     GC gc = XCreateGC(m_display, icon.xid, 0, nullptr);
     XPutImage(m_display, icon.xid, gc, image, 0, 0, 0, 0, static_cast<unsigned>(width),

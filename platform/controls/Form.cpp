@@ -118,8 +118,8 @@ void TCustomForm::UpdateSizeLimits() {
     SendMessage(Handle(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
     backend.SetSizeLimits(m_native, {info.ptMinTrackSize.x, info.ptMinTrackSize.y},
                           {info.ptMaxTrackSize.x, info.ptMaxTrackSize.y});
-    m_maximizedBounds = Bounds(info.ptMaxPosition.x, info.ptMaxPosition.y, info.ptMaxSize.x,
-                               info.ptMaxSize.y);
+    m_maximizedBounds =
+        Bounds(info.ptMaxPosition.x, info.ptMaxPosition.y, info.ptMaxSize.x, info.ptMaxSize.y);
     // The window manager maximises to the work area by itself; other bounds the form sets.
     if (m_windowState == wsMaximized && m_maximizedBounds != work && !m_maximizedBounds.IsEmpty() &&
         BoundsRect() != m_maximizedBounds)

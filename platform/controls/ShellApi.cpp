@@ -18,7 +18,8 @@ TTrayIconRecord RecordOf(const TNotifyIconData& data) {
     record.flags = data.uFlags;
     record.callbackMessage = data.uCallbackMessage;
     if ((data.uFlags & NIF_ICON) && data.hIcon) record.icon = *data.hIcon;
-    if (data.uFlags & NIF_TIP) record.tip.assign(data.szTip, strnlen(data.szTip, sizeof data.szTip));
+    if (data.uFlags & NIF_TIP)
+        record.tip.assign(data.szTip, strnlen(data.szTip, sizeof data.szTip));
     return record;
 }
 

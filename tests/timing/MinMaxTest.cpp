@@ -140,7 +140,7 @@ TEST_F(MinMax, TheTaskbarIsTheStripOutsideTheWorkArea) {
     EXPECT_EQ(left.maxLeft, 40);
     EXPECT_EQ(left.maxDragWidth, 985);
     EXPECT_EQ(at({0, 0, 984, 768}).maxDragWidth, 1025 - 39); // at the right
-    EXPECT_EQ(at(screen).maxLeft, 30);                        // no taskbar: nothing changes
+    EXPECT_EQ(at(screen).maxLeft, 30);                       // no taskbar: nothing changes
 }
 
 TEST_F(MinMax, OnSizeChangeSeesWorkingCopiesOnly) {

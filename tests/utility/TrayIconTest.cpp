@@ -51,11 +51,11 @@ protected:
         icon->OnDblClick = [this](TObject*) { log.push_back("dblclick"); };
         const auto mouse = [this](const char* name) {
             return [this, name](TObject*, TMouseButtonKind button, TShiftState shift, int, int) {
-                log.push_back(std::string(name) + std::to_string(button) +
-                              (shift.Contains(ssLeft) || shift.Contains(ssRight) ||
-                                       shift.Contains(ssMiddle)
-                                   ? "+"
-                                   : ""));
+                log.push_back(
+                    std::string(name) + std::to_string(button) +
+                    (shift.Contains(ssLeft) || shift.Contains(ssRight) || shift.Contains(ssMiddle)
+                         ? "+"
+                         : ""));
             };
         };
         icon->OnMouseDown = mouse("down");

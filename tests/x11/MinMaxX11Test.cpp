@@ -64,8 +64,8 @@ protected:
         unsigned long count = 0, after = 0;
         unsigned char* data = nullptr;
         std::vector<Atom> atoms;
-        if (XGetWindowProperty(d, m_form->NativeWindow(), XInternAtom(d, "_NET_WM_STATE", False),
-                               0, 16, False, XA_ATOM, &type, &format, &count, &after,
+        if (XGetWindowProperty(d, m_form->NativeWindow(), XInternAtom(d, "_NET_WM_STATE", False), 0,
+                               16, False, XA_ATOM, &type, &format, &count, &after,
                                &data) == Success &&
             data) {
             const auto* values = reinterpret_cast<const Atom*>(data);
@@ -83,17 +83,18 @@ protected:
         Display* d = m_probe.get();
         const Atom check = XInternAtom(d, "_NET_SUPPORTING_WM_CHECK", False);
         return PumpUntil([&] {
-            Atom type = None;
-            int format = 0;
-            unsigned long count = 0, after = 0;
-            unsigned char* data = nullptr;
-            const bool found = XGetWindowProperty(d, DefaultRootWindow(d), check, 0, 1, False,
-                                                  XA_WINDOW, &type, &format, &count, &after,
-                                                  &data) == Success &&
-                               data && count == 1;
-            if (data) XFree(data);
-            return found || m_wm->TryWait().has_value();
-        }) && !m_wm->Ended();
+                   Atom type = None;
+                   int format = 0;
+                   unsigned long count = 0, after = 0;
+                   unsigned char* data = nullptr;
+                   const bool found =
+                       XGetWindowProperty(d, DefaultRootWindow(d), check, 0, 1, False, XA_WINDOW,
+                                          &type, &format, &count, &after, &data) == Success &&
+                       data && count == 1;
+                   if (data) XFree(data);
+                   return found || m_wm->TryWait().has_value();
+               }) &&
+               !m_wm->Ended();
     }
     static std::string DisplayName() { return s_server->DisplayName(); }
 
