@@ -6,6 +6,7 @@
 // GoogleTest comes before Xlib, whose macros (None, Bool) clash with its names.
 #include <gtest/gtest.h>
 
+#include "platform/graphics/ImageIO.h"
 #include "utility/Mystd.h"
 
 #include "X11Fixture.h"
@@ -13,6 +14,7 @@
 #include "platform/backend/X11Tray.h"
 
 #include <csignal>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -78,6 +80,32 @@ protected:
                               attributes.height / 2, &x, &y, &child);
         return {x, y};
     }
+    // The host's top-level window as the screen shows it, written to the test output
+    // (tray-docked.png), for the documentation.
+    void WriteHostPicture() {
+        Display* d = m_probe.get();
+        Window window = IconWindow(), root = 0, parent = 0, *children = nullptr;
+        unsigned count = 0;
+        while (XQueryTree(d, window, &root, &parent, &children, &count) && parent != root) {
+            if (children) XFree(children);
+            children = nullptr;
+            window = parent;
+        }
+        if (children) XFree(children);
+        XWindowAttributes host{};
+        XGetWindowAttributes(d, window, &host);
+        XImage* image = XGetImage(d, root, host.x, host.y, static_cast<unsigned>(host.width),
+                                  static_cast<unsigned>(host.height), AllPlanes, ZPixmap);
+        if (!image) return;
+        TPixelBuffer pixels(host.width, host.height, 0);
+        for (int y = 0; y < host.height; ++y)
+            for (int x = 0; x < host.width; ++x)
+                pixels.At(x, y) = static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFF;
+        XDestroyImage(image);
+        const std::filesystem::path out = QV_TEST_OUT;
+        std::filesystem::create_directories(out);
+        WriteFileBytes((out / "tray-docked.png").string(), EncodePng(pixels, false));
+    }
     void MakeIcon() {
         m_form = std::make_unique<TForm>(nullptr);
         Application().SetMainForm(m_form.get()); // so that the icon leaves it hidden
@@ -106,6 +134,8 @@ TEST_F(TrayInX11, TheIconDocksClicksAndDocksAgainInANewHost) {
     XGetWindowAttributes(m_probe.get(), IconWindow(), &attributes);
     EXPECT_GT(attributes.width, 1); // sized by the host
     EXPECT_GT(attributes.height, 1);
+    PumpUntil([] { return false; }, 200); // painted
+    WriteHostPicture();
 
     FakeClick(IconCentre());
     EXPECT_TRUE(PumpUntil([&] { return m_clicks == 1; }));
