@@ -2,6 +2,7 @@
 
 #include "FormHelpers.h"
 
+#include "platform/backend/TrayShell.h"
 #include "platform/controls/Application.h"
 #include "platform/controls/Form.h"
 #include "platform/core/ClassBuilder.h"
@@ -272,6 +273,15 @@ void TqTrayIcon::CheckMenuPopup(TPoint point, bool left) {
     if (event) event(this);
     menu->Popup(point.x, point.y);
     if (TCustomForm* main = Application().MainForm()) PostMessage(main->Handle(), WM_NULL);
+}
+
+bool TqTrayIcon::ShowBalloon(const std::string& text, int timeoutMs) {
+    if (!Shown()) return false;
+    FillData();
+    TTrayIconRecord record;
+    record.window = m_data.hWnd;
+    record.id = m_data.uID;
+    return Application().Backend().TrayShell().ShowMessage(record, text, timeoutMs);
 }
 
 bool TqTrayIcon::CheckMenu() {

@@ -95,6 +95,9 @@ public:
     // The default-item step: true when the popup menu's default item ran.
     virtual bool CheckMenu();
     void CheckMenuPopup(TPoint point, bool left);
+    // A balloon message beside the shown icon (not published): the tray host's message on
+    // X11. False when the icon is not shown or the host shows no messages.
+    bool ShowBalloon(const std::string& text, int timeoutMs = 10000);
 
     void Notification(TComponent* AComponent, TOperation Operation) override;
 

@@ -23,6 +23,12 @@ bool THeadlessTrayShell::Apply(TTrayOperation operation, const TTrayIconRecord& 
     return false;
 }
 
+bool THeadlessTrayShell::ShowMessage(const TTrayIconRecord& record, const std::string& text, int) {
+    if (!m_icons.count({record.window, record.id})) return false;
+    m_messages.push_back(text);
+    return true;
+}
+
 bool THeadlessTrayShell::Inject(std::uintptr_t window, std::uint32_t id,
                                 std::uint32_t mouseMessage) const {
     auto it = m_icons.find({window, id});

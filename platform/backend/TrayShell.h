@@ -44,6 +44,10 @@ public:
     virtual const char* Name() const = 0;
     // True when the shell did what was asked.
     virtual bool Apply(TTrayOperation operation, const TTrayIconRecord& record) = 0;
+    // A balloon message beside a shown icon for about `timeoutMs` (0: until dismissed); false
+    // when the shell cannot show it.
+    virtual bool ShowMessage(const TTrayIconRecord& record, const std::string& text,
+                             int timeoutMs) = 0;
 
     void SetNotify(TNotify notify) { m_notify = std::move(notify); }
     bool HasNotify() const { return static_cast<bool>(m_notify); }
@@ -65,8 +69,12 @@ public:
     };
     const char* Name() const override { return "fake"; }
     bool Apply(TTrayOperation operation, const TTrayIconRecord& record) override;
+    bool ShowMessage(const TTrayIconRecord& record, const std::string& text,
+                     int timeoutMs) override;
 
     const std::vector<TCall>& Calls() const { return m_calls; }
+    // The balloon texts shown, in order.
+    const std::vector<std::string>& Messages() const { return m_messages; }
     void ClearCalls() { m_calls.clear(); }
     // The icons shown, by window and id.
     const std::map<std::pair<std::uintptr_t, std::uint32_t>, TTrayIconRecord>& Icons() const {
@@ -79,6 +87,7 @@ public:
 
 private:
     std::vector<TCall> m_calls;
+    std::vector<std::string> m_messages;
     std::map<std::pair<std::uintptr_t, std::uint32_t>, TTrayIconRecord> m_icons;
     bool m_hostPresent{true};
 };

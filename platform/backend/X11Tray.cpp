@@ -3,6 +3,7 @@
 #include <X11/Xutil.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@ namespace qv {
 namespace {
 
 constexpr long SystemTrayRequestDock = 0;
+constexpr long SystemTrayBeginMessage = 1;
 constexpr long XEmbedMapped = 1;
 constexpr unsigned IconSize = 24; // until the host gives its size
 constexpr std::int64_t DoubleClickMs = 500;
@@ -66,6 +68,7 @@ TX11TrayShell::TX11TrayShell(Display* display, int screen, std::function<std::in
     m_opcode = XInternAtom(display, "_NET_SYSTEM_TRAY_OPCODE", False);
     m_manager = XInternAtom(display, "MANAGER", False);
     m_xembedInfo = XInternAtom(display, "_XEMBED_INFO", False);
+    m_messageData = XInternAtom(display, "_NET_SYSTEM_TRAY_MESSAGE_DATA", False);
     // MANAGER comes to the root with StructureNotifyMask.
     XWindowAttributes root{};
     XGetWindowAttributes(display, m_root, &root);
@@ -130,6 +133,36 @@ bool TX11TrayShell::Apply(TTrayOperation operation, const TTrayIconRecord& recor
         return true;
     }
     return false;
+}
+
+void TX11TrayShell::SendToHost(Window window, Atom type, int format, const long* data) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = type;
+    event.xclient.format = format;
+    if (format == 32)
+        std::copy(data, data + 5, event.xclient.data.l);
+    else
+        std::memcpy(event.xclient.data.b, data, sizeof event.xclient.data.b);
+    XSendEvent(m_display, m_host, False, NoEventMask, &event);
+}
+
+bool TX11TrayShell::ShowMessage(const TTrayIconRecord& record, const std::string& text,
+                                int timeoutMs) {
+    auto it = m_icons.find({record.window, record.id});
+    if (it == m_icons.end() || !it->second.docked || !m_host) return false;
+    const Window xid = it->second.xid;
+    const long begin[5] = {CurrentTime, SystemTrayBeginMessage, std::max(timeoutMs, 0),
+                           static_cast<long>(text.size()), m_nextMessageId++};
+    SendToHost(xid, m_opcode, 32, begin);
+    for (std::size_t at = 0; at < text.size(); at += 20) {
+        long piece[5] = {};
+        std::memcpy(piece, text.data() + at, std::min<std::size_t>(20, text.size() - at));
+        SendToHost(xid, m_messageData, 8, piece);
+    }
+    XFlush(m_display);
+    return true;
 }
 
 void TX11TrayShell::Dock(TIcon& icon) {

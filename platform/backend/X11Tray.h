@@ -28,6 +28,9 @@ public:
 
     const char* Name() const override { return "xembed"; }
     bool Apply(TTrayOperation operation, const TTrayIconRecord& record) override;
+    // _NET_SYSTEM_TRAY_BEGIN_MESSAGE and the text in _NET_SYSTEM_TRAY_MESSAGE_DATA pieces.
+    bool ShowMessage(const TTrayIconRecord& record, const std::string& text,
+                     int timeoutMs) override;
     // True when the event was the tray's (an icon window's, the host's or MANAGER).
     bool HandleEvent(const XEvent& event);
 
@@ -48,6 +51,7 @@ private:
     // The current host (owner of the tray selection), watched for its end; 0 when none.
     Window FindHost();
     void Dock(TIcon& icon);
+    void SendToHost(Window window, Atom type, int format, const long* data);
     void Withdraw(TIcon& icon);
     void Paint(const TIcon& icon);
     TIcon* FindByWindow(Window xid);
@@ -57,7 +61,8 @@ private:
     int m_screen;
     Window m_root;
     std::function<std::int64_t()> m_nowMs;
-    Atom m_selection, m_opcode, m_manager, m_xembedInfo;
+    Atom m_selection, m_opcode, m_manager, m_xembedInfo, m_messageData;
+    long m_nextMessageId{1};
     Window m_host{0};
     std::map<TKey, TIcon> m_icons;
 };

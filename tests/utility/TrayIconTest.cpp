@@ -247,6 +247,14 @@ TEST_F(TrayIcon, HideParentFormActsOnSecondaryFormsOnlyAndFromTheQueue) {
     EXPECT_TRUE(second->Visible());
 }
 
+TEST_F(TrayIcon, ABalloonNeedsAShownIcon) {
+    auto* icon = new TqTrayIcon(main.get());
+    EXPECT_FALSE(icon->ShowBalloon("Hidden"));
+    icon->SetActive(true);
+    EXPECT_TRUE(icon->ShowBalloon("Backup done"));
+    EXPECT_EQ(Shell().Messages(), (std::vector<std::string>{"Backup done"}));
+}
+
 TEST_F(TrayIcon, TheEndOfTheSessionIsAskedForTheMainFormOnly) {
     auto* onMain = new TqTrayIcon(main.get());
     auto* onSecond = new TqTrayIcon(second.get());

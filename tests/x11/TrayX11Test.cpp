@@ -137,6 +137,7 @@ TEST_F(TrayInX11, TheIconDocksClicksAndDocksAgainInANewHost) {
     PumpUntil([] { return false; }, 200); // painted
     WriteHostPicture();
 
+    EXPECT_TRUE(m_icon->ShowBalloon("Hello from the test")); // sent to the host
     FakeClick(IconCentre());
     EXPECT_TRUE(PumpUntil([&] { return m_clicks == 1; }));
     FakeClick(IconCentre()); // the second press is a double click
