@@ -92,6 +92,10 @@ private:
     bool m_hostPresent{true};
 };
 
+// The picture (0xAARRGGBB) scaled to `size` by area average and blended onto `ground`
+// (0xRRGGBB); all ground when the picture is empty.
+TPixelBuffer ScaleTrayIcon(const TPixelBuffer& icon, TSize size, std::uint32_t ground);
+
 // QV_TRAY's choice: "fake" for the recording fake, "" when unset, else the value.
 std::string RequestedTrayShell();
 

@@ -26,38 +26,6 @@ constexpr std::uint32_t DownOf(unsigned button) {
     return button == 1 ? 0x201 : button == 3 ? 0x204 : 0x207;
 }
 
-// The picture scaled to width x height by area average, blended onto the button face.
-std::vector<std::uint32_t> Scaled(const TPixelBuffer& icon, int width, int height) {
-    std::vector<std::uint32_t> out(static_cast<std::size_t>(width) * height, ButtonFace);
-    if (icon.IsEmpty()) return out;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            const int x0 = x * icon.Width() / width,
-                      x1 = std::max(x0 + 1, (x + 1) * icon.Width() / width);
-            const int y0 = y * icon.Height() / height,
-                      y1 = std::max(y0 + 1, (y + 1) * icon.Height() / height);
-            std::uint64_t a = 0, r = 0, g = 0, b = 0, n = 0;
-            for (int sy = y0; sy < y1; ++sy)
-                for (int sx = x0; sx < x1; ++sx) {
-                    const std::uint32_t p = icon.At(sx, sy);
-                    const std::uint32_t alpha = p >> 24;
-                    a += alpha;
-                    r += ((p >> 16) & 0xFF) * alpha;
-                    g += ((p >> 8) & 0xFF) * alpha;
-                    b += (p & 0xFF) * alpha;
-                    ++n;
-                }
-            const std::uint32_t alpha = static_cast<std::uint32_t>(a / n);
-            const auto mix = [&](std::uint64_t sum, std::uint32_t ground) {
-                const std::uint32_t colour = a ? static_cast<std::uint32_t>(sum / a) : 0;
-                return (colour * alpha + ground * (255 - alpha)) / 255;
-            };
-            out[static_cast<std::size_t>(y) * width + x] =
-                mix(r, 0xF0) << 16 | mix(g, 0xF0) << 8 | mix(b, 0xF0);
-        }
-    return out;
-}
-
 } // namespace
 
 TX11TrayShell::TX11TrayShell(Display* display, int screen, std::function<std::int64_t()> nowMs)
@@ -201,7 +169,11 @@ void TX11TrayShell::Paint(const TIcon& icon) {
         attributes.height <= 0)
         return;
     const int width = attributes.width, height = attributes.height;
-    std::vector<std::uint32_t> pixels = Scaled(icon.record.icon, width, height);
+    const TPixelBuffer scaled = ScaleTrayIcon(icon.record.icon, {width, height}, ButtonFace);
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * height);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            pixels[static_cast<std::size_t>(y) * width + x] = scaled.At(x, y);
     XImage* image =
         XCreateImage(m_display, attributes.visual, static_cast<unsigned>(attributes.depth), ZPixmap,
                      0, reinterpret_cast<char*>(pixels.data()), static_cast<unsigned>(width),
