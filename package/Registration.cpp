@@ -55,7 +55,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {8, "TqHorSplit", kPage1, &TqHorSplit::StaticClassInfo},
         {8, "TqPanelMeter", kPage1, &TqPanelMeter::StaticClassInfo},
         {9, "TqCalc", kPage2, &TqCalc::StaticClassInfo},
-        {9, "TqMinMax", kPage2, nullptr},
+        {9, "TqMinMax", kPage2, &TqMinMax::StaticClassInfo},
         {9, "TqHint", kPage2, nullptr},
         {9, "TqShowApp", kPage2, nullptr},
         {10, "TqSplashForm", kPage2, nullptr},
@@ -95,7 +95,7 @@ const std::vector<TRegistrationEntry>& RegistrationTable() {
         {25, "TqxSpectrum", kPage4, &TqxSpectrum::StaticClassInfo},
         {26, "TqxColorComboBox", kPage4, nullptr},
         {26, "TqxFontComboBox", kPage4, nullptr},
-        {27, "TqTrayIcon", kPage2, nullptr},
+        {27, "TqTrayIcon", kPage2, &TqTrayIcon::StaticClassInfo},
         {28, "TqxURLLabel", kPage3, nullptr},
     };
     return table;

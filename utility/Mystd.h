@@ -1,7 +1,7 @@
 #pragma once
-// Unit Mystd: the calculator component, the mouse spot, the math routines, the dialog-unit
-// conversions, FindForm, gradType, the shared hint appearance and the processor and host routines,
-// with the unit's initialization and finalization.
+// Unit Mystd: the calculator component, the mouse spot, the tray icon, the math routines, the
+// dialog-unit conversions, FindForm, gradType, the shared hint appearance and the processor and
+// host routines, with the unit's initialization and finalization.
 
 #include "componentbase/Gradient.h" // gradType
 #include "utility/DialogUnits.h"
@@ -10,6 +10,7 @@
 #include "utility/SystemInfo.h"
 #include "utility/TqCalc.h"
 #include "utility/TqMouseSpot.h"
+#include "utility/TqTrayIcon.h"
 
 namespace qv {
 

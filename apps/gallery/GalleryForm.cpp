@@ -99,7 +99,9 @@ TComponentCell* TGalleryForm::BuildCell(TCustomControl& surface, const TClassInf
                                         const TShowcase* showcase) {
     TComponent* component = nullptr;
     try {
-        component = CreateComponent(cls.name, this);
+        const bool formLevel = ActsOnItsForm(cls.name);
+        if (formLevel && !m_formLevelOwner) m_formLevelOwner = std::make_unique<TForm>(nullptr);
+        component = CreateComponent(cls.name, formLevel ? m_formLevelOwner.get() : this);
         component->SetName(UniqueName(cls.name));
         if (showcase) ApplyShowcase(*showcase, *component);
     } catch (const Exception& e) {

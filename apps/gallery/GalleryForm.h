@@ -8,6 +8,7 @@
 
 #include "platform/controls/Form.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -74,6 +75,9 @@ private:
     int m_current{-1};
     TComponentCell* m_selected{nullptr};
     int m_tick{0};
+    // The owner of components that act on the form they belong to (size limits): a form
+    // never shown, so that they leave the gallery's own form alone.
+    std::unique_ptr<TForm> m_formLevelOwner;
 };
 
 } // namespace qv::gallery

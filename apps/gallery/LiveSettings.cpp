@@ -8,6 +8,8 @@
 #include "instruments/Qgauge.h"
 #include "instruments/Qpanel.h"
 #include "instruments/Qpanel2.h"
+#include "platform/controls/Application.h"
+#include "platform/controls/Menus.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/PropertyAccess.h"
 #include "platform/core/SysUtils.h"
@@ -99,6 +101,33 @@ template <class Map> TShowcaseSetting TilePattern(TColor ground, TColor diamond)
                 static_cast<Map&>(c).SetBitmap(&tile);
             },
             [](const TComponent& c) { return !static_cast<const Map&>(c).Bitmap()->Empty(); }};
+}
+
+// The tray icon's menu: the default item (a double click on the icon runs it) counts its runs
+// in the icon's tip; the other shows the gallery again.
+TShowcaseSetting TrayMenu() {
+    return {"PopupMenu", "a menu",
+            [](TComponent& c) {
+                auto& icon = static_cast<TqTrayIcon&>(c);
+                auto* menu = new TPopupMenu(icon.Owner());
+                auto* count = new TMenuItem(menu);
+                count->SetCaption("Count");
+                count->SetDefault(true);
+                auto runs = std::make_shared<int>(0);
+                count->OnClick = [&icon, runs](TObject*) {
+                    icon.SetToolTip("Quelvar gallery: " + std::to_string(++*runs));
+                };
+                auto* show = new TMenuItem(menu);
+                show->SetCaption("Show the gallery");
+                show->OnClick = [](TObject*) {
+                    if (TCustomForm* main = Application().MainForm()) main->Show();
+                };
+                menu->Items()->Add(count);
+                menu->Items()->Add(show);
+                icon.SetPopupMenu(menu);
+                icon.SetDoDefaultMenu(true);
+            },
+            [](const TComponent& c) { return static_cast<const TqTrayIcon&>(c).PopupMenu(); }};
 }
 
 // A button without a click handler gets a click counter in its caption.
@@ -486,6 +515,24 @@ std::vector<TShowcase> MakeShowcases() {
           Setting<TqHorSplit>("WhereSplit", &TqHorSplit::WhereSplit, &TqHorSplit::SetWhere, 80)},
          {}});
     all.push_back({"TqCompCanvas", {}, DrawOnControl});
+    // A tray icon beside the clock, with a menu.
+    all.push_back(
+        {"TqTrayIcon",
+         {Setting<TqTrayIcon>("ToolTip", &TqTrayIcon::ToolTip, &TqTrayIcon::SetToolTip,
+                              std::string("Quelvar gallery")),
+          TrayMenu(),
+          Setting<TqTrayIcon>("Active", &TqTrayIcon::Active, &TqTrayIcon::SetActive, true)},
+         {}});
+    // Size limits: the cell's button opens a demo form that stops at them.
+    all.push_back({"TqMinMax",
+                   {Setting<TqMinMax>("MinDragWidth", &TqMinMax::MinDragWidth,
+                                      &TqMinMax::SetMinDragWidth, 240),
+                    Setting<TqMinMax>("MinDragHeight", &TqMinMax::MinDragHeight,
+                                      &TqMinMax::SetMinDragHeight, 150),
+                    Setting<TqMinMax>("MaxWidth", &TqMinMax::MaxWidth, &TqMinMax::SetMaxWidth, 480),
+                    Setting<TqMinMax>("MaxDragWidth", &TqMinMax::MaxDragWidth,
+                                      &TqMinMax::SetMaxDragWidth, 480)},
+                   {}});
     all.push_back({"TqMouseSpot",
                    {Setting<TqMouseSpot>("Hint", &TqMouseSpot::Hint, &TqMouseSpot::SetHint,
                                          std::string("A hot spot"))},
@@ -517,6 +564,10 @@ std::vector<TShowcase> MakeShowcases() {
 }
 
 } // namespace
+
+bool ActsOnItsForm(const std::string& className) {
+    return className == "TqMinMax";
+}
 
 const std::vector<TShowcase>& Showcases() {
     static const std::vector<TShowcase> all = MakeShowcases();

@@ -35,6 +35,10 @@ struct TShowcase {
 
 // Every class's showcases, in no particular order.
 const std::vector<TShowcase>& Showcases();
+
+// Components that act on the form they belong to (its size), so that the gallery gives them a
+// form of their own.
+bool ActsOnItsForm(const std::string& className);
 // The showcases of one class, in the order the gallery shows them (none: the class shows as
 // it is made).
 std::vector<const TShowcase*> ShowcasesOf(const std::string& className);

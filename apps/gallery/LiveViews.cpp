@@ -3,16 +3,21 @@
 #include "backgrounds/TqBackground.h"
 #include "buttons/TqColorBtn.h"
 #include "buttons/TqGradBtn.h"
+#include "platform/backend/TrayShell.h"
+#include "platform/controls/Application.h"
+#include "platform/controls/Menus.h"
 #include "platform/controls/Messages.h"
 #include "platform/controls/Panel.h"
 #include "platform/core/TypeInfo.h"
 #include "platform/streaming/Reader.h"
 #include "platform/streaming/Writer.h"
 #include "timing/TqCompCanvas.h"
+#include "timing/TqMinMax.h"
 #include "timing/TqxMMTimer.h"
 #include "timing/TqxRunProg.h"
 #include "timing/TqxTimer.h"
 #include "utility/TqCalc.h"
+#include "utility/TqTrayIcon.h"
 
 #include <cstdio>
 
@@ -109,6 +114,75 @@ void TBackgroundView::OpenDemo() {
     demo->Show();
 }
 
+// TMinMaxView
+
+namespace {
+
+// The demo form: the size limits and a colour button that closes it.
+std::string MinMaxDemoText(const TqMinMax& limits) {
+    return std::string("object MinMaxDemo: TForm\n"
+                       "  Caption = 'TqMinMax: drag my edges'\n"
+                       "  Width = 320\n"
+                       "  Height = 200\n")
+        .append(Indented(WriteComponentText(limits)))
+        .append("  object DemoClose: TqColorBtn\n"
+                "    Left = 12\n"
+                "    Top = 12\n"
+                "    Caption = 'Close'\n"
+                "  end\n"
+                "end\n");
+}
+
+} // namespace
+
+TMinMaxView::TMinMaxView(TComponent* owner, TqMinMax& limits)
+    : TNonVisualView(owner, limits), m_limits(limits), m_open(new TqColorBtn(owner)) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+    m_open->SetParent(this);
+    m_open->SetCaption("Open demo");
+    m_open->SetBounds(3, DefaultSize.cy - 27, DefaultSize.cx - 6, 24);
+    m_open->OnClick = [this](TObject*) { OpenDemo(); };
+}
+
+TMinMaxView::~TMinMaxView() = default;
+
+std::vector<std::string> TMinMaxView::Lines() const {
+    return {"drag " + std::to_string(m_limits.MinDragWidth()) + " x " +
+                std::to_string(m_limits.MinDragHeight()) + " .. " +
+                std::to_string(m_limits.MaxDragWidth()) + " x " +
+                std::to_string(m_limits.MaxDragHeight()),
+            "maximised " + std::to_string(m_limits.MaxWidth()) + " x " +
+                std::to_string(m_limits.MaxHeight())};
+}
+
+void TMinMaxView::OpenDemo() {
+    m_demo.reset();
+    std::unique_ptr<TComponent> read = ReadComponentText(MinMaxDemoText(m_limits));
+    m_demo.reset(static_cast<TForm*>(read.release()));
+    TForm* demo = m_demo.get();
+    if (auto* close = dynamic_cast<TControl*>(demo->FindComponent("DemoClose")))
+        close->OnClick = [demo](TObject*) { demo->Close(); };
+    demo->Show();
+}
+
+// TTrayIconView
+
+TTrayIconView::TTrayIconView(TComponent* owner, TqTrayIcon& icon)
+    : TNonVisualView(owner, icon), m_icon(icon) {
+    SetBounds(0, 0, DefaultSize.cx, DefaultSize.cy);
+}
+
+std::vector<std::string> TTrayIconView::Lines() const {
+    std::string menu;
+    if (const TPopupMenu* popup = m_icon.PopupMenu())
+        for (int i = 0; i < popup->Items()->Count(); ++i)
+            menu.append(i ? ", " : "").append(popup->Items()->Items(i)->Caption());
+    return {"tip: " + m_icon.ToolTip(),
+            std::string(m_icon.Active() ? "shown by " : "hidden, shell ") +
+                Application().Backend().TrayShell().Name(),
+            "menu: " + (menu.empty() ? std::string("none") : menu)};
+}
+
 std::string FormatMilliseconds(TTickDuration duration) {
     char text[32];
     std::snprintf(text, sizeof text, "%.2f ms", duration.count());
@@ -123,6 +197,8 @@ TNonVisualView* MakeNonVisualView(TComponent* owner, TComponent& shown) {
     if (auto* run = dynamic_cast<TqxRunProg*>(&shown)) return new TRunProgView(owner, *run);
     if (auto* lender = dynamic_cast<TqCompCanvas*>(&shown))
         return new TCompCanvasView(owner, *lender);
+    if (auto* limits = dynamic_cast<TqMinMax*>(&shown)) return new TMinMaxView(owner, *limits);
+    if (auto* icon = dynamic_cast<TqTrayIcon*>(&shown)) return new TTrayIconView(owner, *icon);
     return new TNonVisualView(owner, shown);
 }
 

@@ -20,6 +20,8 @@ class TqxMMTimer;
 class TqxRunProg;
 class TqColorBtn;
 class TqCompCanvas;
+class TqMinMax;
+class TqTrayIcon;
 class TPanel;
 } // namespace qv
 
@@ -112,6 +114,38 @@ private:
     TqBackground& m_background;
     TControl* m_open;
     std::unique_ptr<TForm> m_demo;
+};
+
+// The size limits' cell: the limits and a button that opens a demo form read from a form
+// file with the same limits, hooked as an application's form is; its edges stop at them.
+class TMinMaxView : public TNonVisualView {
+public:
+    TMinMaxView(TComponent* owner, TqMinMax& limits);
+    ~TMinMaxView() override;
+
+    TControl& OpenButton() const { return *m_open; }
+    void OpenDemo();
+    TForm* Demo() const { return m_demo.get(); }
+    std::vector<std::string> Lines() const override;
+
+    static constexpr TSize DefaultSize{200, 96};
+
+private:
+    TqMinMax& m_limits;
+    TControl* m_open;
+    std::unique_ptr<TForm> m_demo;
+};
+
+// The tray icon's cell: its tip, the shell that shows it and its menu.
+class TTrayIconView : public TNonVisualView {
+public:
+    TTrayIconView(TComponent* owner, TqTrayIcon& icon);
+    std::vector<std::string> Lines() const override;
+
+    static constexpr TSize DefaultSize{200, 72};
+
+private:
+    TqTrayIcon& m_icon;
 };
 
 // The program launcher with a Run button: the click runs its command line with a soft wait

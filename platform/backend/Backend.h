@@ -16,14 +16,17 @@
 
 namespace qv {
 
+class TTrayShell;
+
 using TNativeWindowId = std::uint32_t;
 
 enum class TNativeWindowState { Normal, Minimized, Maximized };
 
 struct TNativeWindowParams {
     std::string title;
-    TRect bounds;      // screen coordinates of the client area
-    bool popup{false}; // menus and hints: no decoration, not managed
+    TRect bounds;            // screen coordinates of the client area
+    bool popup{false};       // menus and hints: no decoration, not managed
+    bool skipTaskbar{false}; // no taskbar button of its own
 };
 
 enum class TMouseButton { Left, Right, Middle };
@@ -82,6 +85,10 @@ public:
     virtual void SetWindowState(TNativeWindowId window, TNativeWindowState state) = 0;
     // Size limits of the client area; 0 means no limit.
     virtual void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) = 0;
+    // Whether the window has a button of its own on the taskbar (true: it has none).
+    virtual void SetSkipTaskbar(TNativeWindowId window, bool skip) = 0;
+    // The notification-area shell (platform/backend/TrayShell.h), made on first use.
+    virtual TTrayShell& TrayShell() = 0;
     // The memory the window's frame buffer of `size` pixels should live in: a view
     // (TPixelBuffer::View) of storage the backend presents from without copying, valid
     // until the next FrameStorage call for the window or its destruction. Empty when the

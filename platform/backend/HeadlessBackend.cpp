@@ -90,6 +90,11 @@ void THeadlessBackend::SetSizeLimits(TNativeWindowId window, TSize minimum, TSiz
     r.maxSize = maximum;
 }
 
+void THeadlessBackend::SetSkipTaskbar(TNativeWindowId window, bool skip) {
+    std::lock_guard guard(m_lock);
+    Record(window).params.skipTaskbar = skip;
+}
+
 // The frame buffer lives in the window record, as a windowing system's shared memory would;
 // presenting copies the damaged part to what the "screen" shows.
 TPixelBuffer THeadlessBackend::FrameStorage(TNativeWindowId window, TSize size) {

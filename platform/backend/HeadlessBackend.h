@@ -6,6 +6,7 @@
 
 #include "Backend.h"
 #include "FdWatches.h"
+#include "TrayShell.h"
 
 #include <condition_variable>
 #include <deque>
@@ -31,6 +32,9 @@ public:
     void SetWindowTitle(TNativeWindowId window, const std::string& title) override;
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
+    void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
+    TTrayShell& TrayShell() override { return m_tray; }
+    THeadlessTrayShell& FakeTray() { return m_tray; }
     TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
     void AwaitFrameIdle(TNativeWindowId) override {}
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;
@@ -100,6 +104,7 @@ private:
     std::int64_t m_realStart{0};
     TRect m_screen{0, 0, 1280, 1024};
     TRect m_workArea{0, 0, 1280, 1000};
+    THeadlessTrayShell m_tray;
 };
 
 } // namespace qv

@@ -1,6 +1,8 @@
 #include "X11Backend.h"
 
+#include "TrayShell.h"
 #include "X11Keys.h"
+#include "X11Tray.h"
 
 #include <X11/XKBlib.h>
 #include <X11/Xatom.h>
@@ -147,12 +149,13 @@ void TX11Backend::InternAtoms() {
                            "UTF8_STRING",
                            "_NET_WM_WINDOW_TYPE",
                            "_NET_WM_WINDOW_TYPE_POPUP_MENU",
-                           "_NET_WM_PID"};
+                           "_NET_WM_PID",
+                           "_NET_WM_STATE_SKIP_TASKBAR"};
     constexpr int count = sizeof names / sizeof names[0];
     Atom atoms[count];
     XInternAtoms(m_display.get(), const_cast<char**>(names), count, False, atoms);
-    m_atoms = {atoms[0], atoms[1], atoms[2], atoms[3],  atoms[4],  atoms[5],  atoms[6],
-               atoms[7], atoms[8], atoms[9], atoms[10], atoms[11], atoms[12], atoms[13]};
+    m_atoms = {atoms[0], atoms[1], atoms[2],  atoms[3],  atoms[4],  atoms[5],  atoms[6], atoms[7],
+               atoms[8], atoms[9], atoms[10], atoms[11], atoms[12], atoms[13], atoms[14]};
 }
 
 TX11Backend::TWindow* TX11Backend::Find(TNativeWindowId window) {
@@ -190,6 +193,8 @@ TNativeWindowId TX11Backend::CreateNativeWindow(const TNativeWindowParams& param
     w.xid = xid;
     w.popup = params.popup;
     w.bounds = b;
+    w.skipTaskbar = params.skipTaskbar;
+    if (w.skipTaskbar) SetInitialNetWmState(w);
 
     XClassHint classHint{const_cast<char*>("quelvar"), const_cast<char*>("Quelvar")};
     XSetClassHint(dpy, xid, &classHint);
@@ -302,10 +307,16 @@ void TX11Backend::SendNetWmState(const TWindow& w, bool add, Atom first, Atom se
 }
 
 // Before mapping, the window manager reads _NET_WM_STATE from the property itself.
-void TX11Backend::SetInitialNetWmState(const TWindow& w, bool maximized) {
-    const Atom states[] = {m_atoms.netWmStateMaxVert, m_atoms.netWmStateMaxHorz};
+void TX11Backend::SetInitialNetWmState(const TWindow& w) {
+    Atom states[3];
+    int count = 0;
+    if (w.state == TNativeWindowState::Maximized) {
+        states[count++] = m_atoms.netWmStateMaxVert;
+        states[count++] = m_atoms.netWmStateMaxHorz;
+    }
+    if (w.skipTaskbar) states[count++] = m_atoms.netWmStateSkipTaskbar;
     XChangeProperty(m_display.get(), w.xid, m_atoms.netWmState, XA_ATOM, 32, PropModeReplace,
-                    reinterpret_cast<const unsigned char*>(states), maximized ? 2 : 0);
+                    reinterpret_cast<const unsigned char*>(states), count);
 }
 
 void TX11Backend::SetWindowState(TNativeWindowId window, TNativeWindowState state) {
@@ -316,7 +327,7 @@ void TX11Backend::SetWindowState(TNativeWindowId window, TNativeWindowState stat
     w->state = state;
     const bool maximize = state == TNativeWindowState::Maximized;
     if (!w->mapped) {
-        SetInitialNetWmState(*w, maximize);
+        SetInitialNetWmState(*w);
     } else if (state == TNativeWindowState::Minimized) {
         XIconifyWindow(dpy, w->xid, m_screen);
     } else {
@@ -333,6 +344,32 @@ void TX11Backend::SetSizeLimits(TNativeWindowId window, TSize minimum, TSize max
     w->maxSize = maximum;
     PublishNormalHints(*w);
     XFlush(m_display.get());
+}
+
+void TX11Backend::SetSkipTaskbar(TNativeWindowId window, bool skip) {
+    TWindow* w = Find(window);
+    if (!w || w->skipTaskbar == skip) return;
+    w->skipTaskbar = skip;
+    if (w->mapped)
+        SendNetWmState(*w, skip, m_atoms.netWmStateSkipTaskbar, None);
+    else
+        SetInitialNetWmState(*w);
+    XFlush(m_display.get());
+}
+
+// The notification area: the System Tray Protocol on this display, or the recording fake
+// when QV_TRAY=fake asks for it.
+TTrayShell& TX11Backend::TrayShell() {
+    if (m_tray) return *m_tray;
+    if (RequestedTrayShell() == "fake") {
+        m_tray = std::make_unique<THeadlessTrayShell>();
+    } else {
+        auto xembed =
+            std::make_unique<TX11TrayShell>(m_display.get(), m_screen, [this] { return NowMs(); });
+        m_xembed = xembed.get();
+        m_tray = std::move(xembed);
+    }
+    return *m_tray;
 }
 
 Cursor TX11Backend::CursorFor(int cursor) {

@@ -19,6 +19,8 @@
 
 namespace qv {
 
+class TX11TrayShell;
+
 class TX11Backend : public TBackend {
 public:
     // Connects to the named display (null: $DISPLAY); null when no server answers or its
@@ -35,6 +37,10 @@ public:
     void SetWindowTitle(TNativeWindowId window, const std::string& title) override;
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
+    void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
+    TTrayShell& TrayShell() override;
+    // The XEmbed shell when it is the one in use, for tests.
+    TX11TrayShell* XEmbedTray() const { return m_xembed; }
     TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
     void AwaitFrameIdle(TNativeWindowId window) override;
     void Present(TNativeWindowId window, const TPixelBuffer& frame, const TRect& damaged) override;
@@ -63,7 +69,7 @@ private:
     struct TAtoms {
         Atom wmProtocols, wmDeleteWindow, wmState, netWmState, netWmStateMaxVert, netWmStateMaxHorz,
             netWmStateHidden, netWorkArea, netCurrentDesktop, netWmName, utf8String,
-            netWmWindowType, netWmWindowTypePopupMenu, netWmPid;
+            netWmWindowType, netWmWindowTypePopupMenu, netWmPid, netWmStateSkipTaskbar;
     };
     struct TWindow {
         Window xid{0};
@@ -71,6 +77,7 @@ private:
         bool visible{false}; // as the framework last asked
         bool mapped{false};
         bool focusWhenMapped{false};
+        bool skipTaskbar{false};
         TRect bounds;
         TNativeWindowState state{TNativeWindowState::Normal};
         TSize minSize, maxSize;
@@ -85,7 +92,7 @@ private:
     void PublishNormalHints(const TWindow& w);
     void PublishPopupType(const TWindow& w);
     void SendNetWmState(const TWindow& w, bool add, Atom first, Atom second);
-    void SetInitialNetWmState(const TWindow& w, bool maximized);
+    void SetInitialNetWmState(const TWindow& w);
     TNativeWindowState ReadState(const TWindow& w) const;
     Cursor CursorFor(int cursor);
 
@@ -127,6 +134,8 @@ private:
     TClickTracker m_clicks;
     TNativeWindowId m_focused{0};
     std::int64_t m_clockStart{0};
+    std::unique_ptr<TTrayShell> m_tray;
+    TX11TrayShell* m_xembed{nullptr}; // m_tray when it is the XEmbed shell
 };
 
 // The X11 backend on $DISPLAY, or null when no display answers.

@@ -10,6 +10,7 @@ constexpr auto focusOutKind = qv::TBackendEvent::Kind::FocusOut;
 } // namespace
 
 #include "X11Backend.h"
+#include "X11Tray.h"
 
 #include "X11Keys.h"
 
@@ -49,6 +50,7 @@ void TX11Backend::Push(const TBackendEvent& event) {
 }
 
 void TX11Backend::Dispatch(XEvent& event) {
+    if (m_xembed && m_xembed->HandleEvent(event)) return;
     if (event.type == m_shmCompletionType) {
         MarkCompleted(reinterpret_cast<const XShmCompletionEvent&>(event).shmseg);
         return;

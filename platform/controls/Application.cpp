@@ -329,7 +329,10 @@ void TApplication::HandleInput(const TBackendEvent& event) {
         break;
     case TBackendEvent::Kind::StateChanged: {
         static constexpr TWindowState states[] = {wsNormal, wsMinimized, wsMaximized};
-        form->m_windowState = states[static_cast<int>(event.state)];
+        const TWindowState state = states[static_cast<int>(event.state)];
+        const bool maximized = state == wsMaximized && form->m_windowState != wsMaximized;
+        form->m_windowState = state;
+        if (maximized) form->UpdateSizeLimits(); // the maximised bounds of the answer
         break;
     }
     case TBackendEvent::Kind::Expose:

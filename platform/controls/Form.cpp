@@ -53,6 +53,7 @@ void TCustomForm::SetWindowState(TWindowState v) {
                                                         TNativeWindowState::Minimized,
                                                         TNativeWindowState::Maximized};
         Application().Backend().SetWindowState(m_native, states[v]);
+        if (v == wsMaximized) UpdateSizeLimits();
     }
 }
 
@@ -107,13 +108,29 @@ void TCustomForm::WMGetMinMaxInfo(TMessage& Message) {
 
 void TCustomForm::UpdateSizeLimits() {
     if (!m_native) return;
+    TBackend& backend = Application().Backend();
+    const TRect screen = backend.ScreenBounds();
+    const TRect work = backend.WorkArea();
     TMinMaxInfo info;
-    const TRect screen = Application().Backend().ScreenBounds();
-    info.ptMaxSize = {screen.Width(), screen.Height()};
-    info.ptMaxTrackSize = {0, 0};
+    info.ptMaxSize = {work.Width(), work.Height()};
+    info.ptMaxPosition = {work.left, work.top};
+    info.ptMaxTrackSize = {screen.Width(), screen.Height()};
     SendMessage(Handle(), WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&info));
-    Application().Backend().SetSizeLimits(m_native, {info.ptMinTrackSize.x, info.ptMinTrackSize.y},
-                                          {info.ptMaxTrackSize.x, info.ptMaxTrackSize.y});
+    backend.SetSizeLimits(m_native, {info.ptMinTrackSize.x, info.ptMinTrackSize.y},
+                          {info.ptMaxTrackSize.x, info.ptMaxTrackSize.y});
+    m_maximizedBounds =
+        Bounds(info.ptMaxPosition.x, info.ptMaxPosition.y, info.ptMaxSize.x, info.ptMaxSize.y);
+    // The window manager maximises to the work area by itself; other bounds the form sets.
+    if (m_windowState == wsMaximized && m_maximizedBounds != work && !m_maximizedBounds.IsEmpty() &&
+        BoundsRect() != m_maximizedBounds)
+        SetBounds(m_maximizedBounds.left, m_maximizedBounds.top, m_maximizedBounds.Width(),
+                  m_maximizedBounds.Height());
+}
+
+void TCustomForm::SetSkipTaskbar(bool skip) {
+    if (skip == m_skipTaskbar) return;
+    m_skipTaskbar = skip;
+    if (m_native) Application().Backend().SetSkipTaskbar(m_native, skip);
 }
 
 // Tab moves the focus through the form; arrows move it among the focused control's siblings.
@@ -181,6 +198,7 @@ void TCustomForm::CreateNativeWindow() {
     params.title = Caption();
     params.bounds = BoundsRect();
     params.popup = IsPopupWindow();
+    params.skipTaskbar = m_skipTaskbar;
     m_native = Application().Backend().CreateNativeWindow(params);
     AttachFrameStorage();
     if (m_windowState != wsNormal) {

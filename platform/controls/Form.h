@@ -107,8 +107,17 @@ public:
     void Loaded() override;
 
     // Asks WM_GETMINMAXINFO (through the window procedure, so hooks take part) and
-    // publishes the size limits to the native window.
+    // publishes the tracking limits to the native window. The framework proposes the work
+    // area as the maximised bounds and the screen as the largest tracking size. No window
+    // manager hint carries the maximised bounds: a maximised form whose answer differs from
+    // the work area moves and sizes itself to the answer's.
     void UpdateSizeLimits();
+    // The maximised bounds of the last WM_GETMINMAXINFO answer.
+    TRect MaximizedBounds() const { return m_maximizedBounds; }
+
+    // True: the form has no taskbar button of its own (_NET_WM_STATE_SKIP_TASKBAR on X11).
+    bool SkipTaskbar() const { return m_skipTaskbar; }
+    void SetSkipTaskbar(bool skip);
 
     // Popup windows (menus, hints) get an undecorated native window of their own and
     // are cancelled (CM_CANCELMODE) by a press in another window.
@@ -145,6 +154,8 @@ private:
     TNativeWindowId m_native{0};
     TPixelBuffer m_frame;
     std::vector<TRect> m_damage;
+    TRect m_maximizedBounds;
+    bool m_skipTaskbar{false};
 };
 
 class TForm : public TCustomForm {

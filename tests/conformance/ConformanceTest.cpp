@@ -19,6 +19,7 @@
 #include "platform/streaming/Writer.h"
 #include "slidebar/Slidebar.h"
 #include "timing/Std2.h"
+#include "utility/Mystd.h"
 #include "utility/TqCalc.h"
 
 #include <gtest/gtest.h>
@@ -181,6 +182,9 @@ std::any RecorderFor(const std::string& typeName, int& calls) {
         {"TsSlideTickOwnerDraw", &Recorder<TsSlideTickOwnerDraw>},
         {"TqxError", &Recorder<TqxError>},
         {"TStartDragEvent", &Recorder<TStartDragEvent>},
+        {"TAskSize", &Recorder<TAskSize>},
+        {"TAskEndSession", &Recorder<TAskEndSession>},
+        {"TCloseQueryEvent", &Recorder<TCloseQueryEvent>},
     };
     const auto maker = makers.find(typeName);
     if (maker == makers.end())

@@ -19,6 +19,10 @@
 #include "platform/graphics/Bitmap.h"
 #include "platform/graphics/Canvas.h"
 #include "platform/graphics/ImageIO.h"
+#include "splitters/Qsplit.h"
+#include "timing/Std2.h"
+
+#include "X11Fixture.h"
 
 #include "platform/backend/X11Backend.h"
 
