@@ -23,9 +23,9 @@ void TFdWatches::Dispatch(const std::vector<pollfd>& fds, std::size_t first) {
     std::vector<std::pair<int, unsigned>> ready;
     for (std::size_t i = first; i < fds.size() && i - first < m_watches.size(); ++i)
         if (fds[i].revents != 0) ready.emplace_back(fds[i].fd, m_watches[i - first].serial);
-    for (const auto& [fd, serial] : ready) {
+    for (const std::pair<int, unsigned>& entry : ready) {
         const auto it = std::find_if(m_watches.begin(), m_watches.end(), [&](const TWatch& w) {
-            return w.fd == fd && w.serial == serial;
+            return w.fd == entry.first && w.serial == entry.second;
         });
         if (it == m_watches.end()) continue;
         const TCallback callback = it->onReadable; // the watch may go while it runs
