@@ -194,10 +194,10 @@ void TqxCustomOnOff::SetBounds(int ALeft, int ATop, int AWidth, int AHeight) {
 }
 
 int TqxCustomOnOff::FontLineHeight() const {
-    TFontSpec spec;
-    spec.name = Font()->Name();
-    spec.height = Font()->Height();
-    return AcquireFontFace(spec)->Height();
+    TFontSpec request;
+    request.name = Font()->Name();
+    request.height = Font()->Height();
+    return AcquireFontFace(request)->Height();
 }
 
 TOnOffLayout TqxCustomOnOff::PictureLayout() const {
