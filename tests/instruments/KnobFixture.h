@@ -6,13 +6,14 @@
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
+#include "support/FormInput.h"
 #include "support/PixelEvidence.h"
 
 #include <gtest/gtest.h>
 
 namespace qv {
 
-class KnobTest : public ::testing::Test {
+class KnobTest : public ::testing::Test, protected test::TFormInput {
 protected:
     void SetUp() override {
         InitializePackage();
@@ -31,26 +32,6 @@ protected:
         knob->SetParent(form);
         knob->SetBounds(left, top, knob->Width(), knob->Height());
         return knob;
-    }
-    THeadlessBackend& Headless() { return static_cast<THeadlessBackend&>(Application().Backend()); }
-    void Pump() { Application().ProcessMessages(); }
-    // Mouse and keys in the knob's own coordinates.
-    void Press(const TControl& knob, int x, int y, TMouseButton button = TMouseButton::Left) {
-        Headless().MouseDown(form->NativeWindow(), {knob.Left() + x, knob.Top() + y}, button);
-        Pump();
-    }
-    void Release(const TControl& knob, int x, int y, TMouseButton button = TMouseButton::Left) {
-        Headless().MouseUp(form->NativeWindow(), {knob.Left() + x, knob.Top() + y}, button);
-        Pump();
-    }
-    void Click(const TControl& knob, int x, int y) {
-        Press(knob, x, y);
-        Release(knob, x, y);
-    }
-    void Key(unsigned key, unsigned shift = 0) {
-        Headless().KeyDown(form->NativeWindow(), key, shift);
-        Headless().KeyUp(form->NativeWindow(), key, shift);
-        Pump();
     }
     // The colour of a pixel of `control` as the form shows it.
     TColor PixelOf(const TControl& control, int x, int y) {
@@ -73,7 +54,6 @@ protected:
                << test::WritePixelEvidence(std::string(QV_TEST_OUT) + "/instruments", name,
                                            pa.Pixels(), pb.Pixels());
     }
-    TForm* form{nullptr};
 };
 
 } // namespace qv

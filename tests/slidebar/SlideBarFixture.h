@@ -6,6 +6,7 @@
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "slidebar/Slidebar.h"
+#include "support/FormInput.h"
 #include "support/PixelEvidence.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@
 
 namespace qv {
 
-class SlideBarTest : public ::testing::Test {
+class SlideBarTest : public ::testing::Test, protected test::TFormInput {
 protected:
     void SetUp() override {
         InitializePackage();
@@ -34,34 +35,12 @@ protected:
         bar->SetBounds(left, top, width, height);
         return bar;
     }
-    THeadlessBackend& Headless() { return static_cast<THeadlessBackend&>(Application().Backend()); }
-    void Pump() { Application().ProcessMessages(); }
-    // Mouse and keys in the bar's own coordinates.
-    void Press(const TControl& c, int x, int y, bool doubleClick = false) {
-        Headless().MouseDown(form->NativeWindow(), {c.Left() + x, c.Top() + y}, TMouseButton::Left,
-                             0, doubleClick);
-        Pump();
-    }
-    void Move(const TControl& c, int x, int y) {
-        Headless().MouseMove(form->NativeWindow(), {c.Left() + x, c.Top() + y}, isLeft);
-        Pump();
-    }
-    void Release(const TControl& c, int x, int y) {
-        Headless().MouseUp(form->NativeWindow(), {c.Left() + x, c.Top() + y});
-        Pump();
-    }
-    void Key(unsigned key) {
-        Headless().KeyDown(form->NativeWindow(), key);
-        Headless().KeyUp(form->NativeWindow(), key);
-        Pump();
-    }
     TColor PixelOf(const TControl& c, int x, int y) {
         Pump();
         TBitmap shot;
         form->Screenshot(shot);
         return shot.Canvas().Pixel(c.Left() + x, c.Top() + y);
     }
-    TForm* form{nullptr};
 };
 
 // The events of a bar in order, by name.

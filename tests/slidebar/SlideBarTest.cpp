@@ -108,7 +108,7 @@ TEST_F(SlideBar, APressOnTheThumbJumpsBeforeOnMouseDownAndDragsFollow) {
     TBarLog log;
     log.Watch(*bar);
     Press(*bar, 5, 10); // 0.5 rounds to 0: no change
-    Move(*bar, 25, 10);
+    Move(*bar, 25, 10, isLeft);
     EXPECT_EQ(bar->Value(), 2);
     Release(*bar, 25, 10);
     EXPECT_EQ(log.Take(), (Events{"OnMouseDown", "OnChange", "OnMouseUp", "OnMouseUpTwo"}));

@@ -4,6 +4,7 @@
 #include "package/Package.h"
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
+#include "support/FormInput.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +18,7 @@ namespace {
 constexpr TColor kFace = 0xC0C0C0, kGlyph = 0x0000FF, kLight = 0xFFFFFF, kShade = 0x808080,
                  kBlack = 0;
 
-class Spin : public ::testing::Test {
+class Spin : public ::testing::Test, protected test::TFormInput {
 protected:
     void SetUp() override {
         InitializePackage();
@@ -51,21 +52,6 @@ protected:
         if (auto* centre = dynamic_cast<TqxCenterSpinBtn*>(&spin))
             centre->OnCenterClick = note("OnCenterClick");
     }
-    THeadlessBackend& Headless() { return static_cast<THeadlessBackend&>(Application().Backend()); }
-    void Pump() { Application().ProcessMessages(); }
-    void Press(const TControl& c, int x, int y, bool doubleClick = false) {
-        Headless().MouseDown(form->NativeWindow(), {c.Left() + x, c.Top() + y}, TMouseButton::Left,
-                             0, doubleClick);
-        Pump();
-    }
-    void Move(const TControl& c, int x, int y) {
-        Headless().MouseMove(form->NativeWindow(), {c.Left() + x, c.Top() + y}, isLeft);
-        Pump();
-    }
-    void Release(const TControl& c, int x, int y) {
-        Headless().MouseUp(form->NativeWindow(), {c.Left() + x, c.Top() + y});
-        Pump();
-    }
     // Lets `ms` pass in steps of 50 ms, the loop running after each.
     void Wait(int ms) {
         for (int t = 0; t < ms; t += 50) {
@@ -82,7 +68,6 @@ protected:
     std::vector<std::string> Take() { return std::exchange(events, {}); }
     using Events = std::vector<std::string>;
 
-    TForm* form{nullptr};
     std::vector<std::string> events;
 };
 
@@ -168,15 +153,15 @@ TEST_F(Spin, TheMiddleRowBelongsToTheUpButtonAndEachReleaseInsideClicksOnce) {
 TEST_F(Spin, MovingOffPopsTheButtonOutAndReleasingElsewhereClicksNoButton) {
     auto* spin = Place<TqxSpinBtn>(10, 10);
     Press(*spin, 8, 5);
-    Move(*spin, 8, 15); // over the down button
+    Move(*spin, 8, 15, isLeft); // over the down button
     EXPECT_FALSE(spin->UpPressed());
     EXPECT_FALSE(spin->DownPressed());
     Release(*spin, 8, 15);
     EXPECT_EQ(Take(), Events{"OnClick"});
 
     Press(*spin, 8, 5);
-    Move(*spin, 40, 5);
-    Move(*spin, 8, 6); // back again
+    Move(*spin, 40, 5, isLeft);
+    Move(*spin, 8, 6, isLeft); // back again
     EXPECT_TRUE(spin->UpPressed());
     Release(*spin, 40, 5); // outside the control
     EXPECT_EQ(Take(), Events{});
@@ -203,7 +188,7 @@ TEST_F(Spin, AHeldButtonRepeatsAfterWaitRepeatPlusOneTicks) {
     Press(*spin, 8, 15);
     Wait(200); // the second tick repeats
     EXPECT_EQ(Take(), (Events{"OnClick", "OnDownClick"}));
-    Move(*spin, 8, 5); // popped out: no repeats
+    Move(*spin, 8, 5, isLeft); // popped out: no repeats
     Wait(500);
     EXPECT_EQ(Take(), Events{});
     Release(*spin, 8, 5); // inside, with no button pressed

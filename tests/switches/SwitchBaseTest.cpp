@@ -112,11 +112,11 @@ TEST_F(SwitchBaseTest, RegionsExistFromLoadedAndFollowTheState) {
 TEST_F(SwitchBaseTest, DragFlipsThePressedLookAndOnlyAReleaseInsideToggles) {
     auto* s = LoadedSwitch();
     Press(*s, 10, 5);
-    MoveTo(*s, 80, 5); // the right edge is outside
+    Move(*s, 80, 5); // the right edge is outside
     EXPECT_FALSE(s->Pressed());
-    MoveTo(*s, 10, 5);
+    Move(*s, 10, 5);
     EXPECT_TRUE(s->Pressed());
-    MoveTo(*s, 10, 40); // the bottom edge is inside
+    Move(*s, 10, 40); // the bottom edge is inside
     EXPECT_TRUE(s->Pressed());
     log.clear();
     Release(*s, 10, 40); // ... but the platform clicks only inside the client rectangle
@@ -125,7 +125,7 @@ TEST_F(SwitchBaseTest, DragFlipsThePressedLookAndOnlyAReleaseInsideToggles) {
     EXPECT_EQ(log, (Log{"mouse-up"}));
 
     Press(*s, 10, 5);
-    MoveTo(*s, 120, 70);
+    Move(*s, 120, 70);
     log.clear();
     Release(*s, 120, 70);
     EXPECT_FALSE(s->SwitchOn());
@@ -134,7 +134,7 @@ TEST_F(SwitchBaseTest, DragFlipsThePressedLookAndOnlyAReleaseInsideToggles) {
 
 TEST_F(SwitchBaseTest, MouseSpaceAndAcceleratorRaiseTheirEventsInOrder) {
     auto* s = LoadedSwitch();
-    MoveTo(*s, 10, 5);
+    Move(*s, 10, 5);
     log.clear();
     Click(*s, 10, 5);
     EXPECT_EQ(log, (Log{"mouse-down", "enter", "on", "click", "mouse-up"}));
@@ -186,7 +186,7 @@ TEST_F(SwitchBaseTest, ASecondFastClickTogglesAgainAndLosingTheFocusEndsAPress) 
 TEST_F(SwitchBaseTest, AutofocusTakesTheFocusBeforeOnMouseEnter) {
     auto* s = LoadedSwitch();
     s->SetAutoFocus(true);
-    MoveTo(*s, 10, 10);
+    Move(*s, 10, 10);
     EXPECT_TRUE(s->Focused());
     EXPECT_EQ(log, (Log{"enter", "mouse-enter"}));
 }

@@ -7,6 +7,7 @@
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "platform/controls/Form.h"
+#include "support/FormInput.h"
 #include "support/PixelEvidence.h"
 #include "switches/Qonzoff.h"
 
@@ -17,7 +18,7 @@
 
 namespace qv {
 
-class SwitchTest : public ::testing::Test {
+class SwitchTest : public ::testing::Test, protected test::TFormInput {
 protected:
     static constexpr TColor kLit = 0xFF00FF; // the switches' default Color
 
@@ -26,7 +27,7 @@ protected:
         form = new TForm(nullptr);
         form->SetBounds(0, 0, 400, 300);
         form->Show();
-        MoveTo(*form, 390, 290);
+        Move(*form, 390, 290);
     }
     void TearDown() override {
         delete form;
@@ -37,25 +38,6 @@ protected:
         s->SetParent(form);
         s->SetBounds(left, top, width, height);
         return s;
-    }
-    THeadlessBackend& Headless() { return static_cast<THeadlessBackend&>(Application().Backend()); }
-    void Pump() { Application().ProcessMessages(); }
-    TPoint At(const TControl& c, int x, int y) { return {c.Left() + x, c.Top() + y}; }
-    void Press(const TControl& c, int x, int y, bool doubleClick = false) {
-        Headless().MouseDown(form->NativeWindow(), At(c, x, y), TMouseButton::Left, 0, doubleClick);
-        Pump();
-    }
-    void Release(const TControl& c, int x, int y) {
-        Headless().MouseUp(form->NativeWindow(), At(c, x, y));
-        Pump();
-    }
-    void MoveTo(const TControl& c, int x, int y) {
-        Headless().MouseMove(form->NativeWindow(), At(c, x, y));
-        Pump();
-    }
-    void Click(const TControl& c, int x, int y) {
-        Press(c, x, y);
-        Release(c, x, y);
     }
     void SpaceDown() {
         Headless().KeyDown(form->NativeWindow(), VK_SPACE);
@@ -90,7 +72,6 @@ protected:
                << test::WritePixelEvidence(std::string(QV_TEST_OUT) + "/switches", name, actual,
                                            expected);
     }
-    TForm* form{nullptr};
 };
 
 } // namespace qv
