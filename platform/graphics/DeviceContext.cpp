@@ -263,6 +263,76 @@ void TDeviceContext::PaintRegionWithPen(const TRegion& region) {
     PaintRegionWithBrush(region, penBrush, m_rop2);
 }
 
+std::optional<TRect> TDeviceContext::RectangularVisibleArea() const {
+    if (!m_clip) return m_target->Bounds();
+    if (m_clip->Type() == COMPLEXREGION) return std::nullopt;
+    return Intersect(m_target->Bounds(), m_clip->Bounds());
+}
+
+namespace {
+
+// Paints the part of span `s` of row `y` that lies in `visible`.
+template <class PaintRectFn>
+void PaintSpanIn(int y, TSpan s, const TRect& visible, PaintRectFn&& paint) {
+    const TRect piece = Intersect({s.left, y, s.right, y + 1}, visible);
+    if (!piece.IsEmpty()) paint(piece);
+}
+
+// Paints what the spans `fill` of row `y` leave uncovered by `cover` (sorted, disjoint).
+template <class PaintRectFn>
+void PaintSpansBeside(int y, std::span<const TSpan> fill,
+                      std::span<const TSpanCollector::TRowSpan> cover, const TRect& visible,
+                      PaintRectFn&& paint) {
+    auto first = cover.begin();
+    for (const TSpan& s : fill) {
+        int left = s.left;
+        while (first != cover.end() && first->span.right <= left)
+            ++first;
+        for (auto c = first; c != cover.end() && c->span.left < s.right; ++c) {
+            if (c->span.left > left) PaintSpanIn(y, {left, c->span.left}, visible, paint);
+            left = std::max(left, c->span.right);
+        }
+        if (left < s.right) PaintSpanIn(y, {left, s.right}, visible, paint);
+    }
+}
+
+} // namespace
+
+void TDeviceContext::PaintStroke(TSpanCollector& outline, const TRegion* interior) {
+    const std::optional<TRect> visible = RectangularVisibleArea();
+    if (!visible) {
+        const TRegion stroke = outline.ToRegion();
+        if (interior) PaintRegionWithBrush(interior->Combine(stroke, RGN_DIFF), m_logBrush, m_rop2);
+        PaintRegionWithPen(stroke);
+        return;
+    }
+    // One rectangle is visible: the outline's sorted rows are painted as they are, and the
+    // interior row by row around them, without building the regions.
+    const std::span<const TSpanCollector::TRowSpan> stroke = outline.Rows();
+    if (interior) {
+        const TBrushMasks fill = MakeBrushMasks(m_logBrush, m_rop2);
+        const auto paintFill = [&](const TRect& piece) { PaintRect(piece, fill); };
+        auto row = stroke.begin();
+        for (const TBand& band : interior->Bands()) {
+            for (int y = std::max(band.top, visible->top);
+                 y < std::min(band.bottom, visible->bottom); ++y) {
+                while (row != stroke.end() && row->y < y)
+                    ++row;
+                auto rowEnd = row;
+                while (rowEnd != stroke.end() && rowEnd->y == y)
+                    ++rowEnd;
+                PaintSpansBeside(y, band.spans, {row, rowEnd}, *visible, paintFill);
+                row = rowEnd;
+            }
+        }
+    }
+    TLogBrush penBrush;
+    penBrush.color = m_logPen.color;
+    const TBrushMasks ink = MakeBrushMasks(penBrush, m_rop2);
+    for (const TSpanCollector::TRowSpan& s : stroke)
+        PaintSpanIn(s.y, s.span, *visible, [&](const TRect& piece) { PaintRect(piece, ink); });
+}
+
 void TDeviceContext::FillRgn(const TRegion& region, const TLogBrush& brush) {
     PaintRegionWithBrush(region, brush, R2_COPYPEN);
 }

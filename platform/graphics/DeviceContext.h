@@ -264,8 +264,14 @@ private:
     void DrawArc(int left, int top, int right, int bottom, int x3, int y3, int x4, int y4,
                  int extraLines);
     void FinishShape(std::optional<TRegion> interior, TSpanCollector* outline);
+    // Paints a wide pen's outline in the pen's colour and, when given, the shape's interior
+    // where the outline does not cover it.
+    void PaintStroke(TSpanCollector& outline, const TRegion* interior);
+    // The visible part of the target when it is one rectangle (no clip region, or a
+    // rectangular one); nullopt when a clip region cuts it into more.
+    std::optional<TRect> RectangularVisibleArea() const;
     // Interiors painted straight from the scan conversion with a thin pen, when the visible
-    // area is one rectangle (no clip region, or a rectangular one): that rectangle.
+    // area is one rectangle: that rectangle.
     std::optional<TRect> DirectInteriorArea() const;
     void PaintPolygonInterior(std::span<const TPoint> points, TPolyFillMode mode,
                               const TRect& visible);

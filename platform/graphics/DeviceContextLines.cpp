@@ -405,7 +405,7 @@ void TDeviceContext::LineTo(int x, int y) {
     if (PenUsesRegion()) {
         TSpanCollector outline(m_target->Bounds());
         PenLines(pts, false, &outline);
-        PaintRegionWithPen(outline.ToRegion());
+        PaintStroke(outline, nullptr);
         return;
     }
     PenLines(pts, false, nullptr);
@@ -417,7 +417,7 @@ void TDeviceContext::Polyline(std::span<const TPoint> points) {
     if (PenUsesRegion()) {
         TSpanCollector outline(m_target->Bounds());
         PenLines(points, false, &outline);
-        PaintRegionWithPen(outline.ToRegion());
+        PaintStroke(outline, nullptr);
         return;
     }
     PenLines(points, false, nullptr);

@@ -41,11 +41,7 @@ std::optional<TRect> TDeviceContext::PenDeviceRect(int left, int top, int right,
 
 // Paints a figure: `interior` (if any) with the brush and the outline `points` with the pen.
 void TDeviceContext::FinishShape(std::optional<TRegion> interior, TSpanCollector* outline) {
-    if (outline) {
-        TRegion stroke = outline->ToRegion();
-        if (interior) PaintRegionWithBrush(interior->Combine(stroke, RGN_DIFF), m_logBrush, m_rop2);
-        PaintRegionWithPen(stroke);
-    }
+    if (outline) PaintStroke(*outline, interior ? &*interior : nullptr);
 }
 
 TRect TDeviceContext::OutlineWindow() const {
@@ -57,9 +53,7 @@ TRect TDeviceContext::OutlineWindow() const {
 
 std::optional<TRect> TDeviceContext::DirectInteriorArea() const {
     if (PenUsesRegion()) return std::nullopt;
-    if (!m_clip) return m_target->Bounds();
-    if (m_clip->Type() != SIMPLEREGION) return std::nullopt;
-    return Intersect(m_target->Bounds(), m_clip->Bounds());
+    return RectangularVisibleArea();
 }
 
 void TDeviceContext::PaintPolygonInterior(std::span<const TPoint> points, TPolyFillMode mode,

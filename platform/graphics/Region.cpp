@@ -546,12 +546,26 @@ void TSpanCollector::AddRegion(const TRegion& region, int dx, int dy) {
     }
 }
 
+std::span<const TSpanCollector::TRowSpan> TSpanCollector::Rows() {
+    std::sort(m_spans.begin(), m_spans.end(), [](const TRowSpan& a, const TRowSpan& b) {
+        return a.y != b.y ? a.y < b.y : a.span.left < b.span.left;
+    });
+    std::size_t kept = 0;
+    for (const TRowSpan& s : m_spans) {
+        TRowSpan* previous = kept > 0 ? &m_spans[kept - 1] : nullptr;
+        if (previous && previous->y == s.y && s.span.left <= previous->span.right)
+            previous->span.right = std::max(previous->span.right, s.span.right);
+        else
+            m_spans[kept++] = s;
+    }
+    m_spans.resize(kept);
+    std::fill(m_lastOfRow.begin(), m_lastOfRow.end(), -1); // spans moved: no row's last is known
+    return m_spans;
+}
+
 TRegion TSpanCollector::ToRegion() {
-    // Rows top to bottom, each row's spans in the order they came (the builder merges them).
-    std::stable_sort(m_spans.begin(), m_spans.end(),
-                     [](const TRowSpan& a, const TRowSpan& b) { return a.y < b.y; });
     TRegion::Builder builder;
-    for (const TRowSpan& s : m_spans)
+    for (const TRowSpan& s : Rows())
         builder.AddSpan(s.y, s.span.left, s.span.right);
     return builder.Finish();
 }

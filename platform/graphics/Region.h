@@ -99,13 +99,17 @@ public:
     void AddRect(const TRect& r);
     void AddRegion(const TRegion& region, int dx = 0, int dy = 0);
     const TRect& Window() const { return m_window; }
-    TRegion ToRegion();
 
-private:
     struct TRowSpan {
         int y;
         TSpan span;
     };
+    // The collected pixels as sorted rows: by row, then left edge, overlapping and touching
+    // spans of a row merged. Painting these needs no region (no allocation per band).
+    std::span<const TRowSpan> Rows();
+    TRegion ToRegion();
+
+private:
     TRect m_window;
     std::vector<TRowSpan> m_spans; // in the order they were added
     std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1

@@ -229,14 +229,19 @@ TEST(Raster, SolidFillRectPaintsWhatThePatternBlitPaints) {
 
 TEST(Raster, ShapesClippedToOneRectangleMatchTheRegionPath) {
     // The same visible rectangle as a simple clip region, and as a complex one whose other
-    // part lies outside the target (painted through regions).
-    auto draw = [](bool simple) {
+    // part lies outside the target (painted through regions), with a thin and a wide pen
+    // (whose outline and the interior beside it are painted from sorted rows).
+    auto draw = [](bool simple, int penWidth) {
         TPixelBuffer pixels(24, 20, 0xFFFFFF);
         TDeviceContext dc(&pixels);
         const TRegion rect = TRegion::FromRect({3, 2, 19, 15});
         const TRegion clip =
             simple ? rect : rect.Combine(TRegion::FromRect({40, 30, 41, 31}), RGN_OR);
         EXPECT_EQ(dc.SelectClipRgn(&clip), simple ? SIMPLEREGION : COMPLEXREGION);
+        TLogPen pen;
+        pen.width = penWidth;
+        pen.color = TColor(0x00A050);
+        dc.SelectPen(pen);
         TLogBrush brush;
         brush.color = TColor(0x3060C0);
         dc.SelectBrush(brush);
@@ -250,9 +255,15 @@ TEST(Raster, ShapesClippedToOneRectangleMatchTheRegionPath) {
         dc.RoundRect(8, 4, 26, 17, 9, 7);
         dc.Pie(1, 0, 22, 18, 22, 0, 0, 18);
         dc.Chord(4, 6, 20, 22, 0, 12, 24, 12);
+        dc.Rectangle(5, 3, 17, 13);
+        dc.Arc(2, 2, 20, 16, 20, 2, 2, 16);
+        dc.Polyline(star);
         return pixels;
     };
-    EXPECT_EQ(draw(true), draw(false));
+    for (const int penWidth : {1, 2, 3, 6}) {
+        SCOPED_TRACE(penWidth);
+        EXPECT_EQ(draw(true, penWidth), draw(false, penWidth));
+    }
 }
 
 TEST(Raster, CurvesReachingPastTheTargetMatchTheSameCurvesDrawnWhole) {
