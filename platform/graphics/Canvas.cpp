@@ -15,10 +15,7 @@ const TClassInfo& TCanvas::StaticClassInfo() {
 
 TCanvas::TCanvas(TPixelBuffer* target)
     : m_dc(target), m_pen(std::make_unique<TPen>()), m_brush(std::make_unique<TBrush>()),
-      m_font(std::make_unique<TFont>()) {
-    m_brush->OnChange = [this](TObject*) { m_brushColorsSelected = false; };
-    m_font->OnChange = [this](TObject*) { m_fontColorSelected = false; };
-}
+      m_font(std::make_unique<TFont>()) {}
 
 TCanvas::~TCanvas() = default;
 
@@ -31,38 +28,38 @@ void TCanvas::SelectPen() {
 }
 
 void TCanvas::SelectBrush() {
-    TLogBrush brush;
-    brush.color = ColorToRGB(m_brush->Color());
+    const TColor color = ColorToRGB(m_brush->Color());
     const TBrushStyle style = m_brush->Style();
-    if (m_brush->Pattern()) {
+    const bool pattern = m_brush->Pattern() != nullptr;
+    // Solid and pattern brushes paint the background (pen gaps, text cells) in their colour;
+    // the others leave it as it is. These are set when the brush has changed since, so that a
+    // background set through the handle lasts until then.
+    if (m_brushColorsSelectedAt != m_brush->ChangeCount()) {
+        const bool opaque = pattern || style == bsSolid;
+        m_dc.SetBkColor(opaque ? color : MakeColor(~static_cast<std::uint32_t>(color) & 0xFFFFFF));
+        m_dc.SetBkMode(opaque ? OPAQUE : TRANSPARENT);
+        m_brushColorsSelectedAt = m_brush->ChangeCount();
+    }
+    if (!pattern && style == bsSolid) return m_dc.SelectSolidBrush(color); // the usual brush
+    TLogBrush brush;
+    brush.color = color;
+    if (pattern) {
         brush.style = BS_PATTERN;
         brush.pattern = m_brush->Pattern();
         brush.monochrome = m_brush->PatternIsMonochrome();
-    } else if (style == bsSolid) {
-        brush.style = BS_SOLID;
     } else if (style == bsClear) {
         brush.style = BS_NULL;
     } else {
         brush.style = BS_HATCHED;
         brush.hatch = static_cast<int>(style) - static_cast<int>(bsHorizontal);
     }
-    // Solid and pattern brushes paint the background (pen gaps, text cells) in their colour;
-    // the others leave it as it is. These are set when the brush has changed since, so that a
-    // background set through the handle lasts until then.
-    if (!m_brushColorsSelected) {
-        const bool opaque = brush.style == BS_SOLID || brush.style == BS_PATTERN;
-        m_dc.SetBkColor(opaque ? brush.color
-                               : MakeColor(~static_cast<std::uint32_t>(brush.color) & 0xFFFFFF));
-        m_dc.SetBkMode(opaque ? OPAQUE : TRANSPARENT);
-        m_brushColorsSelected = true;
-    }
     m_dc.SelectBrush(std::move(brush));
 }
 
 void TCanvas::SelectFontColor() {
-    if (m_fontColorSelected) return;
+    if (m_fontColorSelectedAt == m_font->ChangeCount()) return;
     m_dc.SetTextColor(ColorToRGB(m_font->Color()));
-    m_fontColorSelected = true;
+    m_fontColorSelectedAt = m_font->ChangeCount();
 }
 
 void TCanvas::SelectAll() {

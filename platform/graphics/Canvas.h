@@ -128,10 +128,10 @@ private:
     std::unique_ptr<TBrush> m_brush;
     std::unique_ptr<TFont> m_font;
     TCopyMode m_copyMode{cmSrcCopy};
-    // Whether the context holds the background and text colours of the current brush and
-    // font (the classic canvas selects them again only after a change).
-    bool m_brushColorsSelected{false};
-    bool m_fontColorSelected{false};
+    // The change counts of the brush and the font whose background and text colours the
+    // context holds (the classic canvas selects them again only after a change); none at first.
+    std::uint64_t m_brushColorsSelectedAt{UINT64_MAX};
+    std::uint64_t m_fontColorSelectedAt{UINT64_MAX};
 };
 
 // Draws a bevel of `width` lines: top-left in topColor, bottom-right in bottomColor; `rect`

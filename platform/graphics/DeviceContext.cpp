@@ -356,22 +356,22 @@ void TDeviceContext::PatBlt(int x, int y, int width, int height, std::uint32_t r
 void TDeviceContext::FillRect(const TRect& r, const TLogBrush& brush) {
     // The common case, a solid brush on a rectangle in the usual corner order without a clip
     // region or with a rectangular one (a control painting its damaged part), fills the rows
-    // directly.
-    const bool rectangularClip = !m_clip || m_clip->Type() != COMPLEXREGION;
-    if (brush.style == BS_SOLID && rectangularClip && m_target && r.left <= r.right &&
-        r.top <= r.bottom) {
-        TRect inside = Intersect(r, m_target->Bounds());
-        if (m_clip) inside = Intersect(inside, m_clip->Bounds());
-        const std::uint32_t pixel = PixelOf(brush.color);
-        // Whole rows of a buffer without gaps between its rows are one run of pixels.
-        if (inside.Width() == m_target->Width() && m_target->Stride() == m_target->Width()) {
-            FillPixels(m_target->Row(inside.top), inside.Width() * inside.Height(), pixel);
-            return;
-        }
-        for (int y = inside.top; y < inside.bottom; ++y)
-            FillPixels(m_target->Row(y) + inside.left, inside.Width(), pixel);
-        return;
-    }
+    // directly; it is kept small because gradients call it once per band.
+    if (brush.style != BS_SOLID || !m_target || r.left > r.right || r.top > r.bottom ||
+        (m_clip && m_clip->Type() == COMPLEXREGION))
+        return FillRectThroughBrush(r, brush);
+    TRect inside = Intersect(r, m_target->Bounds());
+    if (m_clip) inside = Intersect(inside, m_clip->Bounds());
+    if (inside.IsEmpty()) return;
+    const std::uint32_t pixel = PixelOf(brush.color);
+    // Whole rows of a buffer without gaps between its rows are one run of pixels.
+    if (inside.Width() == m_target->Width() && m_target->Stride() == m_target->Width())
+        return FillPixels(m_target->Row(inside.top), inside.Width() * inside.Height(), pixel);
+    for (int y = inside.top; y < inside.bottom; ++y)
+        FillPixels(m_target->Row(y) + inside.left, inside.Width(), pixel);
+}
+
+void TDeviceContext::FillRectThroughBrush(const TRect& r, const TLogBrush& brush) {
     PaintRectWithBrush(
         BlitRect(r.left, r.top, std::int64_t{r.right} - r.left, std::int64_t{r.bottom} - r.top),
         brush, R2_COPYPEN);

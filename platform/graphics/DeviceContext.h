@@ -136,6 +136,14 @@ public:
     void SelectPen(const TLogPen& pen);
     void SelectBrush(const TLogBrush& brush) { m_logBrush = brush; }
     void SelectBrush(TLogBrush&& brush) { m_logBrush = std::move(brush); }
+    // The same as selecting TLogBrush{BS_SOLID, color}, without building one.
+    void SelectSolidBrush(TColor color) {
+        m_logBrush.style = BS_SOLID;
+        m_logBrush.color = color;
+        m_logBrush.hatch = HS_HORIZONTAL;
+        m_logBrush.pattern.reset();
+        m_logBrush.monochrome = false;
+    }
     const TLogPen& Pen() const { return m_logPen; }
     const TLogBrush& Brush() const { return m_logBrush; }
     int SetROP2(int rop2);
@@ -284,6 +292,8 @@ private:
     // Paints the visible part of `r`.
     void PaintVisible(const TRect& r, const TBrushMasks& masks);
     void PaintRectWithBrush(const TRect& r, const TLogBrush& brush, int rop2);
+    // FillRect of anything but a solid brush inside one visible rectangle.
+    void FillRectThroughBrush(const TRect& r, const TLogBrush& brush);
     void ApplyMaskToRect(const TRect& r, TRopMask mask);
     // SRCCOPY of `r` (inside the target) from `src` at (sx, sy) onwards, row by row; the
     // source rectangle lies inside `src`.

@@ -44,6 +44,7 @@ const TClassInfo& TGraphicsObject::StaticClassInfo() {
 }
 
 void TGraphicsObject::Changed() {
+    ++m_changeCount;
     if (OnChange) OnChange(this);
 }
 

@@ -82,9 +82,14 @@ class TGraphicsObject : public TPersistent {
     QV_OBJECT
 public:
     TNotifyEvent OnChange;
+    // How many changes there have been: lets an owner see a change without handling OnChange.
+    std::uint64_t ChangeCount() const { return m_changeCount; }
 
 protected:
     void Changed();
+
+private:
+    std::uint64_t m_changeCount{0};
 };
 
 class TPen : public TGraphicsObject {
