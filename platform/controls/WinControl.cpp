@@ -532,13 +532,12 @@ void TWinControl::PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint
 // The part of `area` (this control's coordinates) its own painting needs: children with
 // csOpaque paint every pixel of theirs afterwards, so what they cover is left out.
 TRegion TWinControl::OwnPaintClip(const TRect& area) const {
-    TRegion clip = TRegion::FromRect(area);
-    for (const TControl* c : m_controls) {
-        if (!c->Visible() || !c->ControlStyle().Contains(csOpaque)) continue;
-        const TRect covered = Intersect(c->BoundsRect(), area);
-        if (!covered.IsEmpty()) clip = clip.Combine(TRegion::FromRect(covered), RGN_DIFF);
-    }
-    return clip;
+    std::vector<TRect> covered;
+    for (const TControl* c : m_controls)
+        if (c->Visible() && c->ControlStyle().Contains(csOpaque))
+            covered.push_back(Intersect(c->BoundsRect(), area));
+    const TRegion clip = TRegion::FromRect(area);
+    return covered.empty() ? clip : clip.Combine(TRegion::FromRects(covered), RGN_DIFF);
 }
 
 void TWinControl::PaintControls(TPixelBuffer& surface, const TRect& area) {

@@ -57,6 +57,29 @@ TRegion TRegion::FromRect(const TRect& r) {
     return region;
 }
 
+TRegion TRegion::FromRects(std::span<const TRect> rects) {
+    std::vector<TRect> ordered;
+    std::vector<int> edges; // every top and bottom: between two of them no rectangle starts or ends
+    for (const TRect& r : rects) {
+        const TRect o = Ordered(r);
+        if (o.IsEmpty()) continue;
+        ordered.push_back(o);
+        edges.push_back(o.top);
+        edges.push_back(o.bottom);
+    }
+    std::sort(edges.begin(), edges.end());
+    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+    TRegion region;
+    std::vector<TSpan> row;
+    for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
+        row.clear();
+        for (const TRect& o : ordered)
+            if (o.top <= edges[i] && o.bottom >= edges[i + 1]) row.push_back({o.left, o.right});
+        region.AppendBand(edges[i], edges[i + 1], {row.data(), NormalizeSpans(row)});
+    }
+    return region;
+}
+
 TRegion TRegion::FromEllipse(int left, int top, int right, int bottom) {
     return FromRoundRect(left, top, right, bottom, right - left, bottom - top);
 }

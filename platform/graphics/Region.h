@@ -34,6 +34,8 @@ public:
 
     // A rectangle in either corner order; empty when it has no width or height.
     static TRegion FromRect(const TRect& r);
+    // The union of rectangles, built in one pass (cheaper than combining them one by one).
+    static TRegion FromRects(std::span<const TRect> rects);
     // The classic elliptic region of a bounding box (its right and bottom edges excluded).
     static TRegion FromEllipse(int left, int top, int right, int bottom);
     // Rows outside `clipRows` (when given) are left out.

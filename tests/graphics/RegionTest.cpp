@@ -22,6 +22,18 @@ TEST(Region, RectanglesInEitherCornerOrderAreEqualAndZeroExtentIsEmpty) {
     EXPECT_EQ(GetRgnBox(CreateRectRgn(5, 5, 5, 9), box), NULLREGION);
 }
 
+TEST(Region, UnionOfRectanglesInOnePassEqualsCombiningThemOneByOne) {
+    // Overlapping, touching, nested, disjoint, reversed and empty rectangles.
+    const std::vector<TRect> rects = {{0, 0, 10, 10},  {5, 5, 20, 8},   {10, 0, 12, 3},
+                                      {2, 2, 4, 4},    {30, 1, 25, 9},  {7, 7, 7, 30},
+                                      {0, 10, 10, 12}, {40, 40, 41, 41}};
+    TRegion combined;
+    for (const TRect& r : rects)
+        combined = combined.Combine(TRegion::FromRect(r), RGN_OR);
+    EXPECT_TRUE(TRegion::FromRects(rects) == combined);
+    EXPECT_TRUE(TRegion::FromRects({}).IsEmpty());
+}
+
 TEST(Region, CombineModes) {
     auto a = CreateRectRgn(0, 0, 10, 10);
     auto b = CreateRectRgn(5, 5, 15, 15);
