@@ -713,6 +713,62 @@ std::vector<TScene> Scenes() {
     };
 }
 
+// A wide-pen curve against its floor: the same ellipse with a one-pixel pen, plus a fill of
+// exactly the pixels the wide outline covers (found by drawing it once on white).
+struct TWideCurve {
+    static constexpr int Size = 68;
+    static constexpr int PenWidth = 4;
+    static void Draw(qv::TCanvas& c, int penWidth) {
+        c.Pen().SetWidth(penWidth);
+        c.Pen().SetColor(qv::TColor(0x2040C0));
+        c.Brush().SetStyle(qv::bsClear);
+        c.Ellipse(2, 2, Size - 2, Size - 2);
+    }
+    struct TRun {
+        int y, left, count;
+    };
+    static std::vector<TRun> CoveredRuns() {
+        qv::TBitmap bitmap(Size, Size);
+        bitmap.Canvas().Brush().SetColor(qv::clWhite);
+        bitmap.Canvas().FillRect({0, 0, Size, Size});
+        Draw(bitmap.Canvas(), PenWidth);
+        std::vector<TRun> runs;
+        for (int y = 0; y < Size; ++y)
+            for (int x = 0; x < Size;) {
+                const auto covered = [&](int at) {
+                    return (bitmap.Pixels().At(at, y) & 0xFFFFFF) != 0xFFFFFF;
+                };
+                if (!covered(x)) {
+                    ++x;
+                    continue;
+                }
+                const int left = x;
+                while (x < Size && covered(x))
+                    ++x;
+                runs.push_back({y, left, x - left});
+            }
+        return runs;
+    }
+};
+
+void OursWideCurve(benchmark::State& state, int penWidth) {
+    qv::TBitmap bitmap(TWideCurve::Size, TWideCurve::Size);
+    for (auto _ : state) {
+        TWideCurve::Draw(bitmap.Canvas(), penWidth);
+        benchmark::DoNotOptimize(bitmap.Pixels().Row(0));
+    }
+}
+
+void CoveredAreaFill(benchmark::State& state) {
+    qv::TPixelBuffer pixels(TWideCurve::Size, TWideCurve::Size);
+    const std::vector<TWideCurve::TRun> runs = TWideCurve::CoveredRuns();
+    for (auto _ : state) {
+        for (const TWideCurve::TRun& r : runs)
+            qv::FillPixels(pixels.Row(r.y) + r.left, r.count, 0x2040C0);
+        benchmark::DoNotOptimize(pixels.Row(0));
+    }
+}
+
 // Writes DIR/<scene>-ours.png, -plain.png and -qt.png for the scenes the plain peer draws.
 void WritePictures(const std::string& dir) {
     const auto save = [&](const std::string& name, const qv::TPixelBuffer& pixels) {
@@ -785,6 +841,9 @@ int main(int argc, char** argv) {
         benchmark::RegisterBenchmark(("cairo/" + s.name).c_str(), s.cairo);
         benchmark::RegisterBenchmark(("floor/" + s.name).c_str(), s.floor);
     }
+    benchmark::RegisterBenchmark("wide/ellipse", OursWideCurve, TWideCurve::PenWidth);
+    benchmark::RegisterBenchmark("thin/ellipse", OursWideCurve, 1);
+    benchmark::RegisterBenchmark("covered/ellipse", CoveredAreaFill);
     qv::bench::TRatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     if (!ratio) return 0;
@@ -806,5 +865,16 @@ int main(int argc, char** argv) {
                     "ratio-qt %.3f, floor %.0f ns\n",
                     s.name.c_str(), ours, plainText, qt, cairo, plainRatio, ours / qt, floor);
     }
+    const auto time = [&](const char* name) {
+        const auto it = reporter.times.find(name);
+        return it == reporter.times.end() ? -1.0 : it->second;
+    };
+    const double wide = time("wide/ellipse"), thin = time("thin/ellipse"),
+                 covered = time("covered/ellipse");
+    if (wide > 0 && thin > 0 && covered > 0)
+        std::printf("wide-pen ellipse %dx%d pen %d: ours %.0f ns, thin outline %.0f ns, covered "
+                    "area %.0f ns, ratio %.3f\n",
+                    TWideCurve::Size, TWideCurve::Size, TWideCurve::PenWidth, wide, thin, covered,
+                    wide / (thin + covered));
     return 0;
 }

@@ -533,26 +533,6 @@ TRegion TRegion::Builder::Finish() {
 TSpanCollector::TSpanCollector(const TRect& window)
     : m_window(window), m_lastOfRow(static_cast<std::size_t>(std::max(0, window.Height())), -1) {}
 
-void TSpanCollector::AddSpan(int y, int left, int right) {
-    if (y < m_window.top || y >= m_window.bottom) return;
-    left = std::max(left, m_window.left);
-    right = std::min(right, m_window.right);
-    if (right <= left) return;
-    // A curve's pen adds overlapping spans to a row one after another (a round join per point):
-    // one that overlaps or touches the row's last span widens it instead, which leaves the
-    // union the same and keeps the rows short.
-    int& last = m_lastOfRow[static_cast<std::size_t>(y - m_window.top)];
-    if (last >= 0) {
-        TSpan& previous = m_spans[static_cast<std::size_t>(last)].span;
-        if (left <= previous.right && right >= previous.left) {
-            previous = {std::min(left, previous.left), std::max(right, previous.right)};
-            return;
-        }
-    }
-    last = static_cast<int>(m_spans.size());
-    m_spans.push_back({y, {left, right}});
-}
-
 void TSpanCollector::AddRect(const TRect& r) {
     const TRect c = Intersect(r, m_window);
     for (int y = c.top; y < c.bottom; ++y)

@@ -5,6 +5,7 @@
 
 #include "Types.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <span>
@@ -97,7 +98,7 @@ void ScanRoundRect(int left, int top, int right, int bottom, int ellipseWidth, i
 class TSpanCollector {
 public:
     explicit TSpanCollector(const TRect& window);
-    void AddSpan(int y, int left, int right);
+    void AddSpan(int y, int left, int right); // inline: strokes call it for every row of a join
     void AddRect(const TRect& r);
     void AddRegion(const TRegion& region, int dx = 0, int dy = 0);
     const TRect& Window() const { return m_window; }
@@ -116,6 +117,26 @@ private:
     std::vector<TRowSpan> m_spans; // in the order they were added
     std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1
 };
+
+inline void TSpanCollector::AddSpan(int y, int left, int right) {
+    if (y < m_window.top || y >= m_window.bottom) return;
+    left = std::max(left, m_window.left);
+    right = std::min(right, m_window.right);
+    if (right <= left) return;
+    // A curve's pen adds overlapping spans to a row one after another (a round join per point):
+    // one that overlaps or touches the row's last span widens it instead, which leaves the
+    // union the same and keeps the rows short.
+    int& last = m_lastOfRow[static_cast<std::size_t>(y - m_window.top)];
+    if (last >= 0) {
+        TSpan& previous = m_spans[static_cast<std::size_t>(last)].span;
+        if (left <= previous.right && right >= previous.left) {
+            previous = {std::min(left, previous.left), std::max(right, previous.right)};
+            return;
+        }
+    }
+    last = static_cast<int>(m_spans.size());
+    m_spans.push_back({y, {left, right}});
+}
 
 // GDI-style region handles: owning, freed by DeleteObject or when they go out of scope.
 using HRGN = std::unique_ptr<TRegion>;
