@@ -310,10 +310,11 @@ TEST_F(TrayInX11, AHostWithA32BitVisualGetsAnIconWithAlpha) {
     icon.SetImage(picture);
     m_icon->SetIcon(&icon);
     m_icon->SetActive(true);
+    m_x11->Sync(); // the window exists on the server before the probe asks
     const Window xid = IconWindow();
     ASSERT_NE(xid, 0u);
     XWindowAttributes attributes{};
-    XGetWindowAttributes(d, xid, &attributes);
+    ASSERT_TRUE(XGetWindowAttributes(d, xid, &attributes));
     EXPECT_EQ(attributes.depth, 32);
     EXPECT_EQ(XVisualIDFromVisual(attributes.visual), visual);
 
