@@ -2,9 +2,9 @@
 // The notification-area seam: the backend's shell shows, changes and removes icons beside the
 // clock and reports the mouse on them as classic mouse messages (512-521) to the icon's
 // window through a notify callback the framework installs; a shell that leaves the tip to the
-// framework reports the pointer resting on an icon and leaving it through a second callback. Which shell a backend uses is
-// chosen at run time: QV_TRAY=fake (or headless) forces the recording fake; otherwise the
-// backend's own choice (the headless backend always uses the fake).
+// framework reports the pointer resting on an icon and leaving it through a second callback. Which
+// shell a backend uses is chosen at run time: QV_TRAY=fake (or headless) forces the recording fake;
+// otherwise the backend's own choice (the headless backend always uses the fake).
 //
 // THeadlessTrayShell records every call and can inject mouse messages, as a shell would send
 // them; it can also play a shell without a host, which refuses every add.

@@ -19,8 +19,7 @@ constexpr unsigned IconSize = 24; // until the host gives its size
 constexpr std::int64_t DoubleClickMs = 500;
 constexpr std::uint32_t ButtonFace = 0xF0F0F0;
 constexpr long iconEvents = ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
-                            EnterWindowMask | LeaveWindowMask | ExposureMask |
-                            StructureNotifyMask;
+                            EnterWindowMask | LeaveWindowMask | ExposureMask | StructureNotifyMask;
 
 // Mouse messages of the classic shell.
 constexpr std::uint32_t MouseMove = 0x200;

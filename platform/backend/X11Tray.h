@@ -45,7 +45,7 @@ private:
     struct TIcon {
         TTrayIconRecord record;
         Window xid{0};
-        Colormap colormap{0}; // the window's own, with a visual of the host's
+        Colormap colormap{0};    // the window's own, with a visual of the host's
         Visual* visual{nullptr}; // null: the screen's default visual
         bool docked{false};
         bool tipShown{false};

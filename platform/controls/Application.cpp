@@ -519,8 +519,7 @@ void TApplication::ActivateHintAt(const std::string& text, TPoint screen) {
 
 void TApplication::ShowHintNow() {
     m_hintShowAt = -1;
-    const std::string text =
-        m_hintControl ? GetShortHint(HintTextOf(m_hintControl)) : m_hintText;
+    const std::string text = m_hintControl ? GetShortHint(HintTextOf(m_hintControl)) : m_hintText;
     if (text.empty()) return;
     if (!m_hintWindow) m_hintWindow = new THintWindow(this);
     m_hintWindow->SetColor(m_hintColor);

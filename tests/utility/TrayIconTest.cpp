@@ -1,6 +1,7 @@
 // The tray icon against the recording shell of the headless backend: the shell calls each
 // setter makes, the events of the shell's mouse messages in order, the menu step (with its
-// pointer grab) and the default item, the shell's tip in the hint window, the parent form shown and hidden, the end of the session asked.
+// pointer grab) and the default item, the shell's tip in the hint window, the parent form
+// shown and hidden, the end of the session asked.
 
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"

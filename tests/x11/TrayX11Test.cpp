@@ -217,7 +217,7 @@ TEST_F(TrayInX11, TheTipShowsOnTheIconAndGoesWhenThePointerLeaves) {
     const THintWindow& hint = *Application().HintWindow();
     EXPECT_EQ(hint.Caption(), "Test icon");
     EXPECT_GT(hint.Top(), IconCentre().y); // below the pointer
-    PumpUntil([] { return false; }, 100);   // painted
+    PumpUntil([] { return false; }, 100);  // painted
     m_x11->Sync();
     const TPixelBuffer shown = Capture(hint);
     int text = 0; // pixels of the text, darker than the info colour around it
