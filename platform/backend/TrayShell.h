@@ -1,10 +1,9 @@
 #pragma once
 // The notification-area seam: the backend's shell shows, changes and removes icons beside the
 // clock and reports the mouse on them as classic mouse messages (512-521) to the icon's
-// window through a notify callback the framework installs; a shell that leaves the tip to the
-// framework reports the pointer resting on an icon and leaving it through a second callback. Which
-// shell a backend uses is chosen at run time: QV_TRAY=fake (or headless) forces the recording fake;
-// otherwise the backend's own choice (the headless backend always uses the fake).
+// window through a notify callback the framework installs. Which shell a backend uses is
+// chosen at run time: QV_TRAY=fake (or headless) forces the recording fake; otherwise the
+// backend's own choice (the headless backend always uses the fake).
 //
 // THeadlessTrayShell records every call and can inject mouse messages, as a shell would send
 // them; it can also play a shell without a host, which refuses every add.
@@ -41,7 +40,8 @@ public:
     // window, callback message, icon id, mouse message.
     using TNotify =
         std::function<void(std::uintptr_t, std::uint32_t, std::uint32_t, std::uint32_t)>;
-    // The tip to show near the screen point, or an empty tip: hide it.
+    // A shell that leaves the tip to the framework reports it when the pointer comes onto an
+    // icon (the tip to show near the screen point) and an empty tip when it leaves or presses.
     using TTipNotify = std::function<void(const std::string&, TPoint)>;
 
     virtual ~TTrayShell() = default;
