@@ -399,10 +399,9 @@ void TApplication::HandleMouse(const TBackendEvent& event, TCustomForm& form) {
             if (f != &form && IsForm(f) && f->IsPopupWindow() && f->Visible())
                 f->Perform(CM_CANCELMODE);
     if (event.kind != TBackendEvent::Kind::MouseMove) CancelHint();
-    if (!m_capture && form.IsPopupWindow() && !form.ClientRect().Contains(event.pos)) {
-        // Only a grab brings a popup input outside it: a press there closes it, nothing else
-        // of it reaches the popup's controls.
-        if (event.kind == TBackendEvent::Kind::MouseDown) form.Perform(CM_CANCELMODE);
+    if (event.kind == TBackendEvent::Kind::MouseDown && !m_capture && form.IsPopupWindow() &&
+        !form.ClientRect().Contains(event.pos)) {
+        form.Perform(CM_CANCELMODE); // a press outside it, brought by a grab, closes a popup
         return;
     }
     TControl* target = m_capture ? m_capture : DeepControlAt(form, event.pos, false);
