@@ -262,7 +262,7 @@ void TqTrayIcon::MouseStep(UINT mouseMessage) {
     }
 }
 
-// The menu closes itself on a press anywhere else (its window grabs the pointer); the empty
+// The menu closes on a press anywhere else on the screen: its window grabs the pointer; the empty
 // message to the main form follows the classic recipe for menus of hidden windows.
 void TqTrayIcon::CheckMenuPopup(TPoint point, bool left) {
     if (IsDesigning()) return;
@@ -272,6 +272,8 @@ void TqTrayIcon::CheckMenuPopup(TPoint point, bool left) {
     const TNotifyEvent& event = left ? OnleftMenu : OnRightMenu;
     if (event) event(this);
     menu->Popup(point.x, point.y);
+    if (TCustomForm* window = menu->MenuWindow(); window && window->NativeWindow())
+        Application().Backend().GrabPointer(window->NativeWindow());
     if (TCustomForm* main = Application().MainForm()) PostMessage(main->Handle(), WM_NULL);
 }
 

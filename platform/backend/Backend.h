@@ -87,6 +87,10 @@ public:
     virtual void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) = 0;
     // Whether the window has a button of its own on the taskbar (true: it has none).
     virtual void SetSkipTaskbar(TNativeWindowId window, bool skip) = 0;
+    // Every press on the screen goes to the window while it is shown (the pointer grab of the
+    // notification area's menus): a press outside the application's windows arrives as the
+    // window's, outside its client area. The grab ends when the window is hidden.
+    virtual void GrabPointer(TNativeWindowId window) = 0;
     // The notification-area shell (platform/backend/TrayShell.h), made on first use.
     virtual TTrayShell& TrayShell() = 0;
     // The memory the window's frame buffer of `size` pixels should live in: a view

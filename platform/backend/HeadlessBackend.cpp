@@ -70,7 +70,14 @@ void THeadlessBackend::SetWindowBounds(TNativeWindowId window, const TRect& boun
 
 void THeadlessBackend::SetWindowVisible(TNativeWindowId window, bool visible) {
     std::lock_guard guard(m_lock);
-    Record(window).visible = visible;
+    TWindowRecord& r = Record(window);
+    r.visible = visible;
+    if (!visible) r.grabbing = false;
+}
+
+void THeadlessBackend::GrabPointer(TNativeWindowId window) {
+    std::lock_guard guard(m_lock);
+    Record(window).grabbing = true;
 }
 
 void THeadlessBackend::SetWindowTitle(TNativeWindowId window, const std::string& title) {

@@ -33,6 +33,7 @@ public:
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
     void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
+    void GrabPointer(TNativeWindowId window) override;
     TTrayShell& TrayShell() override { return m_tray; }
     THeadlessTrayShell& FakeTray() { return m_tray; }
     TPixelBuffer FrameStorage(TNativeWindowId window, TSize size) override;
@@ -77,6 +78,7 @@ public:
         TPixelBuffer presented; // what the "screen" shows of this window
         TPixelBuffer storage;   // the memory of the window's frame buffer (FrameStorage)
         int presentCount{0};
+        bool grabbing{false}; // GrabPointer while shown
     };
     // The window's record; EInvalidOperation for unknown windows.
     const TWindowRecord& Window(TNativeWindowId window) const;

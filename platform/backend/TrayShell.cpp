@@ -38,10 +38,20 @@ bool THeadlessTrayShell::Inject(std::uintptr_t window, std::uint32_t id,
     return true;
 }
 
+bool THeadlessTrayShell::InjectHover(std::uintptr_t window, std::uint32_t id, bool inside,
+                                     TPoint screen) const {
+    auto it = m_icons.find({window, id});
+    if (it == m_icons.end()) return false;
+    NotifyTip(inside ? it->second.tip : std::string(), screen);
+    return true;
+}
+
 namespace {
 
-// The alpha-weighted average of a block of the picture, blended onto the ground.
-std::uint32_t BlockOnGround(const TPixelBuffer& icon, TRect block, std::uint32_t ground) {
+// The alpha-weighted average of a block of the picture, blended onto the ground; the block's
+// mean alpha goes to `coverage`.
+std::uint32_t BlockOnGround(const TPixelBuffer& icon, TRect block, std::uint32_t ground,
+                            std::uint32_t& coverageOut) {
     std::uint64_t alpha = 0, sums[3] = {0, 0, 0}, count = 0;
     for (int y = block.top; y < block.bottom; ++y)
         for (int x = block.left; x < block.right; ++x) {
@@ -53,6 +63,7 @@ std::uint32_t BlockOnGround(const TPixelBuffer& icon, TRect block, std::uint32_t
             ++count;
         }
     const std::uint64_t coverage = alpha / count;
+    coverageOut = static_cast<std::uint32_t>(coverage);
     std::uint32_t out = 0;
     for (int c = 0; c < 3; ++c) {
         const std::uint64_t colour = alpha ? sums[c] / alpha : 0;
@@ -63,19 +74,38 @@ std::uint32_t BlockOnGround(const TPixelBuffer& icon, TRect block, std::uint32_t
     return out;
 }
 
+// The block of the picture that covers pixel (x, y) of a picture of `size`.
+TRect SourceBlock(const TPixelBuffer& icon, TSize size, int x, int y) {
+    const std::int64_t w = icon.Width(), h = icon.Height();
+    const int x0 = static_cast<int>(x * w / size.cx);
+    const int y0 = static_cast<int>(y * h / size.cy);
+    const int x1 = std::max(x0 + 1, static_cast<int>((x + 1) * w / size.cx));
+    const int y1 = std::max(y0 + 1, static_cast<int>((y + 1) * h / size.cy));
+    return {x0, y0, x1, y1};
+}
+
 } // namespace
 
 TPixelBuffer ScaleTrayIcon(const TPixelBuffer& icon, TSize size, std::uint32_t ground) {
     TPixelBuffer out(std::max(size.cx, 0), std::max(size.cy, 0), ground);
     if (icon.IsEmpty()) return out;
-    const std::int64_t w = icon.Width(), h = icon.Height();
+    std::uint32_t coverage = 0;
+    for (int y = 0; y < out.Height(); ++y)
+        for (int x = 0; x < out.Width(); ++x)
+            out.At(x, y) = BlockOnGround(icon, SourceBlock(icon, size, x, y), ground, coverage);
+    return out;
+}
+
+// On a black ground the blend is the colour times the coverage: the premultiplied colour.
+TPixelBuffer ScaleTrayIconArgb(const TPixelBuffer& icon, TSize size) {
+    TPixelBuffer out(std::max(size.cx, 0), std::max(size.cy, 0), 0);
+    if (icon.IsEmpty()) return out;
+    std::uint32_t coverage = 0;
     for (int y = 0; y < out.Height(); ++y)
         for (int x = 0; x < out.Width(); ++x) {
-            const int x0 = static_cast<int>(x * w / size.cx);
-            const int y0 = static_cast<int>(y * h / size.cy);
-            const int x1 = std::max(x0 + 1, static_cast<int>((x + 1) * w / size.cx));
-            const int y1 = std::max(y0 + 1, static_cast<int>((y + 1) * h / size.cy));
-            out.At(x, y) = BlockOnGround(icon, {x0, y0, x1, y1}, ground);
+            const std::uint32_t colour =
+                BlockOnGround(icon, SourceBlock(icon, size, x, y), 0, coverage);
+            out.At(x, y) = coverage << 24 | colour;
         }
     return out;
 }

@@ -9,6 +9,7 @@
 // them; it can also play a shell without a host, which refuses every add.
 
 #include "platform/graphics/PixelBuffer.h"
+#include "platform/graphics/Types.h"
 
 #include <cstdint>
 #include <functional>
@@ -39,6 +40,9 @@ public:
     // window, callback message, icon id, mouse message.
     using TNotify =
         std::function<void(std::uintptr_t, std::uint32_t, std::uint32_t, std::uint32_t)>;
+    // A shell that leaves the tip to the framework reports it when the pointer comes onto an
+    // icon (the tip to show near the screen point) and an empty tip when it leaves or presses.
+    using TTipNotify = std::function<void(const std::string&, TPoint)>;
 
     virtual ~TTrayShell() = default;
     virtual const char* Name() const = 0;
@@ -51,14 +55,19 @@ public:
 
     void SetNotify(TNotify notify) { m_notify = std::move(notify); }
     bool HasNotify() const { return static_cast<bool>(m_notify); }
+    void SetTipNotify(TTipNotify notify) { m_tipNotify = std::move(notify); }
 
 protected:
     void Notify(const TTrayIconRecord& icon, std::uint32_t mouseMessage) const {
         if (m_notify) m_notify(icon.window, icon.callbackMessage, icon.id, mouseMessage);
     }
+    void NotifyTip(const std::string& tip, TPoint screen) const {
+        if (m_tipNotify) m_tipNotify(tip, screen);
+    }
 
 private:
     TNotify m_notify;
+    TTipNotify m_tipNotify;
 };
 
 class THeadlessTrayShell : public TTrayShell {
@@ -84,6 +93,9 @@ public:
     void SetHostPresent(bool present) { m_hostPresent = present; }
     // Sends a mouse message as the shell would for a shown icon; false when not shown.
     bool Inject(std::uintptr_t window, std::uint32_t id, std::uint32_t mouseMessage) const;
+    // The pointer comes to rest on a shown icon at `screen` (its tip is reported) or leaves
+    // it (an empty tip); false when not shown.
+    bool InjectHover(std::uintptr_t window, std::uint32_t id, bool inside, TPoint screen) const;
 
 private:
     std::vector<TCall> m_calls;
@@ -95,6 +107,9 @@ private:
 // The picture (0xAARRGGBB) scaled to `size` by area average and blended onto `ground`
 // (0xRRGGBB); all ground when the picture is empty.
 TPixelBuffer ScaleTrayIcon(const TPixelBuffer& icon, TSize size, std::uint32_t ground);
+// The picture scaled the same way with its coverage kept: premultiplied 0xAARRGGBB, as a
+// 32-bit visual with alpha wants it; transparent when the picture is empty.
+TPixelBuffer ScaleTrayIconArgb(const TPixelBuffer& icon, TSize size);
 
 // QV_TRAY's choice: "fake" for the recording fake, "" when unset, else the value.
 std::string RequestedTrayShell();

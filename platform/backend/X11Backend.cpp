@@ -276,8 +276,27 @@ void TX11Backend::SetWindowVisible(TNativeWindowId window, bool visible) {
     } else {
         XWithdrawWindow(dpy, w->xid, m_screen); // the window manager forgets it too
     }
-    if (!visible) w->mapped = false;
+    if (!visible) {
+        w->mapped = false;
+        w->grabWhenMapped = false; // unmapping ends the grab
+    }
     XFlush(dpy);
+}
+
+void TX11Backend::GrabPointer(TNativeWindowId window) {
+    TWindow* w = Find(window);
+    if (!w) return;
+    w->grabWhenMapped = true;
+    if (w->mapped) StartGrab(*w);
+}
+
+// Events over the application's own windows go to them as usual (owner events); all others
+// come to this window.
+void TX11Backend::StartGrab(const TWindow& w) {
+    XGrabPointer(m_display.get(), w.xid, True,
+                 ButtonPressMask | ButtonReleaseMask | PointerMotionMask, GrabModeAsync,
+                 GrabModeAsync, None, None, CurrentTime);
+    XFlush(m_display.get());
 }
 
 void TX11Backend::SetWindowTitle(TNativeWindowId window, const std::string& title) {

@@ -38,6 +38,7 @@ public:
     void SetWindowState(TNativeWindowId window, TNativeWindowState state) override;
     void SetSizeLimits(TNativeWindowId window, TSize minimum, TSize maximum) override;
     void SetSkipTaskbar(TNativeWindowId window, bool skip) override;
+    void GrabPointer(TNativeWindowId window) override;
     TTrayShell& TrayShell() override;
     // The XEmbed shell when it is the one in use, for tests.
     TX11TrayShell* XEmbedTray() const { return m_xembed; }
@@ -77,6 +78,7 @@ private:
         bool visible{false}; // as the framework last asked
         bool mapped{false};
         bool focusWhenMapped{false};
+        bool grabWhenMapped{false}; // GrabPointer asked; the grab needs a viewable window
         bool skipTaskbar{false};
         TRect bounds;
         TNativeWindowState state{TNativeWindowState::Normal};
@@ -93,6 +95,7 @@ private:
     void PublishPopupType(const TWindow& w);
     void SendNetWmState(const TWindow& w, bool add, Atom first, Atom second);
     void SetInitialNetWmState(const TWindow& w);
+    void StartGrab(const TWindow& w);
     TNativeWindowState ReadState(const TWindow& w) const;
     Cursor CursorFor(int cursor);
 

@@ -221,6 +221,7 @@ void TX11Backend::OnMap(const XMapEvent& e) {
     TWindow* w = Find(static_cast<TNativeWindowId>(e.window));
     if (!w) return;
     w->mapped = true;
+    if (w->grabWhenMapped) StartGrab(*w);
     if (w->focusWhenMapped) {
         w->focusWhenMapped = false;
         XSetInputFocus(m_display.get(), w->xid, RevertToParent, CurrentTime);

@@ -1,5 +1,6 @@
 #include "X11Tray.h"
 
+#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
 #include <algorithm>
@@ -17,8 +18,8 @@ constexpr long XEmbedMapped = 1;
 constexpr unsigned IconSize = 24; // until the host gives its size
 constexpr std::int64_t DoubleClickMs = 500;
 constexpr std::uint32_t ButtonFace = 0xF0F0F0;
-constexpr long iconEvents =
-    ButtonPressMask | ButtonReleaseMask | PointerMotionMask | ExposureMask | StructureNotifyMask;
+constexpr long iconEvents = ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
+                            EnterWindowMask | LeaveWindowMask | ExposureMask | StructureNotifyMask;
 
 // Mouse messages of the classic shell.
 constexpr std::uint32_t MouseMove = 0x200;
@@ -37,6 +38,7 @@ TX11TrayShell::TX11TrayShell(Display* display, int screen, std::function<std::in
     m_manager = XInternAtom(display, "MANAGER", False);
     m_xembedInfo = XInternAtom(display, "_XEMBED_INFO", False);
     m_messageData = XInternAtom(display, "_NET_SYSTEM_TRAY_MESSAGE_DATA", False);
+    m_visualAtom = XInternAtom(display, "_NET_SYSTEM_TRAY_VISUAL", False);
     // MANAGER comes to the root with StructureNotifyMask.
     XWindowAttributes root{};
     XGetWindowAttributes(display, m_root, &root);
@@ -44,8 +46,10 @@ TX11TrayShell::TX11TrayShell(Display* display, int screen, std::function<std::in
 }
 
 TX11TrayShell::~TX11TrayShell() {
-    for (auto& [key, icon] : m_icons)
-        XDestroyWindow(m_display, icon.xid);
+    for (auto& [key, icon] : m_icons) {
+        icon.tipShown = false; // nobody is left to hide it for
+        DestroyWindow(icon);
+    }
     XFlush(m_display);
 }
 
@@ -58,6 +62,67 @@ Window TX11TrayShell::FindHost() {
     return m_host;
 }
 
+Visual* TX11TrayShell::HostArgbVisual() {
+    Atom type = 0;
+    int format = 0;
+    unsigned long count = 0, after = 0;
+    unsigned char* data = nullptr;
+    if (XGetWindowProperty(m_display, m_host, m_visualAtom, 0, 1, False, XA_VISUALID, &type,
+                           &format, &count, &after, &data) != Success)
+        return nullptr;
+    const VisualID id = data && format == 32 && count == 1 ? *reinterpret_cast<VisualID*>(data) : 0;
+    if (data) XFree(data);
+    if (!id) return nullptr;
+    XVisualInfo wanted{};
+    wanted.visualid = id;
+    wanted.screen = m_screen;
+    int matches = 0;
+    XVisualInfo* found =
+        XGetVisualInfo(m_display, VisualIDMask | VisualScreenMask, &wanted, &matches);
+    Visual* visual = found && matches > 0 && found->depth == 32 ? found->visual : nullptr;
+    if (found) XFree(found);
+    return visual;
+}
+
+void TX11TrayShell::MakeWindow(TIcon& icon, Visual* visual) {
+    DestroyWindow(icon);
+    XSetWindowAttributes attributes{};
+    attributes.event_mask = iconEvents;
+    unsigned long mask = CWEventMask | CWBackPixel;
+    int depth = CopyFromParent;
+    if (visual) { // transparent until painted; the border pixel must match the depth too
+        icon.colormap = XCreateColormap(m_display, m_root, visual, AllocNone);
+        attributes.colormap = icon.colormap;
+        attributes.background_pixel = 0;
+        attributes.border_pixel = 0;
+        mask |= CWColormap | CWBorderPixel;
+        depth = 32;
+    } else {
+        attributes.background_pixel = ButtonFace;
+    }
+    icon.visual = visual;
+    icon.xid = XCreateWindow(m_display, m_root, 0, 0, IconSize, IconSize, 0, depth, InputOutput,
+                             visual ? visual : CopyFromParent, mask, &attributes);
+    const long info[2] = {0, XEmbedMapped};
+    XChangeProperty(m_display, icon.xid, m_xembedInfo, m_xembedInfo, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(info), 2);
+    XStoreName(m_display, icon.xid, icon.record.tip.c_str());
+    XSizeHints hints{}; // the size the embedding host starts from
+    hints.flags = PMinSize | PBaseSize;
+    hints.min_width = hints.base_width = IconSize;
+    hints.min_height = hints.base_height = IconSize;
+    XSetWMNormalHints(m_display, icon.xid, &hints);
+}
+
+void TX11TrayShell::DestroyWindow(TIcon& icon) {
+    HideTip(icon);
+    if (icon.xid) XDestroyWindow(m_display, icon.xid);
+    if (icon.colormap) XFreeColormap(m_display, icon.colormap);
+    icon.xid = 0;
+    icon.colormap = 0;
+    icon.docked = false;
+}
+
 bool TX11TrayShell::Apply(TTrayOperation operation, const TTrayIconRecord& record) {
     const TKey key{record.window, record.id};
     auto it = m_icons.find(key);
@@ -66,23 +131,10 @@ bool TX11TrayShell::Apply(TTrayOperation operation, const TTrayIconRecord& recor
         if (it != m_icons.end()) return false;
         TIcon& icon = m_icons[key];
         icon.record = record;
-        XSetWindowAttributes attributes{};
-        attributes.event_mask = iconEvents;
-        attributes.background_pixel = ButtonFace;
-        icon.xid =
-            XCreateWindow(m_display, m_root, 0, 0, IconSize, IconSize, 0, CopyFromParent,
-                          InputOutput, CopyFromParent, CWEventMask | CWBackPixel, &attributes);
-        const long info[2] = {0, XEmbedMapped};
-        XChangeProperty(m_display, icon.xid, m_xembedInfo, m_xembedInfo, 32, PropModeReplace,
-                        reinterpret_cast<const unsigned char*>(info), 2);
-        XStoreName(m_display, icon.xid, record.tip.c_str());
-        XSizeHints hints{}; // the size the embedding host starts from
-        hints.flags = PMinSize | PBaseSize;
-        hints.min_width = hints.base_width = IconSize;
-        hints.min_height = hints.base_height = IconSize;
-        XSetWMNormalHints(m_display, icon.xid, &hints);
         if (!m_host) FindHost();
-        if (m_host) Dock(icon);
+        Visual* visual = m_host ? HostArgbVisual() : nullptr;
+        MakeWindow(icon, visual);
+        if (m_host) Dock(icon, visual);
         XFlush(m_display);
         return icon.docked;
     }
@@ -95,7 +147,7 @@ bool TX11TrayShell::Apply(TTrayOperation operation, const TTrayIconRecord& recor
         return it->second.docked;
     case TTrayOperation::Delete:
         if (it == m_icons.end()) return false;
-        XDestroyWindow(m_display, it->second.xid);
+        DestroyWindow(it->second);
         m_icons.erase(it);
         XFlush(m_display);
         return true;
@@ -133,7 +185,8 @@ bool TX11TrayShell::ShowMessage(const TTrayIconRecord& record, const std::string
     return true;
 }
 
-void TX11TrayShell::Dock(TIcon& icon) {
+void TX11TrayShell::Dock(TIcon& icon, Visual* visual) {
+    if (visual != icon.visual) MakeWindow(icon, visual);
     XEvent event{};
     event.xclient.type = ClientMessage;
     event.xclient.window = m_host;
@@ -148,6 +201,7 @@ void TX11TrayShell::Dock(TIcon& icon) {
 
 // The host's save set has put the window back on the root: take it off the screen.
 void TX11TrayShell::Withdraw(TIcon& icon) {
+    HideTip(icon);
     icon.docked = false;
     XWithdrawWindow(m_display, icon.xid, m_screen);
 }
@@ -169,7 +223,9 @@ void TX11TrayShell::Paint(const TIcon& icon) {
         attributes.height <= 0)
         return;
     const int width = attributes.width, height = attributes.height;
-    const TPixelBuffer scaled = ScaleTrayIcon(icon.record.icon, {width, height}, ButtonFace);
+    const TPixelBuffer scaled = icon.visual
+                                    ? ScaleTrayIconArgb(icon.record.icon, {width, height})
+                                    : ScaleTrayIcon(icon.record.icon, {width, height}, ButtonFace);
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * height);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
@@ -187,7 +243,20 @@ void TX11TrayShell::Paint(const TIcon& icon) {
     XDestroyImage(image);
 }
 
+void TX11TrayShell::ShowTip(TIcon& icon, TPoint screen) {
+    if (icon.record.tip.empty()) return;
+    icon.tipShown = true;
+    NotifyTip(icon.record.tip, screen);
+}
+
+void TX11TrayShell::HideTip(TIcon& icon) {
+    if (!icon.tipShown) return;
+    icon.tipShown = false;
+    NotifyTip({}, {});
+}
+
 void TX11TrayShell::OnButton(TIcon& icon, const XButtonEvent& e, bool press) {
+    if (press) HideTip(icon);
     if (e.button < 1 || e.button > 3) return; // the wheel is not the shell's
     const std::uint32_t down = DownOf(e.button);
     if (!press) {
@@ -205,9 +274,11 @@ bool TX11TrayShell::HandleEvent(const XEvent& event) {
     if (event.type == ClientMessage && event.xclient.window == m_root &&
         event.xclient.message_type == m_manager &&
         static_cast<Atom>(event.xclient.data.l[1]) == m_selection) {
-        if (FindHost())
+        if (FindHost()) {
+            Visual* visual = HostArgbVisual();
             for (auto& [key, icon] : m_icons)
-                Dock(icon);
+                Dock(icon, visual);
+        }
         XFlush(m_display);
         return true;
     }
@@ -227,6 +298,12 @@ bool TX11TrayShell::HandleEvent(const XEvent& event) {
         break;
     case MotionNotify:
         Notify(icon->record, MouseMove);
+        break;
+    case EnterNotify:
+        ShowTip(*icon, {event.xcrossing.x_root, event.xcrossing.y_root});
+        break;
+    case LeaveNotify:
+        HideTip(*icon);
         break;
     case Expose:
         if (event.xexpose.count == 0) Paint(*icon);

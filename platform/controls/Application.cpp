@@ -300,7 +300,7 @@ void TApplication::HandleInput(const TBackendEvent& event) {
         HandleMouse(event, *form);
         break;
     case TBackendEvent::Kind::MouseLeaveWindow:
-        CancelHint();
+        if (m_hintControl) CancelHint(); // a tip of the notification area is the shell's
         if (m_mouseControl && !m_capture) {
             TControl* old = m_mouseControl;
             m_mouseControl = nullptr;
@@ -399,6 +399,11 @@ void TApplication::HandleMouse(const TBackendEvent& event, TCustomForm& form) {
             if (f != &form && IsForm(f) && f->IsPopupWindow() && f->Visible())
                 f->Perform(CM_CANCELMODE);
     if (event.kind != TBackendEvent::Kind::MouseMove) CancelHint();
+    if (event.kind == TBackendEvent::Kind::MouseDown && !m_capture && form.IsPopupWindow() &&
+        !form.ClientRect().Contains(event.pos)) {
+        form.Perform(CM_CANCELMODE); // a press outside it, brought by a grab, closes a popup
+        return;
+    }
     TControl* target = m_capture ? m_capture : DeepControlAt(form, event.pos, false);
     if (!target) return;
     const TPoint local = target->ScreenToClient(screen);
@@ -479,7 +484,7 @@ TControl* TApplication::HintControlOf(TControl* control) const {
 void TApplication::HintMouseMoved() {
     TControl* control = m_showHint ? HintControlOf(m_mouseControl) : nullptr;
     if (!control) {
-        CancelHint();
+        if (m_hintControl) CancelHint(); // a tip of the notification area is the shell's
         return;
     }
     if (control == m_hintControl) return;
@@ -503,14 +508,22 @@ constexpr int CursorHeightMargin = 20;
 
 } // namespace
 
+void TApplication::ActivateHintAt(const std::string& text, TPoint screen) {
+    CancelHint();
+    if (!m_showHint || text.empty()) return;
+    m_hintText = text;
+    m_hintAt = screen;
+    m_hintShowAt = NowMs() + m_hintPause;
+}
+
 void TApplication::ShowHintNow() {
     m_hintShowAt = -1;
-    const std::string text = GetShortHint(HintTextOf(m_hintControl));
+    const std::string text = m_hintControl ? GetShortHint(HintTextOf(m_hintControl)) : m_hintText;
     if (text.empty()) return;
     if (!m_hintWindow) m_hintWindow = new THintWindow(this);
     m_hintWindow->SetColor(m_hintColor);
     TRect rect = m_hintWindow->CalcHintRect(m_backend->ScreenBounds().Width(), text);
-    const TPoint at = CursorPos();
+    const TPoint at = m_hintControl ? CursorPos() : m_hintAt;
     OffsetRect(rect, at.x, at.y + CursorHeightMargin);
     m_hintWindow->ActivateHint(rect, text);
     m_hintHideAt = NowMs() + m_hintHidePause;
@@ -524,6 +537,7 @@ void TApplication::HideHint() {
 void TApplication::CancelHint() {
     HideHint();
     m_hintControl = nullptr;
+    m_hintText.clear();
     m_hintShowAt = -1;
 }
 

@@ -75,6 +75,9 @@ public:
     THintWindow* HintWindow() const { return m_hintWindow; }
     // Hides the hint and forgets its control: the next pointer move starts over.
     void CancelHint();
+    // A hint of no control (the notification area's tip): `text` shows below `screen` after
+    // the hint pause, as a control's would, until CancelHint or the hide pause.
+    void ActivateHintAt(const std::string& text, TPoint screen);
 
     // Cursors: the pointer shows Screen().Cursor when that is not crDefault, else the cursor
     // of the control under it: its Cursor, or when that is crDefault its own shape (a
@@ -165,6 +168,8 @@ private:
     TColor m_hintColor{clInfoBk};
     THintWindow* m_hintWindow{nullptr}; // owned by the application
     TControl* m_hintControl{nullptr};
+    std::string m_hintText; // ActivateHintAt's, shown when no control's is
+    TPoint m_hintAt;
     std::int64_t m_hintShowAt{-1};
     std::int64_t m_hintHideAt{-1};
     TNativeWindowId m_cursorWindow{0};

@@ -91,7 +91,11 @@ public:
         item->Click();
     }
 
-    int RowAt(int y) const {
+    // The row under a point of the window; -1 outside every row (a grab brings moves and
+    // releases from anywhere on the screen).
+    int RowAt(TPoint at) const {
+        if (!ClientRect().Contains(at)) return -1;
+        const int y = at.y;
         int top = 2;
         for (std::size_t i = 0; i < m_rows.size(); ++i) {
             const int h = m_rows[i]->IsLine() ? LineHeight : RowHeight;
@@ -138,7 +142,7 @@ protected:
     }
 
     void WMMouseMove(TMessage& Message) override {
-        const int row = RowAt(GET_Y_LPARAM(Message.LParam));
+        const int row = RowAt({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)});
         if (row != m_hot) {
             m_hot = row;
             Invalidate();
@@ -148,7 +152,7 @@ protected:
 
     void WMLButtonUp(TMessage& Message) override {
         TCustomForm::WMLButtonUp(Message);
-        Choose(RowAt(GET_Y_LPARAM(Message.LParam)));
+        Choose(RowAt({GET_X_LPARAM(Message.LParam), GET_Y_LPARAM(Message.LParam)}));
     }
 
     void KeyDown(unsigned& Key, TShiftState Shift) override {

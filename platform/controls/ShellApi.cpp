@@ -39,9 +39,17 @@ TTrayOperation OperationOf(std::uint32_t message) {
 bool Shell_NotifyIcon(std::uint32_t message, const TNotifyIconData& data) {
     if (message > NIM_DELETE) return false;
     TTrayShell& shell = Application().Backend().TrayShell();
-    if (!shell.HasNotify())
+    if (!shell.HasNotify()) {
         shell.SetNotify([](std::uintptr_t window, std::uint32_t callback, std::uint32_t id,
                            std::uint32_t mouse) { PostMessage(window, callback, id, mouse); });
+        // The tip shows in the application's hint window, after the hint pause.
+        shell.SetTipNotify([](const std::string& tip, TPoint screen) {
+            if (tip.empty())
+                Application().CancelHint();
+            else
+                Application().ActivateHintAt(tip, screen);
+        });
+    }
     return shell.Apply(OperationOf(message), RecordOf(data));
 }
 

@@ -2,7 +2,8 @@
 // Shell_NotifyIcon and its icon record, as the classic shell API has them, over the backend's
 // notification-area seam (platform/backend/TrayShell.h). The shell's mouse notifications are
 // posted to the record's window as its callback message (WParam: the icon id, LParam: the
-// mouse message, 512-521).
+// mouse message, 512-521). A tip the shell leaves to the framework shows in the application's
+// hint window.
 
 #include "Messages.h"
 

@@ -31,3 +31,16 @@ TEST(TrayScale, EmptyAndHugePicturesGiveTheHostsSize) {
     EXPECT_EQ(scaled.At(23, 23), 0x00FF00u);
     EXPECT_TRUE(ScaleTrayIcon(huge, {0, 0}, 0).IsEmpty());
 }
+
+TEST(TrayScale, WithAlphaTheCoverageStaysAndTheColourIsPremultiplied) {
+    TPixelBuffer icon(4, 4, 0xFF0000FF);
+    icon.At(3, 3) = 0x00000000;
+    icon.At(0, 0) = 0x80FF0000; // half-covered red
+    const TPixelBuffer half = ScaleTrayIconArgb(icon, {2, 2});
+    EXPECT_EQ(half.At(1, 1), 0xBF0000BFu); // three of four blue: coverage 191
+    EXPECT_EQ(half.At(1, 0), 0xFF0000FFu);
+    const TPixelBuffer same = ScaleTrayIconArgb(icon, {4, 4});
+    EXPECT_EQ(same.At(0, 0), 0x80800000u);
+    EXPECT_EQ(same.At(3, 3), 0u); // transparent stays transparent
+    EXPECT_EQ(ScaleTrayIconArgb({}, {24, 24}).At(5, 5), 0u);
+}

@@ -1,10 +1,12 @@
 // The tray icon against the recording shell of the headless backend: the shell calls each
-// setter makes, the events of the shell's mouse messages in order, the menu step and the
-// default item, the parent form shown and hidden, the end of the session asked.
+// setter makes, the events of the shell's mouse messages in order, the menu step (with its
+// pointer grab) and the default item, the shell's tip in the hint window, the parent form
+// shown and hidden, the end of the session asked.
 
 #include "platform/backend/HeadlessBackend.h"
 #include "platform/controls/Application.h"
 #include "platform/controls/Form.h"
+#include "platform/controls/HintWindow.h"
 #include "platform/controls/Menus.h"
 #include "utility/Mystd.h"
 
@@ -221,6 +223,58 @@ TEST_F(TrayIcon, TheMenuStepPopsTheMenuOfTheButtonAtTheCursor) {
     Send(icon, WM_RBUTTONUP);
     EXPECT_FALSE(right->IsOpen());
     EXPECT_EQ(menus.size(), 2u);
+}
+
+TEST_F(TrayIcon, TheMenuGrabsThePointerAndAPressOutsideClosesItWithoutChoosing) {
+    TqTrayIcon& icon = LoggedIcon();
+    auto* menu = new TPopupMenu(main.get());
+    auto* item = new TMenuItem(menu);
+    item->SetCaption("Quit");
+    int chosen = 0;
+    item->OnClick = [&](TObject*) { ++chosen; };
+    menu->Items()->Add(item);
+    icon.SetPopupMenu(menu);
+    Send(icon, WM_RBUTTONDOWN);
+    Send(icon, WM_RBUTTONUP);
+    ASSERT_TRUE(menu->IsOpen());
+    auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+    const TNativeWindowId window = menu->MenuWindow()->NativeWindow();
+    EXPECT_TRUE(headless.Window(window).grabbing);
+    // Left of the menu at the height of its item: only the grab brings this press.
+    headless.MouseDown(window, {-50, 10});
+    headless.MouseUp(window, {-50, 10});
+    Application().ProcessMessages();
+    EXPECT_FALSE(menu->IsOpen());
+    EXPECT_EQ(chosen, 0);
+}
+
+TEST_F(TrayIcon, TheShellsTipShowsInTheHintWindowAfterThePause) {
+    TqTrayIcon& icon = LoggedIcon();
+    icon.SetToolTip("Tray tip");
+    Application().ProcessMessages();
+    auto& headless = static_cast<THeadlessBackend&>(Application().Backend());
+    const auto hintShown = [] {
+        return Application().HintWindow() && Application().HintWindow()->Visible();
+    };
+    ASSERT_TRUE(Shell().InjectHover(icon.WindowHandle(), icon.NotifyData().uID, true, {300, 5}));
+    Application().ProcessMessages();
+    EXPECT_FALSE(hintShown());
+    headless.AdvanceClock(Application().HintPause());
+    Application().ProcessMessages();
+    ASSERT_TRUE(hintShown());
+    EXPECT_EQ(Application().HintWindow()->Caption(), "Tray tip");
+    EXPECT_EQ(Application().HintWindow()->Left(), 300);
+    EXPECT_GT(Application().HintWindow()->Top(), 5); // below the pointer
+    // Moves over the application's forms do not take the shell's tip away; leaving does.
+    main->Show();
+    headless.MouseMove(main->NativeWindow(), {5, 5});
+    Application().ProcessMessages();
+    EXPECT_TRUE(hintShown());
+    Shell().InjectHover(icon.WindowHandle(), icon.NotifyData().uID, false, {});
+    EXPECT_FALSE(hintShown());
+    headless.AdvanceClock(Application().HintPause());
+    Application().ProcessMessages();
+    EXPECT_FALSE(hintShown());
 }
 
 TEST_F(TrayIcon, HideParentFormActsOnSecondaryFormsOnlyAndFromTheQueue) {

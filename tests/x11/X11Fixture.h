@@ -106,7 +106,7 @@ protected:
         return control.ClientToScreen(client);
     }
     // The window's pixels as the server holds them.
-    TPixelBuffer Capture(const TForm& form) {
+    TPixelBuffer Capture(const TCustomForm& form) {
         XImage* image =
             XGetImage(m_probe.get(), form.NativeWindow(), 0, 0, static_cast<unsigned>(form.Width()),
                       static_cast<unsigned>(form.Height()), AllPlanes, ZPixmap);
