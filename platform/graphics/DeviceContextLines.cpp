@@ -241,8 +241,10 @@ public:
     }
 
 private:
+    // Point i of the stroke; i runs up to the point count, which stands for the first point.
     const TPoint& Pt(int i) const {
-        return m_pts[static_cast<std::size_t>(i % static_cast<int>(m_pts.size()))];
+        const auto at = static_cast<std::size_t>(i);
+        return m_pts[at < m_pts.size() ? at : at - m_pts.size()];
     }
     // Caps far outside the window cost nothing: only their bounding box is looked at.
     void AddRound(TPoint p) {

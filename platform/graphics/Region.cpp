@@ -533,6 +533,11 @@ TRegion TRegion::Builder::Finish() {
 TSpanCollector::TSpanCollector(const TRect& window)
     : m_window(window), m_lastOfRow(static_cast<std::size_t>(std::max(0, window.Height())), -1) {}
 
+void TSpanCollector::AppendSpan(int y, int left, int right) {
+    m_lastOfRow[static_cast<std::size_t>(y - m_window.top)] = static_cast<int>(m_spans.size());
+    m_spans.push_back({y, {left, right}});
+}
+
 void TSpanCollector::AddRect(const TRect& r) {
     const TRect c = Intersect(r, m_window);
     for (int y = c.top; y < c.bottom; ++y)

@@ -113,6 +113,9 @@ public:
     TRegion ToRegion();
 
 private:
+    // A span that starts a row or does not touch the row's last one (out of line: rare).
+    void AppendSpan(int y, int left, int right);
+
     TRect m_window;
     std::vector<TRowSpan> m_spans; // in the order they were added
     std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1
@@ -126,7 +129,7 @@ inline void TSpanCollector::AddSpan(int y, int left, int right) {
     // A curve's pen adds overlapping spans to a row one after another (a round join per point):
     // one that overlaps or touches the row's last span widens it instead, which leaves the
     // union the same and keeps the rows short.
-    int& last = m_lastOfRow[static_cast<std::size_t>(y - m_window.top)];
+    const int last = m_lastOfRow[static_cast<std::size_t>(y - m_window.top)];
     if (last >= 0) {
         TSpan& previous = m_spans[static_cast<std::size_t>(last)].span;
         if (left <= previous.right && right >= previous.left) {
@@ -134,8 +137,7 @@ inline void TSpanCollector::AddSpan(int y, int left, int right) {
             return;
         }
     }
-    last = static_cast<int>(m_spans.size());
-    m_spans.push_back({y, {left, right}});
+    AppendSpan(y, left, right);
 }
 
 // GDI-style region handles: owning, freed by DeleteObject or when they go out of scope.
