@@ -382,15 +382,22 @@ private:
     }
 
     // Whether the joins at the origin and at (dx, dy) together cover the row span `b`.
+    // A join is round: one span per row, so each row meets at most two here (a join with more
+    // would only be answered "not covered", which keeps the body).
     bool JoinsCover(const TRowSpan& b, int dx, int dy) const {
-        std::vector<TSpan> cover;
+        std::array<TSpan, 4> cover;
+        std::size_t count = 0;
         for (const TRowSpan& c : m_capRows) {
-            if (c.y == b.y) cover.push_back({c.left, c.right});
-            if (c.y + dy == b.y) cover.push_back({c.left + dx, c.right + dx});
+            const bool here = c.y == b.y, there = c.y + dy == b.y;
+            if (count + static_cast<std::size_t>(here) + static_cast<std::size_t>(there) >
+                cover.size())
+                return false;
+            if (here) cover[count++] = {c.left, c.right};
+            if (there) cover[count++] = {c.left + dx, c.right + dx};
         }
-        cover.resize(NormalizeSpans(cover));
+        const std::span<TSpan> merged(cover.data(), NormalizeSpans({cover.data(), count}));
         return std::ranges::any_of(
-            cover, [&](const TSpan& c) { return c.left <= b.left && c.right >= b.right; });
+            merged, [&](const TSpan& c) { return c.left <= b.left && c.right >= b.right; });
     }
 
     int m_width;
