@@ -1,5 +1,9 @@
 #include "TrayShell.h"
 
+#ifdef QV_HAVE_DBUS
+#include "SniTray.h"
+#endif
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -85,6 +89,18 @@ std::string RequestedTrayShell() {
     if (!value) return {};
     const std::string requested = value;
     return requested == "headless" ? "fake" : requested;
+}
+
+std::unique_ptr<TTrayShell>
+ChooseTrayShell([[maybe_unused]] TBackend& loop,
+                const std::function<std::unique_ptr<TTrayShell>()>& native) {
+    const std::string requested = RequestedTrayShell();
+    if (requested == "fake") return std::make_unique<THeadlessTrayShell>();
+#ifdef QV_HAVE_DBUS
+    if (requested.empty() || requested == "sni")
+        if (auto sni = OpenSniTrayShell(loop, requested.empty())) return sni;
+#endif
+    return native();
 }
 
 } // namespace qv
