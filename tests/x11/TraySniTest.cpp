@@ -335,6 +335,11 @@ protected:
     std::vector<std::string> log;
 };
 
+std::size_t OpenDescriptors() {
+    const std::filesystem::directory_iterator fds("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(begin(fds), end(fds)));
+}
+
 std::string Choice() {
     THeadlessBackend loop;
     const auto shell = ChooseTrayShell(loop, [] {
@@ -349,7 +354,9 @@ std::string Choice() {
 } // namespace
 
 TEST_F(SniTray, TheShellIsChosenByTheWatcherAndQvTray) {
-    EXPECT_EQ(Choice(), "native"); // a bus without a watcher
+    const auto descriptors = OpenDescriptors();
+    EXPECT_EQ(Choice(), "native");             // a bus without a watcher
+    EXPECT_EQ(OpenDescriptors(), descriptors); // the question's connection is closed
     env.Set("QV_TRAY", "sni");
     EXPECT_EQ(Choice(), "sni"); // asked for: its icons register once a watcher comes
     env.Set("QV_TRAY", nullptr);
@@ -461,10 +468,11 @@ TEST_F(SniTray, ChangesAreSignalledAndLargeOrEmptyPicturesArePublishedSafely) {
 
 TEST_F(SniTray, ActivateContextMenuAndSecondaryActivateAreClicks) {
     TPeer& watcher = Peer("org.kde.StatusNotifierWatcher");
-    Icon(TPixelBuffer(16, 16, 0xFF00FF00), "Volts");
+    TPeer& host = Peer();
+    const auto descriptors = OpenDescriptors();
+    TqTrayIcon& icon = Icon(TPixelBuffer(16, 16, 0xFF00FF00), "Volts");
     ASSERT_TRUE(PumpUntil([&] { return watcher.registered.size() == 1; }));
     const std::string item = watcher.registered[0];
-    TPeer& host = Peer();
 
     Invoke(host, item, "Activate");
     EXPECT_EQ(log, (std::vector<std::string>{"click"}));
@@ -480,6 +488,10 @@ TEST_F(SniTray, ActivateContextMenuAndSecondaryActivateAreClicks) {
     Invoke(host, item, "SecondaryActivate");
     Invoke(host, item, "Scroll");
     EXPECT_EQ(log, (std::vector<std::string>{"rclick", "mclick"}));
+
+    icon.SetActive(false); // its connection, socket and timer descriptors go with it
+    EXPECT_TRUE(PumpUntil([&] { return !host.HasOwner(item); }));
+    EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
 TEST_F(SniTray, TheItemRegistersAgainWithANewWatcherAndWithTheFirstOne) {
