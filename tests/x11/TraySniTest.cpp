@@ -3,7 +3,8 @@
 // libdbus: the watcher (owns org.kde.StatusNotifierWatcher, records registrations), the host
 // (reads properties, calls Activate, ContextMenu and SecondaryActivate, hears the change
 // signals) and a notification daemon. The icons are TqTrayIcons on a headless backend whose
-// tray is chosen as the X11 backend chooses its own, so no X server is needed.
+// tray is chosen as the X11 backend chooses its own, so no X server is needed; one test
+// checks the X11 backend's own choice on the suite's Xvfb server.
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,8 @@
 #include "platform/controls/Form.h"
 #include "platform/system/ChildProcess.h"
 #include "utility/Mystd.h"
+
+#include "X11Fixture.h"
 
 #include <dbus/dbus.h>
 
@@ -335,6 +338,9 @@ protected:
     std::vector<std::string> log;
 };
 
+// The X11 backend on the test's Xvfb server, for its choice of tray.
+class SniTrayOnX11 : public qv::test::TX11Fixture {};
+
 std::size_t OpenDescriptors() {
     const std::filesystem::directory_iterator fds("/proc/self/fd");
     return static_cast<std::size_t>(std::distance(begin(fds), end(fds)));
@@ -534,6 +540,18 @@ TEST_F(SniTray, BalloonsAreNotificationsAndALostBusBreaksNothing) {
     icon.SetToolTip("Amps");
     EXPECT_FALSE(icon.ShowBalloon("Gone"));
     icon.SetActive(false);
+}
+
+TEST_F(SniTrayOnX11, TheX11BackendTakesTheWatchersTray) {
+    const auto bus = TPrivateBus::Start();
+    ASSERT_TRUE(bus);
+    TEnvironment env;
+    env.Set("DBUS_SESSION_BUS_ADDRESS", bus->Address().c_str());
+    env.Set("QV_TRAY", nullptr);
+    TPeer watcher(bus->Address());
+    ASSERT_TRUE(watcher.Own("org.kde.StatusNotifierWatcher"));
+    EXPECT_STREQ(m_x11->TrayShell().Name(), "sni");
+    EXPECT_EQ(m_x11->XEmbedTray(), nullptr);
 }
 
 #else
