@@ -514,7 +514,9 @@ bool TSniItem::AppendProperty(DBusMessageIter* iter, const std::string& name) co
          [](const TSniItem&, DBusMessageIter* v) { AppendString(v, "ApplicationStatus"); }},
         {"Id", "s",
          [](const TSniItem& item, DBusMessageIter* v) {
-             AppendString(v, std::string(ProgramName()) + "-" + std::to_string(item.m_record.id));
+             AppendString(
+                 v,
+                 std::string(ProgramName()).append("-").append(std::to_string(item.m_record.id)));
          }},
         {"Title", "s",
          [](const TSniItem& item, DBusMessageIter* v) { AppendString(v, item.Title()); }},

@@ -83,8 +83,9 @@ public:
                "<allow own=\"*\"/></policy></busconfig>\n";
         int error = 0;
         bus->m_daemon = TChildProcess::Spawn(
-            {"dbus-daemon", "--config-file=" + (bus->m_folder / "bus.conf").string(), "--nofork",
-             "--nopidfile"},
+            {"dbus-daemon",
+             std::string("--config-file=").append((bus->m_folder / "bus.conf").string()),
+             "--nofork", "--nopidfile"},
             error, {.stderrPath = (bus->m_folder / "daemon.log").string()});
         if (!bus->m_daemon) return nullptr;
         // Up once its socket is there; a bound on a loaded machine, left as soon as it is.
@@ -104,7 +105,7 @@ public:
         m_daemon->Wait();
     }
     std::filesystem::path Socket() const { return m_folder / "bus"; }
-    std::string Address() const { return "unix:path=" + Socket().string(); }
+    std::string Address() const { return std::string("unix:path=").append(Socket().string()); }
     const std::filesystem::path& Folder() const { return m_folder; }
 
 private:
