@@ -1,5 +1,9 @@
 #include "TrayShell.h"
 
+#ifdef QV_HAVE_DBUS
+#include "SniTray.h"
+#endif
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -48,10 +52,14 @@ bool THeadlessTrayShell::InjectHover(std::uintptr_t window, std::uint32_t id, bo
 
 namespace {
 
-// The alpha-weighted average of a block of the picture, blended onto the ground; the block's
-// mean alpha goes to `coverage`.
-std::uint32_t BlockOnGround(const TPixelBuffer& icon, TRect block, std::uint32_t ground,
-                            std::uint32_t& coverageOut) {
+// A block of the picture averaged: its alpha-weighted colour (0xRRGGBB, straight) and its
+// mean alpha.
+struct TBlockAverage {
+    std::uint32_t colour{0};
+    std::uint32_t coverage{0};
+};
+
+TBlockAverage AverageBlock(const TPixelBuffer& icon, TRect block) {
     std::uint64_t alpha = 0, sums[3] = {0, 0, 0}, count = 0;
     for (int y = block.top; y < block.bottom; ++y)
         for (int x = block.left; x < block.right; ++x) {
@@ -62,13 +70,20 @@ std::uint32_t BlockOnGround(const TPixelBuffer& icon, TRect block, std::uint32_t
                 sums[c] += ((p >> (16 - 8 * c)) & 0xFF) * a;
             ++count;
         }
-    const std::uint64_t coverage = alpha / count;
-    coverageOut = static_cast<std::uint32_t>(coverage);
+    TBlockAverage average{0, static_cast<std::uint32_t>(alpha / count)};
+    for (int c = 0; c < 3; ++c)
+        if (alpha) average.colour |= static_cast<std::uint32_t>(sums[c] / alpha) << (16 - 8 * c);
+    return average;
+}
+
+// The average blended onto the ground (0xRRGGBB) by its coverage.
+std::uint32_t OnGround(TBlockAverage average, std::uint32_t ground) {
     std::uint32_t out = 0;
     for (int c = 0; c < 3; ++c) {
-        const std::uint64_t colour = alpha ? sums[c] / alpha : 0;
+        const std::uint64_t colour = (average.colour >> (16 - 8 * c)) & 0xFF;
         const std::uint64_t under = (ground >> (16 - 8 * c)) & 0xFF;
-        out |= static_cast<std::uint32_t>((colour * coverage + under * (255 - coverage)) / 255)
+        out |= static_cast<std::uint32_t>(
+                   (colour * average.coverage + under * (255 - average.coverage)) / 255)
                << (16 - 8 * c);
     }
     return out;
@@ -86,28 +101,36 @@ TRect SourceBlock(const TPixelBuffer& icon, TSize size, int x, int y) {
 
 } // namespace
 
-TPixelBuffer ScaleTrayIcon(const TPixelBuffer& icon, TSize size, std::uint32_t ground) {
-    TPixelBuffer out(std::max(size.cx, 0), std::max(size.cy, 0), ground);
+namespace {
+
+// The picture scaled to `size` by area average, each pixel made from its block's average.
+template <class PixelOf>
+TPixelBuffer ScaleByAverage(const TPixelBuffer& icon, TSize size, std::uint32_t empty,
+                            PixelOf pixelOf) {
+    TPixelBuffer out(std::max(size.cx, 0), std::max(size.cy, 0), empty);
     if (icon.IsEmpty()) return out;
-    std::uint32_t coverage = 0;
     for (int y = 0; y < out.Height(); ++y)
         for (int x = 0; x < out.Width(); ++x)
-            out.At(x, y) = BlockOnGround(icon, SourceBlock(icon, size, x, y), ground, coverage);
+            out.At(x, y) = pixelOf(AverageBlock(icon, SourceBlock(icon, size, x, y)));
     return out;
+}
+
+} // namespace
+
+TPixelBuffer ScaleTrayIcon(const TPixelBuffer& icon, TSize size, std::uint32_t ground) {
+    return ScaleByAverage(icon, size, ground,
+                          [ground](TBlockAverage a) { return OnGround(a, ground); });
 }
 
 // On a black ground the blend is the colour times the coverage: the premultiplied colour.
 TPixelBuffer ScaleTrayIconArgb(const TPixelBuffer& icon, TSize size) {
-    TPixelBuffer out(std::max(size.cx, 0), std::max(size.cy, 0), 0);
-    if (icon.IsEmpty()) return out;
-    std::uint32_t coverage = 0;
-    for (int y = 0; y < out.Height(); ++y)
-        for (int x = 0; x < out.Width(); ++x) {
-            const std::uint32_t colour =
-                BlockOnGround(icon, SourceBlock(icon, size, x, y), 0, coverage);
-            out.At(x, y) = coverage << 24 | colour;
-        }
-    return out;
+    return ScaleByAverage(icon, size, 0,
+                          [](TBlockAverage a) { return a.coverage << 24 | OnGround(a, 0); });
+}
+
+TPixelBuffer ScaleTrayIconStraight(const TPixelBuffer& icon, TSize size) {
+    return ScaleByAverage(icon, size, 0,
+                          [](TBlockAverage a) { return a.coverage << 24 | a.colour; });
 }
 
 std::string RequestedTrayShell() {
@@ -115,6 +138,18 @@ std::string RequestedTrayShell() {
     if (!value) return {};
     const std::string requested = value;
     return requested == "headless" ? "fake" : requested;
+}
+
+std::unique_ptr<TTrayShell>
+ChooseTrayShell([[maybe_unused]] TBackend& loop,
+                const std::function<std::unique_ptr<TTrayShell>()>& native) {
+    const std::string requested = RequestedTrayShell();
+    if (requested == "fake") return std::make_unique<THeadlessTrayShell>();
+#ifdef QV_HAVE_DBUS
+    if (requested.empty() || requested == "sni")
+        if (auto sni = OpenSniTrayShell(loop, requested.empty())) return sni;
+#endif
+    return native();
 }
 
 } // namespace qv

@@ -2,8 +2,9 @@
 // The notification-area seam: the backend's shell shows, changes and removes icons beside the
 // clock and reports the mouse on them as classic mouse messages (512-521) to the icon's
 // window through a notify callback the framework installs. Which shell a backend uses is
-// chosen at run time: QV_TRAY=fake (or headless) forces the recording fake; otherwise the
-// backend's own choice (the headless backend always uses the fake).
+// chosen at run time (ChooseTrayShell): QV_TRAY=fake (or headless) forces the recording fake;
+// otherwise a StatusNotifierItem when a watcher is on the session bus, else the backend's own
+// (the headless backend always uses the fake).
 //
 // THeadlessTrayShell records every call and can inject mouse messages, as a shell would send
 // them; it can also play a shell without a host, which refuses every add.
@@ -20,6 +21,8 @@
 #include <vector>
 
 namespace qv {
+
+class TBackend;
 
 // What the shell needs of an icon: the window its notifications go to and the icon's id
 // (together they tell icons apart), the valid parts, the callback message, the picture and
@@ -110,8 +113,23 @@ TPixelBuffer ScaleTrayIcon(const TPixelBuffer& icon, TSize size, std::uint32_t g
 // The picture scaled the same way with its coverage kept: premultiplied 0xAARRGGBB, as a
 // 32-bit visual with alpha wants it; transparent when the picture is empty.
 TPixelBuffer ScaleTrayIconArgb(const TPixelBuffer& icon, TSize size);
+// The picture scaled the same way with straight (not premultiplied) alpha, as
+// StatusNotifierItem pictures are published.
+TPixelBuffer ScaleTrayIconStraight(const TPixelBuffer& icon, TSize size);
 
 // QV_TRAY's choice: "fake" for the recording fake, "" when unset, else the value.
 std::string RequestedTrayShell();
+
+// A second press of the same button on an icon within this time is a double click.
+constexpr std::int64_t TrayDoubleClickMs = 500;
+
+// The shell of a backend whose windowing system has a notification area of its own
+// (`native` makes that shell): QV_TRAY=fake the recording fake; unset, the StatusNotifierItem
+// shell (platform/backend/SniTray.h) when a watcher owns org.kde.StatusNotifierWatcher on the
+// session bus, else native; QV_TRAY=sni the StatusNotifierItem shell whenever a session bus
+// answers (its icons register once a watcher comes); any other value (xembed) native. Without
+// D-Bus support in the build the StatusNotifierItem shell is never chosen.
+std::unique_ptr<TTrayShell>
+ChooseTrayShell(TBackend& loop, const std::function<std::unique_ptr<TTrayShell>()>& native);
 
 } // namespace qv

@@ -376,18 +376,16 @@ void TX11Backend::SetSkipTaskbar(TNativeWindowId window, bool skip) {
     XFlush(m_display.get());
 }
 
-// The notification area: the System Tray Protocol on this display, or the recording fake
-// when QV_TRAY=fake asks for it.
+// The notification area: StatusNotifierItems when a watcher is on the session bus, else the
+// System Tray Protocol on this display (or what QV_TRAY asks for, ChooseTrayShell).
 TTrayShell& TX11Backend::TrayShell() {
     if (m_tray) return *m_tray;
-    if (RequestedTrayShell() == "fake") {
-        m_tray = std::make_unique<THeadlessTrayShell>();
-    } else {
+    m_tray = ChooseTrayShell(*this, [this]() -> std::unique_ptr<TTrayShell> {
         auto xembed =
             std::make_unique<TX11TrayShell>(m_display.get(), m_screen, [this] { return NowMs(); });
         m_xembed = xembed.get();
-        m_tray = std::move(xembed);
-    }
+        return xembed;
+    });
     return *m_tray;
 }
 

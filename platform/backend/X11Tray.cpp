@@ -16,7 +16,6 @@ constexpr long SystemTrayRequestDock = 0;
 constexpr long SystemTrayBeginMessage = 1;
 constexpr long XEmbedMapped = 1;
 constexpr unsigned IconSize = 24; // until the host gives its size
-constexpr std::int64_t DoubleClickMs = 500;
 constexpr std::uint32_t ButtonFace = 0xF0F0F0;
 constexpr long iconEvents = ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
                             EnterWindowMask | LeaveWindowMask | ExposureMask | StructureNotifyMask;
@@ -264,7 +263,7 @@ void TX11TrayShell::OnButton(TIcon& icon, const XButtonEvent& e, bool press) {
         return;
     }
     const std::int64_t now = m_nowMs();
-    const bool second = icon.lastButton == e.button && now - icon.lastPress <= DoubleClickMs;
+    const bool second = icon.lastButton == e.button && now - icon.lastPress <= TrayDoubleClickMs;
     Notify(icon.record, second ? down + 2 : down);
     icon.lastButton = second ? 0 : e.button;
     icon.lastPress = now;

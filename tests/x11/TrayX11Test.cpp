@@ -20,6 +20,7 @@
 #include <X11/Xatom.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -33,6 +34,9 @@ namespace {
 class TrayInX11 : public TX11Fixture {
 protected:
     void SetUp() override {
+        // XEmbed even on a desktop whose session bus has a StatusNotifierItem watcher.
+        if (const char* tray = std::getenv("QV_TRAY")) m_savedTray = tray;
+        setenv("QV_TRAY", "xembed", 1);
         TX11Fixture::SetUp();
         if (m_probe) FakeMotion(Away); // no tip from an earlier test's pointer
     }
@@ -41,7 +45,9 @@ protected:
         m_form.reset();
         StopTrayer();
         TX11Fixture::TearDown();
+        m_savedTray ? setenv("QV_TRAY", m_savedTray->c_str(), 1) : unsetenv("QV_TRAY");
     }
+    std::optional<std::string> m_savedTray;
     static constexpr TPoint Away{700, 600}; // nothing of the tests' there
     bool StartTrayer() {
         int error = 0;
