@@ -544,16 +544,6 @@ void TSpanCollector::AddRect(const TRect& r) {
         AddSpan(y, c.left, c.right);
 }
 
-void TSpanCollector::AddRegion(const TRegion& region, int dx, int dy) {
-    for (const auto& band : region.Bands()) {
-        const int top = std::max(band.top + dy, m_window.top);
-        const int bottom = std::min(band.bottom + dy, m_window.bottom);
-        for (int y = top; y < bottom; ++y)
-            for (const auto& s : band.spans)
-                AddSpan(y, s.left + dx, s.right + dx);
-    }
-}
-
 std::span<const TSpanCollector::TRowSpan> TSpanCollector::Rows() {
     std::sort(m_spans.begin(), m_spans.end(), [](const TRowSpan& a, const TRowSpan& b) {
         return a.y != b.y ? a.y < b.y : a.span.left < b.span.left;

@@ -100,7 +100,6 @@ public:
     explicit TSpanCollector(const TRect& window);
     void AddSpan(int y, int left, int right); // inline: strokes call it for every row of a join
     void AddRect(const TRect& r);
-    void AddRegion(const TRegion& region, int dx = 0, int dy = 0);
     const TRect& Window() const { return m_window; }
 
     struct TRowSpan {
