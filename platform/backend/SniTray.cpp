@@ -1,6 +1,7 @@
 #include "SniTray.h"
 
 #include "Backend.h"
+#include "platform/core/SysUtils.h"
 
 #include <dbus/dbus.h>
 
@@ -129,18 +130,7 @@ TPixelBuffer PublishedPicture(const TPixelBuffer& icon) {
 // Strings on the bus must be UTF-8 (libdbus aborts the program otherwise): text that is not
 // is taken as Latin-1, the framework's single-byte encoding.
 std::string AsUtf8(const std::string& text) {
-    if (dbus_validate_utf8(text.c_str(), nullptr)) return text;
-    std::string utf8;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            utf8 += c;
-        } else {
-            utf8 += static_cast<char>(0xC0 | (byte >> 6));
-            utf8 += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
-    return utf8;
+    return dbus_validate_utf8(text.c_str(), nullptr) ? text : Latin1ToUtf8(text);
 }
 
 void AppendString(DBusMessageIter* iter, const std::string& text) {

@@ -3,6 +3,7 @@
 #include "TrayShell.h"
 #include "X11Keys.h"
 #include "X11Tray.h"
+#include "platform/core/SysUtils.h"
 
 #include <X11/XKBlib.h>
 #include <X11/Xatom.h>

@@ -129,18 +129,4 @@ std::string CharsFromLookup(const std::string& looked) {
     return chars;
 }
 
-std::string Latin1ToUtf8(const std::string& latin1) {
-    std::string utf8;
-    for (const char c : latin1) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            utf8 += c;
-        } else {
-            utf8 += static_cast<char>(0xC0 | (byte >> 6));
-            utf8 += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
-    return utf8;
-}
-
 } // namespace qv

@@ -17,7 +17,4 @@ unsigned VirtualKeyFromKeysym(unsigned long keysym);
 // Escape, Ctrl+letter); Delete types nothing.
 std::string CharsFromLookup(const std::string& looked);
 
-// The same bytes as UTF-8 (window titles are Latin-1 strings in the framework).
-std::string Latin1ToUtf8(const std::string& latin1);
-
 } // namespace qv

@@ -469,4 +469,18 @@ bool SameText(std::string_view a, std::string_view b) {
     return UpperCase(a) == UpperCase(b);
 }
 
+std::string Latin1ToUtf8(std::string_view latin1) {
+    std::string utf8;
+    for (const char c : latin1) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            utf8 += c;
+        } else {
+            utf8 += static_cast<char>(0xC0 | (byte >> 6));
+            utf8 += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+    return utf8;
+}
+
 } // namespace qv

@@ -77,5 +77,7 @@ std::string UpperCase(std::string_view s);
 std::string LowerCase(std::string_view s);
 std::string Trim(std::string_view s);
 bool SameText(std::string_view a, std::string_view b);
+// The framework's single-byte (Latin-1) text as UTF-8, for window titles and bus strings.
+std::string Latin1ToUtf8(std::string_view latin1);
 
 } // namespace qv

@@ -67,12 +67,6 @@ TEST(X11Keys, TypedTextKeepsControlCharactersButNotDelete) {
     EXPECT_EQ(CharsFromLookup(""), "");
 }
 
-TEST(X11Keys, Latin1TitlesBecomeUtf8) {
-    EXPECT_EQ(Latin1ToUtf8("Volts"), "Volts");
-    EXPECT_EQ(Latin1ToUtf8("caf\xe9"), "caf\xc3\xa9");
-    EXPECT_EQ(Latin1ToUtf8("\xff\x80"), "\xc3\xbf\xc2\x80");
-}
-
 TEST(X11Input, SecondPressOfTheSameButtonNearbyAndSoonIsADoubleClick) {
     TClickTracker clicks;
     EXPECT_FALSE(clicks.Press(1, TMouseButton::Left, {10, 10}, 1000));

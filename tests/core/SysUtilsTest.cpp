@@ -131,3 +131,9 @@ TEST(RandomGenerator, IsDeterministicForASeedAndStaysInRange) {
     EXPECT_EQ(Random(0), 0);
     EXPECT_EQ(Random(-5), 0);
 }
+
+TEST(SysUtils, Latin1TextBecomesUtf8) {
+    EXPECT_EQ(Latin1ToUtf8("Volts"), "Volts");
+    EXPECT_EQ(Latin1ToUtf8("caf\xe9"), "caf\xc3\xa9");
+    EXPECT_EQ(Latin1ToUtf8("\xff\x80"), "\xc3\xbf\xc2\x80");
+}
