@@ -148,6 +148,15 @@ protected:
     bool MenuShown(const TPopupMenu& menu) const {
         return menu.IsOpen() && m_x11->IsMapped(menu.MenuWindow()->NativeWindow());
     }
+    // An icon with a menu docked in trayer, its menu opened by a right click.
+    TPopupMenu& OpenMenuOfDockedIcon() {
+        MakeIcon();
+        TPopupMenu& menu = AddMenu();
+        EXPECT_TRUE(PumpUntil([&] { return Docked(); }));
+        FakeClick(IconCentre(), 3);
+        EXPECT_TRUE(PumpUntil([&] { return MenuShown(menu); }));
+        return menu;
+    }
     // The windows on the server that carry _XEMBED_INFO under `window`: icon windows, ours
     // (docked or withdrawn) and any left behind.
     unsigned EmbeddableWindows(Window window) {
@@ -237,11 +246,8 @@ TEST_F(TrayInX11, TheTipShowsOnTheIconAndGoesWhenThePointerLeaves) {
 
 TEST_F(TrayInX11, TheMenuClosesOnAPressElsewhereOnTheScreen) {
     if (!StartTrayer()) GTEST_SKIP() << "trayer is not installed or did not start";
-    MakeIcon();
-    TPopupMenu& menu = AddMenu();
-    ASSERT_TRUE(PumpUntil([&] { return Docked(); }));
-    FakeClick(IconCentre(), 3);
-    ASSERT_TRUE(PumpUntil([&] { return MenuShown(menu); }));
+    TPopupMenu& menu = OpenMenuOfDockedIcon();
+    ASSERT_TRUE(MenuShown(menu));
     // The root is no window of the application's: only the grab brings the press here.
     FakeClick(Away);
     EXPECT_TRUE(PumpUntil([&] { return !menu.IsOpen(); }));
@@ -258,11 +264,8 @@ TEST_F(TrayInX11, TheMenuClosesOnAPressElsewhereOnTheScreen) {
 
 TEST_F(TrayInX11, AHostKilledWithTheMenuOpenAndRestartedTenTimes) {
     if (!StartTrayer()) GTEST_SKIP() << "trayer is not installed or did not start";
-    MakeIcon();
-    TPopupMenu& menu = AddMenu();
-    ASSERT_TRUE(PumpUntil([&] { return Docked(); }));
-    FakeClick(IconCentre(), 3);
-    ASSERT_TRUE(PumpUntil([&] { return MenuShown(menu); }));
+    TPopupMenu& menu = OpenMenuOfDockedIcon();
+    ASSERT_TRUE(MenuShown(menu));
     StopTrayer();
     ASSERT_TRUE(PumpUntil([&] { return Withdrawn(); }));
     // The menu is the application's: it stays and still closes on a press elsewhere.
