@@ -67,18 +67,6 @@ void CopyPixelRun(const TPixel* from, bool backwards, TPixel* to, int n) {
         to[k] = from[k] & 0xFFFFFF;
 }
 
-// The 4 x 4 transpose: out[i][j] = in[j][i].
-void Transpose4(const TPixel4 (&in)[4], TPixel4 (&out)[4]) {
-    const TPixel4 t0 = __builtin_shufflevector(in[0], in[1], 0, 4, 1, 5);
-    const TPixel4 t1 = __builtin_shufflevector(in[0], in[1], 2, 6, 3, 7);
-    const TPixel4 t2 = __builtin_shufflevector(in[2], in[3], 0, 4, 1, 5);
-    const TPixel4 t3 = __builtin_shufflevector(in[2], in[3], 2, 6, 3, 7);
-    out[0] = __builtin_shufflevector(t0, t2, 0, 1, 4, 5);
-    out[1] = __builtin_shufflevector(t0, t2, 2, 3, 6, 7);
-    out[2] = __builtin_shufflevector(t1, t3, 0, 1, 4, 5);
-    out[3] = __builtin_shufflevector(t1, t3, 2, 3, 6, 7);
-}
-
 // The pixel a colour is drawn with (system colours resolved, flag bytes dropped).
 TPixel DrawnPixel(TColor color) {
     return ColorToPixel(ColorToDrawRGB(color));
@@ -212,20 +200,21 @@ struct TRotation {
         CopyPixelRun(from + step * low, step < 0, to + low, high - low + 1);
     }
 
-    // Rows that read source columns (step is a whole source row): four destination rows
-    // whose sources are four neighbouring columns are copied by 4 x 4 transposes, the rest
-    // pixel by pixel. The transposes run in tiles of kTile columns across kBands bands at a
-    // time, so that the source rows a tile reads stay in the cache for the bands beside.
+    // Four destination rows whose sources are four neighbouring columns, each reading the
+    // columns low..high (a multiple of four of them) by 4 x 4 transposes.
+    struct TBand {
+        const TTurnedRow* rows;
+        std::ptrdiff_t across; // +1 or -1
+        int low, high;
+    };
+
+    // Rows that read source columns (step is a whole source row): bands of four rows are
+    // copied by 4 x 4 transposes, the rest pixel by pixel.
     static void CopyColumns(const TPixel* pixels, std::ptrdiff_t step,
                             const std::vector<TTurnedRow>& rows) {
         auto copy = [&](const TTurnedRow& r, int first, int last) {
             for (int u = first; u <= last; ++u)
                 r.to[u] = pixels[r.base + step * u] & 0xFFFFFF;
-        };
-        struct TBand {
-            const TTurnedRow* rows;
-            std::ptrdiff_t across; // +1 or -1
-            int low, high;         // the columns all four rows take, by transposes
         };
         std::vector<TBand> bands;
         std::size_t k = 0;
@@ -253,33 +242,68 @@ struct TRotation {
         }
         for (; k < rows.size(); ++k)
             copy(rows[k], rows[k].low, rows[k].high);
-        constexpr std::size_t kBands = 16;
-        constexpr int kTile = 16;
-        for (std::size_t first = 0; first < bands.size(); first += kBands) {
-            const std::size_t last = std::min(bands.size(), first + kBands);
-            int from = bands[first].low, to = bands[first].high;
-            for (std::size_t b = first; b < last; ++b) {
-                from = std::min(from, bands[b].low);
-                to = std::max(to, bands[b].high);
-            }
-            for (int tile = from; tile <= to; tile += kTile)
-                for (std::size_t b = first; b < last; ++b) {
-                    const TBand& band = bands[b];
-                    // The blocks (starting at low + 4m) whose start lies in this tile.
-                    const int start = std::max(tile, band.low);
-                    for (int u = band.low + (start - band.low + 3) / 4 * 4;
-                         u < tile + kTile && u + 3 <= band.high; u += 4) {
-                        TPixel4 in[4], out[4];
-                        for (int j = 0; j < 4; ++j) {
-                            const TPixel* at = pixels + band.rows[0].base + step * (u + j);
-                            in[j] = band.across > 0 ? Load4(at) : Reversed4(Load4(at - 3));
-                        }
-                        Transpose4(in, out);
-                        for (int i = 0; i < 4; ++i)
-                            Store4(band.rows[i].to + u, out[i] & kColourMask4);
-                    }
-                }
+        // Neighbouring bands that read the same columns the same way go together, kGroup at a
+        // time (a turned rectangle gives nothing else).
+        for (std::size_t first = 0; first < bands.size();) {
+            std::size_t last = first + 1;
+            while (last < bands.size() && last - first < kGroup &&
+                   bands[last].low == bands[first].low && bands[last].high == bands[first].high &&
+                   bands[last].across == bands[first].across)
+                ++last;
+            if (bands[first].across > 0)
+                CopyBandGroup<false>(pixels, step, &bands[first], last - first);
+            else
+                CopyBandGroup<true>(pixels, step, &bands[first], last - first);
+            first = last;
         }
+    }
+
+    static constexpr std::size_t kGroup = 8;
+    static constexpr int kTile = 64;
+
+    // Copies up to kGroup bands with the same columns, kTile columns at a time. Source rows
+    // and destination rows lie a row of pixels apart, so the lines of a column share a few
+    // cache sets and would push each other out if one were needed twice: each tile reads its
+    // source rows four at a time, taking their pixels for every band at once, into a buffer,
+    // and then writes each destination row's part in one run.
+    template <bool backwards>
+    static void CopyBandGroup(const TPixel* pixels, std::ptrdiff_t step, const TBand* group,
+                              std::size_t count) {
+        std::array<TPixel, 4 * kGroup * kTile> buffer; // destination row r at r * kTile
+        for (int tile = group[0].low; tile <= group[0].high; tile += kTile) {
+            const int width = std::min(kTile, group[0].high + 1 - tile); // a multiple of four
+            for (int u = 0; u < width; u += 4)
+                for (std::size_t b = 0; b < count; ++b) {
+                    const TPixel* at = pixels + group[b].rows[0].base + step * (tile + u);
+                    TransposeBlock<backwards>(backwards ? at - 3 : at, step,
+                                              &buffer[4 * b * kTile + static_cast<std::size_t>(u)]);
+                }
+            for (std::size_t r = 0; r < 4 * count; ++r) {
+                const TPixel* from = &buffer[r * kTile];
+                TPixel* to = group[r / 4].rows[r % 4].to + tile;
+                for (int u = 0; u < width; u += 4)
+                    Store4(to + u, Load4(from + u));
+            }
+        }
+    }
+
+    // The 4 x 4 pixels at `at` (four source rows `step` apart) turned into four buffer rows
+    // kTile apart, colour bytes only: buffer row i takes lane i of each source row, or lane
+    // 3 - i when the band reads its columns backwards. Written out in full: at -O2 a loop over
+    // an array of vectors would keep them in memory.
+    template <bool backwards>
+    static void TransposeBlock(const TPixel* at, std::ptrdiff_t step, TPixel* to) {
+        const TPixel4 a = Load4(at), b = Load4(at + step), c = Load4(at + 2 * step),
+                      d = Load4(at + 3 * step);
+        const TPixel4 ab01 = __builtin_shufflevector(a, b, 0, 4, 1, 5);
+        const TPixel4 ab23 = __builtin_shufflevector(a, b, 2, 6, 3, 7);
+        const TPixel4 cd01 = __builtin_shufflevector(c, d, 0, 4, 1, 5);
+        const TPixel4 cd23 = __builtin_shufflevector(c, d, 2, 6, 3, 7);
+        const auto row = [to](int lane) { return to + kTile * (backwards ? 3 - lane : lane); };
+        Store4(row(0), __builtin_shufflevector(ab01, cd01, 0, 1, 4, 5) & kColourMask4);
+        Store4(row(1), __builtin_shufflevector(ab01, cd01, 2, 3, 6, 7) & kColourMask4);
+        Store4(row(2), __builtin_shufflevector(ab23, cd23, 0, 1, 4, 5) & kColourMask4);
+        Store4(row(3), __builtin_shufflevector(ab23, cd23, 2, 3, 6, 7) & kColourMask4);
     }
 
     // Narrows [low, high] to the u for which base + step * u lies in 0..size-1.

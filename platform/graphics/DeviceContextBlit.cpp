@@ -11,9 +11,10 @@ namespace qv {
 
 namespace {
 
-// The ternary operation `code` (the rop's index byte) on whole 32-bit words: bit (4P + 2S + D)
-// of the code is the result bit for pattern bit P, source bit S and destination bit D.
-std::uint32_t Rop3(std::uint8_t code, std::uint32_t p, std::uint32_t s, std::uint32_t d) {
+// The ternary operation `code` (the rop's index byte) on whole 32-bit words, or on four
+// pixels at once: bit (4P + 2S + D) of the code is the result bit for pattern bit P, source
+// bit S and destination bit D.
+template <class T> T Rop3(std::uint8_t code, T p, T s, T d) {
     switch (code) {
     case 0xCC:
         return s;
@@ -36,12 +37,17 @@ std::uint32_t Rop3(std::uint8_t code, std::uint32_t p, std::uint32_t s, std::uin
     default:
         break;
     }
-    std::uint32_t result = 0;
+    T result = p ^ p;
     for (int i = 0; i < 8; ++i) {
         if (!((code >> i) & 1)) continue;
         result |= ((i & 4) ? p : ~p) & ((i & 2) ? s : ~s) & ((i & 1) ? d : ~d);
     }
     return result;
+}
+
+// Whether a ternary operation reads the pattern: its result differs between P = 0 and P = 1.
+constexpr bool RopUsesPattern(std::uint8_t code) {
+    return ((code >> 4) & 0x0F) != (code & 0x0F);
 }
 
 // (a * b + add) div divisor for non-negative results whose product may need more than 64 bits.
@@ -164,16 +170,117 @@ const std::uint32_t* SourceLine(const TPixelBuffer& src, const TSourceRun& rowRu
     return merged.data();
 }
 
-// dst = src without the top byte, eight pixels at a time.
+// Four pixels as one vector. Without a -march option the compiler has the 16-byte SSE2
+// registers only: a wider vector type would be split into halves that pass through the stack.
+typedef std::uint32_t TQuad __attribute__((vector_size(16)));
+constexpr TQuad kColourBits = {0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu};
+
+TQuad LoadQuad(const std::uint32_t* p) {
+    TQuad v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+void StoreQuad(std::uint32_t* p, TQuad v) {
+    std::memcpy(p, &v, sizeof v);
+}
+
+// dst = src without the top byte, eight pixels a round.
 void CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, std::size_t count) {
-    typedef std::uint32_t TOctet __attribute__((vector_size(32), may_alias, aligned(4)));
-    constexpr TOctet mask = {0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu,
-                             0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu};
     std::size_t i = 0;
-    for (; i + 8 <= count; i += 8)
-        *reinterpret_cast<TOctet*>(dst + i) = *reinterpret_cast<const TOctet*>(src + i) & mask;
+    for (; i + 8 <= count; i += 8) {
+        const TQuad low = LoadQuad(src + i), high = LoadQuad(src + i + 4);
+        StoreQuad(dst + i, low & kColourBits);
+        StoreQuad(dst + i + 4, high & kColourBits);
+    }
     for (; i < count; ++i)
         dst[i] = src[i] & 0x00FFFFFFu;
+}
+
+// dst[i] = op(pattern[i], src[i], dst[i]) without the top byte, eight pixels a round.
+// `pattern` is read only by operations that use it; any row of `count` pixels will do for
+// the others.
+template <class Op>
+void RopPixels3(std::uint32_t* dst, const std::uint32_t* src, const std::uint32_t* pattern,
+                int count, Op op) {
+    int i = 0;
+    for (; i + 8 <= count; i += 8) {
+        const TQuad low = op(LoadQuad(pattern + i), LoadQuad(src + i), LoadQuad(dst + i));
+        const TQuad high =
+            op(LoadQuad(pattern + i + 4), LoadQuad(src + i + 4), LoadQuad(dst + i + 4));
+        StoreQuad(dst + i, low & kColourBits);
+        StoreQuad(dst + i + 4, high & kColourBits);
+    }
+    for (; i < count; ++i)
+        dst[i] = op(pattern[i], src[i], dst[i]) & 0x00FFFFFFu;
+}
+
+// The rows of an unstretched blit with the ternary operation `code`: `rows(run)` is called
+// once with the row operation for the code, the common ones written out so that each
+// becomes a loop of a few vector instructions.
+template <class Rows> void WithRopRun(std::uint8_t code, Rows&& rows) {
+    const auto run = [&](auto op) {
+        rows([op](std::uint32_t* dst, const std::uint32_t* src, const std::uint32_t* pattern,
+                  int count) { RopPixels3(dst, src, pattern, count, op); });
+    };
+    switch (code) {
+    case 0x33: // NOTSRCCOPY
+        return run([](auto, auto s, auto) { return ~s; });
+    case 0x88: // SRCAND
+        return run([](auto, auto s, auto d) { return s & d; });
+    case 0xEE: // SRCPAINT
+        return run([](auto, auto s, auto d) { return s | d; });
+    case 0x66: // SRCINVERT
+        return run([](auto, auto s, auto d) { return s ^ d; });
+    case 0x44: // SRCERASE
+        return run([](auto, auto s, auto d) { return s & ~d; });
+    case 0xBB: // MERGEPAINT
+        return run([](auto, auto s, auto d) { return ~s | d; });
+    case 0x11: // NOTSRCERASE
+        return run([](auto, auto s, auto d) { return ~(s | d); });
+    case 0xC0: // MERGECOPY
+        return run([](auto p, auto s, auto) { return p & s; });
+    case 0xFB: // PATPAINT
+        return run([](auto p, auto s, auto d) { return d | p | ~s; });
+    case 0xB8: // PSDPxax: the pattern where the source is black, the destination elsewhere
+        return run([](auto p, auto s, auto d) { return ((d ^ p) & s) ^ p; });
+    case 0xE2: // DSPDxax: the pattern where the source is white, the destination elsewhere
+        return run([](auto p, auto s, auto d) { return ((p ^ d) & s) ^ d; });
+    default:
+        return run([code](auto p, auto s, auto d) { return Rop3(code, p, s, d); });
+    }
+}
+
+// The unstretched blit with ternary operation `code` of the visible part of `area` of `dc`'s
+// target, whose pixels read the source at (x + dx, y + dy), inside `src`. `pattern` is the
+// brush prepared for copying.
+template <class BrushMasks>
+void RopRows(const TDeviceContext& dc, TPixelBuffer& target, const TRect& area,
+             const TPixelBuffer& src, int dx, int dy, std::uint8_t code,
+             const BrushMasks& pattern) {
+    const TRect inside = Intersect(area, target.Bounds());
+    if (inside.IsEmpty()) return;
+    // The pattern pixels under a row, filled once for a solid or no brush, per row for a tile.
+    const bool usesPattern = RopUsesPattern(code);
+    const bool tiled = usesPattern && !pattern.null && !pattern.IsSolid();
+    std::vector<std::uint32_t> patternLine(usesPattern ? static_cast<std::size_t>(inside.Width())
+                                                       : 0,
+                                           pattern.null ? 0 : pattern.solid.xorMask);
+    WithRopRun(code, [&](auto rowOp) {
+        dc.ForEachVisibleRect(inside, [&](const TRect& r) {
+            for (int py = r.top; py < r.bottom; ++py) {
+                const std::uint32_t* from = src.Row(py + dy) + r.left + dx;
+                const std::uint32_t* under = from;
+                if (usesPattern) {
+                    if (tiled)
+                        for (int px = r.left; px < r.right; ++px)
+                            patternLine[static_cast<std::size_t>(px - r.left)] =
+                                pattern.At(px, py).xorMask;
+                    under = patternLine.data();
+                }
+                rowOp(target.Row(py) + r.left, from, under, r.Width());
+            }
+        });
+    });
 }
 
 } // namespace
@@ -202,17 +309,22 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
         source.pixels = &snapshot;
     }
     const TPixelBuffer& src = *source.pixels;
-    // An unstretched, unmirrored colour copy moves whole rows of the part over the source.
-    if (code == 0xCC && !source.monochrome && width == sw && height == sh && width > 0 &&
-        height > 0) {
+    // An unstretched, unmirrored colour blit works on whole rows of the part over the source:
+    // a copy moves them, the other operations run a vector loop along them.
+    if (!source.monochrome && width == sw && height == sh && width > 0 && height > 0) {
         const TRect overSource{ClampToInt(std::max<std::int64_t>(x, std::int64_t{x} - sx)),
                                ClampToInt(std::max<std::int64_t>(y, std::int64_t{y} - sy)),
                                ClampToInt(std::min<std::int64_t>(
                                    std::int64_t{x} + width, std::int64_t{x} - sx + src.Width())),
                                ClampToInt(std::min<std::int64_t>(
                                    std::int64_t{y} + height, std::int64_t{y} - sy + src.Height()))};
-        ForEachVisibleRect(
-            overSource, [&](const TRect& r) { CopyRows(r, src, r.left - x + sx, r.top - y + sy); });
+        if (code == 0xCC)
+            ForEachVisibleRect(overSource, [&](const TRect& r) {
+                CopyRows(r, src, r.left - x + sx, r.top - y + sy);
+            });
+        else
+            RopRows(*this, *m_target, overSource, src, sx - x, sy - y, code,
+                    MakeBrushMasks(m_logBrush, R2_COPYPEN));
         return;
     }
     const TStretchAxis columns(x, width, sx, sw, src.Width(), true);

@@ -312,10 +312,12 @@ TEST(BitmapRoutines, RotateOntoItselfReadsWhatEarlierStepsWrote) {
 
 // The quarter-turn copy relies on this for every (i, j) it covers.
 // Larger bitmaps, where the quarter turns copy whole runs and 4 x 4 blocks: the blocks'
-// edges (rows clipped differently, odd widths) against the plain loop.
+// edges (rows clipped differently, odd widths) against the plain loop. 150 x 133 turns in
+// several tiles of columns, the last one partial, with bands left over after the groups.
 TEST(BitmapRoutines, QuarterTurnsOfLargerBitmapsEqualThePixelLoop) {
     unsigned seed = 900;
-    const std::vector<std::pair<int, int>> sizes = {{37, 29}, {64, 48}, {23, 40}, {50, 50}};
+    const std::vector<std::pair<int, int>> sizes = {
+        {37, 29}, {64, 48}, {23, 40}, {50, 50}, {150, 133}};
     for (auto [sw, sh] : sizes)
         for (auto [dw, dh] : sizes)
             for (int angle : {0, 90, 180, 270}) {

@@ -201,6 +201,46 @@ TEST(Raster, BlockCopyKeepsTheDestinationOutsideTheSourceAndDropsTheTopByte) {
         }
 }
 
+// Unstretched blits run each operation along whole rows, four pixels at a time; the general
+// path (both extents negative) walks pixel by pixel. Odd widths leave a tail, the copy hangs
+// over the source and is clipped to an L shape, the pixels carry top bytes, and the brush is
+// solid, hatched from an odd origin, or none.
+TEST(Raster, UnstretchedBlitsOfEveryOperationMatchTheGeneralPath) {
+    std::mt19937 random(11);
+    TPixelBuffer src(13, 6), start(15, 9);
+    for (TPixelBuffer* b : {&src, &start})
+        for (int y = 0; y < b->Height(); ++y)
+            for (int x = 0; x < b->Width(); ++x)
+                b->At(x, y) = static_cast<std::uint32_t>(random());
+    TLogBrush hatched;
+    hatched.style = BS_HATCHED;
+    hatched.hatch = HS_DIAGCROSS;
+    hatched.color = TColor(0x3366CC);
+    TLogBrush none;
+    none.style = BS_NULL;
+    const TRegion clip =
+        TRegion::FromRect({1, 1, 14, 5}).Combine(TRegion::FromRect({1, 5, 6, 8}), RGN_OR);
+    for (const TLogBrush& brush : {TLogBrush{}, hatched, none})
+        for (unsigned code = 0; code < 256; ++code) {
+            const std::uint32_t rop = code << 16;
+            if (!RopUsesSource(rop)) continue;
+            auto blit = [&](bool rows) {
+                TPixelBuffer dst = start;
+                TDeviceContext dc(&dst);
+                dc.SelectBrush(brush);
+                dc.SetBrushOrg({3, 5});
+                dc.SetBkColor(TColor(0x10E0A0));
+                dc.SelectClipRgn(&clip);
+                if (rows)
+                    dc.BitBlt(0, 0, 15, 9, &src, -2, -1, rop);
+                else
+                    dc.StretchBlt(14, 8, -15, -9, &src, 12, 7, -15, -9, rop);
+                return dst;
+            };
+            ASSERT_EQ(blit(true), blit(false)) << "rop3 " << code << " brush " << brush.style;
+        }
+}
+
 TEST(Raster, SolidFillRectPaintsWhatThePatternBlitPaints) {
     // A view whose rows are apart in a wider buffer: whole rows of the view are not one run.
     const TRect rects[] = {{0, 1, 6, 3}, {-3, 4, 9, 5}, {2, 2, 4, 6}, {5, 5, 1, 0}, {3, 3, 3, 6}};
