@@ -151,15 +151,6 @@ TColor GetSysColor(int index) {
     return MakeColor(SysColorTable[static_cast<std::size_t>(index)]);
 }
 
-TColor ColorToRGB(TColor color) {
-    if (color < 0) return GetSysColor(color & 0xFF);
-    return color;
-}
-
-std::uint32_t ColorToDrawRGB(TColor color) {
-    return static_cast<std::uint32_t>(ColorToRGB(color)) & 0xFFFFFF;
-}
-
 std::optional<std::string> ColorToIdent(TColor color) {
     for (const auto& entry : ColorNames)
         if (entry.color == color) return std::string(entry.name);

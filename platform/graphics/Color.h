@@ -131,9 +131,13 @@ constexpr TColor clMenuBar = SystemColor(COLOR_MENUBAR);
 // The RGB value of a system colour index in the classic scheme; black for unknown indices.
 TColor GetSysColor(int index);
 // Turns a system colour into its RGB value; every other value is returned unchanged.
-TColor ColorToRGB(TColor color);
+inline TColor ColorToRGB(TColor color) {
+    return color < 0 ? GetSysColor(color & 0xFF) : color;
+}
 // The 24-bit RGB a colour is drawn with: system colours resolved, flag bytes dropped.
-std::uint32_t ColorToDrawRGB(TColor color);
+inline std::uint32_t ColorToDrawRGB(TColor color) {
+    return static_cast<std::uint32_t>(ColorToRGB(color)) & 0xFFFFFF;
+}
 
 // Identifiers (clRed, clBtnFace ...) for colours that have one.
 std::optional<std::string> ColorToIdent(TColor color);

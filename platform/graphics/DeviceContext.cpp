@@ -97,16 +97,6 @@ int TDeviceContext::SetROP2(int rop2) {
     return old;
 }
 
-TColor TDeviceContext::SetBkColor(TColor color) {
-    return std::exchange(m_bkColor, color);
-}
-
-int TDeviceContext::SetBkMode(int mode) {
-    const int old = m_bkMode;
-    if (mode == TRANSPARENT || mode == OPAQUE) m_bkMode = mode;
-    return old;
-}
-
 TColor TDeviceContext::SetTextColor(TColor color) {
     return std::exchange(m_textColor, color);
 }

@@ -137,20 +137,25 @@ public:
     void SelectBrush(const TLogBrush& brush) { m_logBrush = brush; }
     void SelectBrush(TLogBrush&& brush) { m_logBrush = std::move(brush); }
     // The same as selecting TLogBrush{BS_SOLID, color}, without building one.
+    // Only what differs is written: gradients select a brush per band right after filling the
+    // last one, while the fill's stores are still draining.
     void SelectSolidBrush(TColor color) {
-        m_logBrush.style = BS_SOLID;
+        if (m_logBrush.style != BS_SOLID || m_logBrush.hatch != HS_HORIZONTAL ||
+            m_logBrush.pattern || m_logBrush.monochrome)
+            m_logBrush = TLogBrush{};
         m_logBrush.color = color;
-        m_logBrush.hatch = HS_HORIZONTAL;
-        m_logBrush.pattern.reset();
-        m_logBrush.monochrome = false;
     }
     const TLogPen& Pen() const { return m_logPen; }
     const TLogBrush& Brush() const { return m_logBrush; }
     int SetROP2(int rop2);
     int GetROP2() const { return m_rop2; }
-    TColor SetBkColor(TColor color);
+    TColor SetBkColor(TColor color) { return std::exchange(m_bkColor, color); }
     TColor GetBkColor() const { return m_bkColor; }
-    int SetBkMode(int mode);
+    int SetBkMode(int mode) {
+        const int old = m_bkMode;
+        if (mode != old && (mode == TRANSPARENT || mode == OPAQUE)) m_bkMode = mode;
+        return old;
+    }
     int GetBkMode() const { return m_bkMode; }
     TColor SetTextColor(TColor color);
     TColor GetTextColor() const { return m_textColor; }
