@@ -220,6 +220,11 @@ void TDeviceContext::PaintVisible(const TRect& r, const TBrushMasks& masks) {
 
 void TDeviceContext::ApplyMaskToRect(const TRect& r, TRopMask mask) {
     if (mask.andMask == 0xFFFFFFFFu && mask.xorMask == 0) return;
+    if (mask.andMask == 0) { // a replacing colour (the usual fill): rows filled directly
+        for (int y = r.top; y < r.bottom; ++y)
+            FillPixels(m_target->Row(y) + r.left, r.Width(), mask.xorMask);
+        return;
+    }
     for (int y = r.top; y < r.bottom; ++y)
         RopPixels(m_target->Row(y) + r.left, r.Width(), mask.andMask, mask.xorMask);
 }
