@@ -587,13 +587,13 @@ void TSniItem::ToggleTimeout(DBusTimeout* timeout, void* self) {
 void TSniItem::ArmTimer(DBusTimeout* timeout) {
     const auto it = m_timers.find(timeout);
     if (it == m_timers.end()) return;
-    itimerspec spec{};
+    itimerspec schedule{};
     if (dbus_timeout_get_enabled(timeout)) {
         const int ms = std::max(dbus_timeout_get_interval(timeout), 1);
-        spec.it_value = {ms / 1000, (ms % 1000) * 1000000L};
-        spec.it_interval = spec.it_value;
+        schedule.it_value = {ms / 1000, (ms % 1000) * 1000000L};
+        schedule.it_interval = schedule.it_value;
     }
-    timerfd_settime(it->second, 0, &spec, nullptr);
+    timerfd_settime(it->second, 0, &schedule, nullptr);
 }
 
 class TSniTrayShell final : public TTrayShell {
