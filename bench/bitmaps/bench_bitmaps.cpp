@@ -10,6 +10,7 @@
 
 #include "bench/RatioReporter.h"
 #include "buttons/Qanimate.h"
+#include "tests/support/RotateByPixelCalls.h"
 
 #include <benchmark/benchmark.h>
 
@@ -27,7 +28,7 @@ using namespace qv;
 namespace {
 
 constexpr int kWidth = 1024, kHeight = 768;
-constexpr TColor kPaletteFlag = 0x02000000;
+using test::kPaletteFlag;
 
 void Randomize(TBitmap& b) {
     b.SetSize(kWidth, kHeight);
@@ -72,29 +73,6 @@ void NaiveRaster(TBitmap& b, TColor color) {
     for (int x = 0; x < b.Width(); ++x)
         for (int y = 0; y < b.Height(); ++y)
             if ((x + y) % 2 == 1) c.SetPixel(x, y, color);
-}
-
-void NaiveRotate(TBitmap& source, TBitmap& dest, int angle) {
-    const double a = angle * 0.017453292519943295;
-    const int sx = source.Width() / 2, sy = source.Height() / 2;
-    const int dx = dest.Width() / 2, dy = dest.Height() / 2;
-    const int R = std::max(dest.Width(), dest.Height()) / 2 - 1;
-    auto copy = [&](int fx, int fy, int tx, int ty) {
-        const TColor p = source.Canvas().Pixel(fx, fy);
-        if (p != MakeColor(0xFFFFFFFF))
-            dest.Canvas().SetPixel(tx, ty, ColorToRGB(p) | kPaletteFlag);
-    };
-    for (int i = 0; i <= R; ++i)
-        for (int j = 0; j <= R; ++j) {
-            const double theta = i == 0 ? M_PI / 2 + a : std::atan(double(j) / i) + a;
-            const double d = std::nearbyint(std::sqrt(double(i * i + j * j)));
-            const int ox = int(std::nearbyint(std::cos(theta) * d));
-            const int oy = int(std::nearbyint(std::sin(theta) * d));
-            copy(sx + ox, sy + oy, dx + i, dy + j);
-            copy(sx - ox, sy - oy, dx - i, dy - j);
-            copy(sx + oy, sy - ox, dx + j, dy - i);
-            copy(sx - oy, sy + ox, dx - j, dy + i);
-        }
 }
 
 // Through a copy, as a flip onto itself by pixel calls needs one.
@@ -180,7 +158,7 @@ void RegisterAll() {
         Register(
             "BMPRotate " + std::to_string(angle),
             [angle](TBitmap& b, TBitmap& o) { BMPRotate(b, o, angle); },
-            [angle](TBitmap& b, TBitmap& o) { NaiveRotate(b, o, angle); });
+            [angle](TBitmap& b, TBitmap& o) { test::RotateByPixelCalls(b, o, angle); });
     Register(
         "FlipBMP", [](TBitmap& b, TBitmap&) { FlipBMP(b); },
         [](TBitmap& b, TBitmap& o) { NaiveFlip(b, o, false); });

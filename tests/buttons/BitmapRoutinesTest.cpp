@@ -4,6 +4,7 @@
 #include "buttons/Qanimate.h"
 #include "buttons/RotateOffsets.h"
 #include "support/PixelEvidence.h"
+#include "support/RotateByPixelCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@ using namespace qv;
 
 namespace {
 
-constexpr TColor kPaletteFlag = 0x02000000;
+using test::kPaletteFlag;
 
 // A bitmap that copies like a value, for keeping the picture before a routine ran.
 struct Pic : TBitmap {
@@ -122,29 +123,6 @@ void ReferenceRaster(TBitmap& b, TColor color, TqRast rast, bool ofset) {
         for (int y = 0; y < b.Height(); ++y) {
             const bool on = rast == Rast25 ? Seed(x, y) : (x + y) % 2 == 1;
             if (on != ofset) c.SetPixel(x, y, color);
-        }
-}
-
-void ReferenceRotate(TBitmap& source, TBitmap& dest, int angle) {
-    const double a = angle * 0.017453292519943295;
-    const int sx = source.Width() / 2, sy = source.Height() / 2;
-    const int dx = dest.Width() / 2, dy = dest.Height() / 2;
-    const int R = std::max(dest.Width(), dest.Height()) / 2 - 1;
-    auto copy = [&](int fx, int fy, int tx, int ty) {
-        const TColor p = source.Canvas().Pixel(fx, fy);
-        if (p != MakeColor(0xFFFFFFFF))
-            dest.Canvas().SetPixel(tx, ty, ColorToRGB(p) | kPaletteFlag);
-    };
-    for (int i = 0; i <= R; ++i)
-        for (int j = 0; j <= R; ++j) {
-            const double theta = i == 0 ? M_PI / 2 + a : std::atan(double(j) / i) + a;
-            const double d = std::nearbyint(std::sqrt(double(i * i + j * j)));
-            const int ox = int(std::nearbyint(std::cos(theta) * d));
-            const int oy = int(std::nearbyint(std::sin(theta) * d));
-            copy(sx + ox, sy + oy, dx + i, dy + j);
-            copy(sx - ox, sy - oy, dx - i, dy - j);
-            copy(sx + oy, sy - ox, dx + j, dy - i);
-            copy(sx - oy, sy + ox, dx - j, dy + i);
         }
 }
 
@@ -292,7 +270,7 @@ TEST(BitmapRoutines, RotateEqualsThePixelLoopForAnyAngleAndSizes) {
                 Pic actual = RandomBitmap(dw, dh, seed++);
                 Pic expected = actual;
                 BMPRotate(source, actual, angle);
-                ReferenceRotate(source, expected, angle);
+                test::RotateByPixelCalls(source, expected, angle);
                 ASSERT_TRUE(SamePixels(actual, expected, Name("rotate", dw, dh)))
                     << sw << "x" << sh << " by " << angle;
             }
@@ -305,7 +283,7 @@ TEST(BitmapRoutines, RotateOntoItselfReadsWhatEarlierStepsWrote) {
             Pic actual = RandomBitmap(w, h, seed++);
             Pic expected = actual;
             BMPRotate(actual, actual, angle);
-            ReferenceRotate(expected, expected, angle);
+            test::RotateByPixelCalls(expected, expected, angle);
             ASSERT_TRUE(SamePixels(actual, expected, Name("rotate-self", w, h))) << angle;
         }
 }
@@ -325,7 +303,7 @@ TEST(BitmapRoutines, QuarterTurnsOfLargerBitmapsEqualThePixelLoop) {
                 Pic actual = RandomBitmap(dw, dh, seed++);
                 Pic expected = actual;
                 BMPRotate(source, actual, angle);
-                ReferenceRotate(source, expected, angle);
+                test::RotateByPixelCalls(source, expected, angle);
                 ASSERT_TRUE(SamePixels(actual, expected, Name("rotate-large", dw, dh)))
                     << sw << "x" << sh << " by " << angle;
             }
