@@ -3,46 +3,56 @@
 // mirroring through negative extents, monochrome sources, and TransparentBlt.
 
 #include "DeviceContext.h"
+#include "PixelRows.h"
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 namespace qv {
 
 namespace {
 
-// The ternary operation `code` (the rop's index byte) on whole 32-bit words, or on four
-// pixels at once: bit (4P + 2S + D) of the code is the result bit for pattern bit P, source
-// bit S and destination bit D.
-template <class T> T Rop3(std::uint8_t code, T p, T s, T d) {
+// The ternary operation `code` (the rop's index byte) on whole 32-bit words or on vectors of
+// them, written into `result`: bit (4P + 2S + D) of the code is the result bit for pattern
+// bit P, source bit S and destination bit D.
+template <class T> void Rop3(T& result, std::uint8_t code, const T& p, const T& s, const T& d) {
     switch (code) {
     case 0xCC:
-        return s;
+        result = s;
+        return;
     case 0x33:
-        return ~s;
+        result = ~s;
+        return;
     case 0x88:
-        return s & d;
+        result = s & d;
+        return;
     case 0xEE:
-        return s | d;
+        result = s | d;
+        return;
     case 0x66:
-        return s ^ d;
+        result = s ^ d;
+        return;
     case 0x44:
-        return s & ~d;
+        result = s & ~d;
+        return;
     case 0xBB:
-        return ~s | d;
+        result = ~s | d;
+        return;
     case 0x11:
-        return ~(s | d);
+        result = ~(s | d);
+        return;
     case 0xC0:
-        return p & s;
+        result = p & s;
+        return;
     default:
         break;
     }
-    T result = p ^ p;
+    result = p ^ p;
     for (int i = 0; i < 8; ++i) {
         if (!((code >> i) & 1)) continue;
         result |= ((i & 4) ? p : ~p) & ((i & 2) ? s : ~s) & ((i & 1) ? d : ~d);
     }
-    return result;
 }
 
 // Whether a ternary operation reads the pattern: its result differs between P = 0 and P = 1.
@@ -170,84 +180,80 @@ const std::uint32_t* SourceLine(const TPixelBuffer& src, const TSourceRun& rowRu
     return merged.data();
 }
 
-// Four pixels as one vector. Without a -march option the compiler has the 16-byte SSE2
-// registers only: a wider vector type would be split into halves that pass through the stack.
-typedef std::uint32_t TQuad __attribute__((vector_size(16)));
-constexpr TQuad kColourBits = {0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu, 0x00FFFFFFu};
-
-TQuad LoadQuad(const std::uint32_t* p) {
-    TQuad v;
-    std::memcpy(&v, p, sizeof v);
-    return v;
-}
-void StoreQuad(std::uint32_t* p, TQuad v) {
-    std::memcpy(p, &v, sizeof v);
+// The bits of a pixel that an operation writes: a copy moves the whole pixel, as a copy
+// between two 32-bit bitmaps does; every other operation leaves the unused top byte clear.
+constexpr std::uint32_t WrittenBits(std::uint8_t code) {
+    return code == 0xCC ? 0xFFFFFFFFu : 0x00FFFFFFu;
 }
 
-// dst = src without the top byte, eight pixels a round.
-void CopyPixelsMasked(std::uint32_t* dst, const std::uint32_t* src, std::size_t count) {
-    std::size_t i = 0;
-    for (; i + 8 <= count; i += 8) {
-        const TQuad low = LoadQuad(src + i), high = LoadQuad(src + i + 4);
-        StoreQuad(dst + i, low & kColourBits);
-        StoreQuad(dst + i + 4, high & kColourBits);
+// Any ternary operation under a solid pattern as four masks: result = a ^ (s & b) ^ (d & c) ^
+// (s & d & e). Bit by bit the pattern bit picks the code's high or low nibble, a function of
+// S and D whose coefficients of 1, S, D and SD these are.
+struct TSolidRopMasks {
+    std::uint32_t a, b, c, e;
+    TSolidRopMasks(std::uint8_t code, std::uint32_t pattern) {
+        // Each coefficient, all ones or zero, for P = 1 and for P = 0.
+        const auto coefficient = [code, pattern](auto of) {
+            const auto mask = [](unsigned nibble, auto f) { return f(nibble) ? 0xFFFFFFFFu : 0u; };
+            return (pattern & mask(code >> 4u, of)) | (~pattern & mask(code & 0x0Fu, of));
+        };
+        // Nibble bit 2S + D is the result for source bit S and destination bit D.
+        const auto at = [](unsigned n, unsigned s, unsigned d) { return (n >> (2 * s + d)) & 1u; };
+        a = coefficient([&](unsigned n) { return at(n, 0, 0); });
+        b = coefficient([&](unsigned n) { return at(n, 1, 0) ^ at(n, 0, 0); });
+        c = coefficient([&](unsigned n) { return at(n, 0, 1) ^ at(n, 0, 0); });
+        e = coefficient(
+            [&](unsigned n) { return at(n, 1, 1) ^ at(n, 1, 0) ^ at(n, 0, 1) ^ at(n, 0, 0); });
     }
-    for (; i < count; ++i)
-        dst[i] = src[i] & 0x00FFFFFFu;
-}
-
-// dst[i] = op(pattern[i], src[i], dst[i]) without the top byte, eight pixels a round.
-// `pattern` is read only by operations that use it; any row of `count` pixels will do for
-// the others.
-template <class Op>
-void RopPixels3(std::uint32_t* dst, const std::uint32_t* src, const std::uint32_t* pattern,
-                int count, Op op) {
-    int i = 0;
-    for (; i + 8 <= count; i += 8) {
-        const TQuad low = op(LoadQuad(pattern + i), LoadQuad(src + i), LoadQuad(dst + i));
-        const TQuad high =
-            op(LoadQuad(pattern + i + 4), LoadQuad(src + i + 4), LoadQuad(dst + i + 4));
-        StoreQuad(dst + i, low & kColourBits);
-        StoreQuad(dst + i + 4, high & kColourBits);
-    }
-    for (; i < count; ++i)
-        dst[i] = op(pattern[i], src[i], dst[i]) & 0x00FFFFFFu;
-}
+};
 
 // The rows of an unstretched blit with the ternary operation `code`: `rows(run)` is called
 // once with the row operation for the code, the common ones written out so that each
-// becomes a loop of a few vector instructions.
-template <class Rows> void WithRopRun(std::uint8_t code, Rows&& rows) {
+// becomes a loop of a few vector instructions. `solidPattern` is the pattern pixel when the
+// pattern is one colour everywhere; the other operations then run as their four masks.
+template <class Rows>
+void WithRopRun(std::uint8_t code, std::optional<std::uint32_t> solidPattern, Rows&& rows) {
     const auto run = [&](auto op) {
-        rows([op](std::uint32_t* dst, const std::uint32_t* src, const std::uint32_t* pattern,
-                  int count) { RopPixels3(dst, src, pattern, count, op); });
+        rows([op](std::uint32_t* dst, const std::uint32_t* src, const auto& pattern, int count) {
+            pixel_rows::MixRow(dst, src, pattern, count, op);
+        });
     };
     switch (code) {
     case 0x33: // NOTSRCCOPY
-        return run([](auto, auto s, auto) { return ~s; });
+        return run([](auto& r, const auto&, const auto& s, const auto&) { r = ~s; });
     case 0x88: // SRCAND
-        return run([](auto, auto s, auto d) { return s & d; });
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s & d; });
     case 0xEE: // SRCPAINT
-        return run([](auto, auto s, auto d) { return s | d; });
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s | d; });
     case 0x66: // SRCINVERT
-        return run([](auto, auto s, auto d) { return s ^ d; });
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s ^ d; });
     case 0x44: // SRCERASE
-        return run([](auto, auto s, auto d) { return s & ~d; });
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s & ~d; });
     case 0xBB: // MERGEPAINT
-        return run([](auto, auto s, auto d) { return ~s | d; });
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~s | d; });
     case 0x11: // NOTSRCERASE
-        return run([](auto, auto s, auto d) { return ~(s | d); });
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~(s | d); });
     case 0xC0: // MERGECOPY
-        return run([](auto p, auto s, auto) { return p & s; });
+        return run([](auto& r, const auto& p, const auto& s, const auto&) { r = p & s; });
     case 0xFB: // PATPAINT
-        return run([](auto p, auto s, auto d) { return d | p | ~s; });
+        return run([](auto& r, const auto& p, const auto& s, const auto& d) { r = d | p | ~s; });
     case 0xB8: // PSDPxax: the pattern where the source is black, the destination elsewhere
-        return run([](auto p, auto s, auto d) { return ((d ^ p) & s) ^ p; });
+        return run(
+            [](auto& r, const auto& p, const auto& s, const auto& d) { r = ((d ^ p) & s) ^ p; });
     case 0xE2: // DSPDxax: the pattern where the source is white, the destination elsewhere
-        return run([](auto p, auto s, auto d) { return ((p ^ d) & s) ^ d; });
+        return run(
+            [](auto& r, const auto& p, const auto& s, const auto& d) { r = ((p ^ d) & s) ^ d; });
     default:
-        return run([code](auto p, auto s, auto d) { return Rop3(code, p, s, d); });
+        break;
     }
+    if (!solidPattern)
+        return run([code](auto& r, const auto& p, const auto& s, const auto& d) {
+            Rop3(r, code, p, s, d);
+        });
+    const TSolidRopMasks m(code, *solidPattern);
+    run([m](auto& r, const auto&, const auto& s, const auto& d) {
+        r = m.a ^ (s & m.b) ^ (d & m.c) ^ (s & d & m.e);
+    });
 }
 
 // The unstretched blit with ternary operation `code` of the visible part of `area` of `dc`'s
@@ -259,25 +265,24 @@ void RopRows(const TDeviceContext& dc, TPixelBuffer& target, const TRect& area,
              const BrushMasks& pattern) {
     const TRect inside = Intersect(area, target.Bounds());
     if (inside.IsEmpty()) return;
-    // The pattern pixels under a row, filled once for a solid or no brush, per row for a tile.
-    const bool usesPattern = RopUsesPattern(code);
-    const bool tiled = usesPattern && !pattern.null && !pattern.IsSolid();
-    std::vector<std::uint32_t> patternLine(usesPattern ? static_cast<std::size_t>(inside.Width())
-                                                       : 0,
-                                           pattern.null ? 0 : pattern.solid.xorMask);
-    WithRopRun(code, [&](auto rowOp) {
+    // A solid or no brush is one pixel everywhere; a tiled one is filled in per row.
+    const bool tiled = RopUsesPattern(code) && !pattern.null && !pattern.IsSolid();
+    const pixel_rows::TSolidPattern solid{pattern.null ? 0u : pattern.solid.xorMask};
+    std::vector<std::uint32_t> patternLine(tiled ? static_cast<std::size_t>(inside.Width()) : 0);
+    const std::optional<std::uint32_t> solidPixel =
+        tiled ? std::nullopt : std::optional<std::uint32_t>(solid.pixel);
+    WithRopRun(code, solidPixel, [&](auto rowOp) {
         dc.ForEachVisibleRect(inside, [&](const TRect& r) {
             for (int py = r.top; py < r.bottom; ++py) {
+                std::uint32_t* to = target.Row(py) + r.left;
                 const std::uint32_t* from = src.Row(py + dy) + r.left + dx;
-                const std::uint32_t* under = from;
-                if (usesPattern) {
-                    if (tiled)
-                        for (int px = r.left; px < r.right; ++px)
-                            patternLine[static_cast<std::size_t>(px - r.left)] =
-                                pattern.At(px, py).xorMask;
-                    under = patternLine.data();
+                if (!tiled) {
+                    rowOp(to, from, solid, r.Width());
+                    continue;
                 }
-                rowOp(target.Row(py) + r.left, from, under, r.Width());
+                for (int px = r.left; px < r.right; ++px)
+                    patternLine[static_cast<std::size_t>(px - r.left)] = pattern.At(px, py).xorMask;
+                rowOp(to, from, pixel_rows::TPatternRow{patternLine.data()}, r.Width());
             }
         });
     });
@@ -350,6 +355,7 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
     const std::uint32_t textPixel = PixelOf(m_textColor);
     const std::uint32_t backPixel = PixelOf(m_bkColor);
     const TBrushMasks pattern = MakeBrushMasks(m_logBrush, R2_COPYPEN);
+    const std::uint32_t written = WrittenBits(code);
     ForEachVisibleRect(area, [&](const TRect& r) {
         for (int py = r.top; py < r.bottom; ++py) {
             const TSourceRun rowRun = rows.RunAt(py);
@@ -362,7 +368,9 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
                 std::uint32_t s = MergeRun(line, run, merge);
                 if (source.monochrome) s = (s & 0xFFFFFFu) == 0xFFFFFFu ? backPixel : textPixel;
                 const std::uint32_t p = pattern.null ? 0 : pattern.At(px, py).xorMask;
-                dst[px] = Rop3(code, p, s, dst[px]) & 0x00FFFFFFu;
+                std::uint32_t mixed;
+                Rop3(mixed, code, p, s, dst[px]);
+                dst[px] = mixed & written;
             }
         }
     });
@@ -371,13 +379,12 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
 void TDeviceContext::CopyRows(const TRect& r, const TPixelBuffer& src, int sx, int sy) {
     // Whole rows of two buffers without gaps between their rows are one run of pixels.
     const int width = r.Width();
+    const std::size_t rowBytes = static_cast<std::size_t>(width) * sizeof(std::uint32_t);
     if (width == m_target->Width() && width == src.Width() && m_target->Stride() == width &&
         src.Stride() == width)
-        return CopyPixelsMasked(m_target->Row(r.top), src.Row(sy),
-                                static_cast<std::size_t>(width) * r.Height());
+        return (void)std::memcpy(m_target->Row(r.top), src.Row(sy), rowBytes * r.Height());
     for (int py = r.top; py < r.bottom; ++py)
-        CopyPixelsMasked(m_target->Row(py) + r.left, src.Row(py - r.top + sy) + sx,
-                         static_cast<std::size_t>(width));
+        std::memcpy(m_target->Row(py) + r.left, src.Row(py - r.top + sy) + sx, rowBytes);
 }
 
 void TDeviceContext::TransparentBlt(int x, int y, int width, int height, const TPixelBuffer& source,

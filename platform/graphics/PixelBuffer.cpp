@@ -1,4 +1,5 @@
 #include "PixelBuffer.h"
+#include "PixelRows.h"
 
 #include "platform/core/Exceptions.h"
 
@@ -142,19 +143,12 @@ void FillPixels(std::uint32_t* dst, int count, std::uint32_t pixel) {
 void RopPixels(std::uint32_t* dst, int count, std::uint32_t andMask, std::uint32_t xorMask) {
     if (andMask == 0) return FillPixels(dst, count, xorMask);
     if (andMask == 0xFFFFFFFFu && xorMask == 0) return;
-    // Four pixels a step as one 16-byte vector: the plain loop stays scalar at -O2.
-    typedef std::uint32_t TQuad __attribute__((vector_size(16)));
-    const TQuad andQuad = {andMask, andMask, andMask, andMask};
-    const TQuad xorQuad = {xorMask, xorMask, xorMask, xorMask};
-    int i = 0;
-    for (; i + 4 <= count; i += 4) {
-        TQuad v;
-        std::memcpy(&v, dst + i, sizeof v);
-        v = (v & andQuad) ^ xorQuad;
-        std::memcpy(dst + i, &v, sizeof v);
-    }
-    for (; i < count; ++i)
-        dst[i] = (dst[i] & andMask) ^ xorMask;
+    // The destination is also the source here; the top byte stays as it was.
+    pixel_rows::MixRow<0xFFFFFFFFu>(
+        dst, dst, pixel_rows::TSolidPattern{0}, count,
+        [andMask, xorMask](auto& r, const auto&, const auto&, const auto& d) {
+            r = (d & andMask) ^ xorMask;
+        });
 }
 
 } // namespace qv

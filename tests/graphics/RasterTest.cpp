@@ -169,34 +169,39 @@ TEST(Raster, StretchScalesByNearestPixelAndTransparentCopySkipsTheKey) {
     EXPECT_EQ(target.At(1, 0), 0xFF0000u);
 }
 
-TEST(Raster, BlockCopyKeepsTheDestinationOutsideTheSourceAndDropsTheTopByte) {
+// A copy moves whole pixels, top byte included, as a copy between two 32-bit bitmaps does;
+// every other operation writes pixels without it.
+TEST(Raster, BlockCopyKeepsTheDestinationOutsideTheSourceAndMovesWholePixels) {
     TPixelBuffer src(5, 4, 0);
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 5; ++x)
             src.At(x, y) = 0xAB000000u | static_cast<std::uint32_t>(0x010203 * (1 + x + 5 * y));
     // The copy hangs over every side of the source and is clipped to an L shape.
-    auto copy = [&](bool rowCopy) {
+    auto copy = [&](bool rowCopy, std::uint32_t rop) {
         TPixelBuffer dst(9, 8, 0x777777);
         TDeviceContext dc(&dst);
         TRegion clip =
             TRegion::FromRect({1, 1, 8, 4}).Combine(TRegion::FromRect({1, 4, 4, 7}), RGN_OR);
         dc.SelectClipRgn(&clip);
         if (rowCopy)
-            dc.BitBlt(0, 0, 9, 8, &src, -2, -1, SRCCOPY);
+            dc.BitBlt(0, 0, 9, 8, &src, -2, -1, rop);
         else // both extents negative: the same copy through the general path
-            dc.StretchBlt(8, 7, -9, -8, &src, 6, 6, -9, -8, SRCCOPY);
+            dc.StretchBlt(8, 7, -9, -8, &src, 6, 6, -9, -8, rop);
         return dst;
     };
-    const TPixelBuffer fast = copy(true);
-    EXPECT_EQ(fast, copy(false));
+    const TPixelBuffer fast = copy(true, SRCCOPY);
+    EXPECT_EQ(fast, copy(false, SRCCOPY));
+    for (const bool rowCopy : {true, false}) {
+        const TPixelBuffer inverted = copy(rowCopy, NOTSRCCOPY);
+        EXPECT_EQ(inverted.At(2, 1), ~src.At(0, 0) & 0xFFFFFFu) << rowCopy;
+    }
     for (int y = 0; y < 8; ++y)
         for (int x = 0; x < 9; ++x) {
             const bool visible =
                 (y >= 1 && y < 4 && x >= 1 && x < 8) || (y >= 4 && y < 7 && x >= 1 && x < 4);
             const int sx = x - 2, sy = y - 1;
             const bool inSource = sx >= 0 && sx < 5 && sy >= 0 && sy < 4;
-            const std::uint32_t expected =
-                visible && inSource ? src.At(sx, sy) & 0xFFFFFFu : 0x777777u;
+            const std::uint32_t expected = visible && inSource ? src.At(sx, sy) : 0x777777u;
             EXPECT_EQ(fast.At(x, y), expected) << x << "," << y;
         }
 }

@@ -1,0 +1,100 @@
+#pragma once
+// Row loops over 32-bit pixels in the widest vectors the processor offers: 32-byte AVX2
+// vectors where the processor has them (asked once, at the first call), 16-byte SSE2 vectors
+// otherwise. The library is built for the baseline instruction set, so the AVX2 loops are
+// separate functions compiled for that target and chosen at run time.
+//
+// An operation is a callable op(result, pattern, source, dest) that works alike on single
+// pixels and on vectors of them. It takes its operands by reference and writes its result
+// into the first: a 32-byte vector passed by value would change the calling convention
+// between code built with and without AVX.
+
+#include <cstdint>
+#include <cstring>
+
+namespace qv::pixel_rows {
+
+typedef std::uint32_t TQuad __attribute__((vector_size(16)));
+typedef std::uint32_t TOct __attribute__((vector_size(32)));
+
+// Whether this processor runs AVX2 code; decided on the first call.
+inline bool HaveAvx2() {
+    static const bool have = __builtin_cpu_supports("avx2");
+    return have;
+}
+
+// A pattern of one pixel everywhere, or the pattern pixels under the row.
+struct TSolidPattern {
+    std::uint32_t pixel;
+};
+struct TPatternRow {
+    const std::uint32_t* pixels;
+};
+
+// The pattern under vectors of type V: a solid pattern's vector is made once.
+template <class V, class Pattern> struct TPatternVectors;
+template <class V> struct TPatternVectors<V, TSolidPattern> {
+    explicit TPatternVectors(const TSolidPattern& p) : vector(V{} + p.pixel), pixel(p.pixel) {}
+    void Load(V& v, int) const { v = vector; }
+    std::uint32_t At(int) const { return pixel; }
+    V vector;
+    std::uint32_t pixel;
+};
+template <class V> struct TPatternVectors<V, TPatternRow> {
+    explicit TPatternVectors(const TPatternRow& p) : pixels(p.pixels) {}
+    void Load(V& v, int i) const { std::memcpy(&v, pixels + i, sizeof v); }
+    std::uint32_t At(int i) const { return pixels[i]; }
+    const std::uint32_t* pixels;
+};
+
+// dst[i] = op(pattern[i], src[i], dst[i]) & kept, in vectors of type V.
+template <class V, std::uint32_t kept, class Pattern, class Op>
+[[gnu::always_inline]] inline void MixRowIn(std::uint32_t* dst, const std::uint32_t* src,
+                                            const Pattern& pattern, int count, const Op& op) {
+    constexpr int lanes = sizeof(V) / sizeof(std::uint32_t);
+    const V keptBits = V{} + kept;
+    // Local copies, which the stores through dst cannot change: the pattern's vector and the
+    // operation's own constants are then made once, outside the loop.
+    const TPatternVectors<V, Pattern> under(pattern);
+    const Op mix = op;
+    int i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        V p, s, d, result;
+        under.Load(p, i);
+        std::memcpy(&s, src + i, sizeof s);
+        std::memcpy(&d, dst + i, sizeof d);
+        mix(result, p, s, d);
+        result &= keptBits;
+        std::memcpy(dst + i, &result, sizeof result);
+    }
+    for (; i < count; ++i) {
+        std::uint32_t result;
+        mix(result, under.At(i), src[i], dst[i]);
+        dst[i] = result & kept;
+    }
+}
+
+template <std::uint32_t kept, class Pattern, class Op>
+[[gnu::target("avx2")]] void MixRowAvx2(std::uint32_t* dst, const std::uint32_t* src,
+                                        const Pattern& pattern, int count, const Op& op) {
+    MixRowIn<TOct, kept>(dst, src, pattern, count, op);
+}
+
+template <std::uint32_t kept, class Pattern, class Op>
+void MixRowSse2(std::uint32_t* dst, const std::uint32_t* src, const Pattern& pattern, int count,
+                const Op& op) {
+    MixRowIn<TQuad, kept>(dst, src, pattern, count, op);
+}
+
+// dst[i] = op(pattern[i], src[i], dst[i]) & kept for i in [0, count): by default without the
+// unused top byte, as every raster operation writes its pixels.
+template <std::uint32_t kept = 0x00FFFFFFu, class Pattern, class Op>
+void MixRow(std::uint32_t* dst, const std::uint32_t* src, const Pattern& pattern, int count,
+            const Op& op) {
+    if (HaveAvx2())
+        MixRowAvx2<kept>(dst, src, pattern, count, op);
+    else
+        MixRowSse2<kept>(dst, src, pattern, count, op);
+}
+
+} // namespace qv::pixel_rows
