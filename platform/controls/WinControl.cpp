@@ -484,13 +484,16 @@ LRESULT TWinControl::SendSystemMessage(UINT Msg, WPARAM WParam, LPARAM LParam) {
     return SendMessage(m_handle, Msg, WParam, LParam);
 }
 
-// Runs a control's paint into `surface` (the control's client area), drawing only inside
-// `clip` (control coordinates): a small damaged part of a large control costs little.
-void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TRegion& clip) {
+// A small damaged part of a large control costs little: the paint is clipped to it. No clip
+// (nullopt) paints the whole surface.
+void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, std::optional<TRegion> clip) {
     TCanvas& canvas = control.Canvas();
     canvas.SetTarget(&surface);
     HDC dc = canvas.Handle();
-    dc->SelectClipRgn(&clip);
+    if (clip)
+        dc->SelectClipRgn(std::move(*clip));
+    else
+        dc->SelectClipRgn(nullptr);
     struct TDetach {
         TCanvas& canvas;
         HDC dc;
@@ -500,6 +503,14 @@ void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TReg
         }
     } detach{canvas, dc};
     control.PaintWindow(canvas);
+}
+
+// A clip that covers the whole surface is no clip: drawing stops at the surface's edges
+// anyway, and no region is built.
+void TWinControl::PaintInto(TControl& control, TPixelBuffer& surface, const TRect& clip) {
+    if (Intersect(clip, surface.Bounds()) == surface.Bounds())
+        return PaintInto(control, surface, std::nullopt);
+    PaintInto(control, surface, TRegion::FromRect(clip));
 }
 
 // The pixels of a control whose client area lies at `origin` of `surface`, for painting
@@ -530,14 +541,17 @@ void TWinControl::PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint
 }
 
 // The part of `area` (this control's coordinates) its own painting needs: children with
-// csOpaque paint every pixel of theirs afterwards, so what they cover is left out.
-TRegion TWinControl::OwnPaintClip(const TRect& area) const {
+// csOpaque paint every pixel of theirs afterwards, so what they cover is left out. Nullopt
+// when they cover none of it: then all of `area` is needed.
+std::optional<TRegion> TWinControl::OwnPaintClip(const TRect& area) const {
     std::vector<TRect> covered;
     for (const TControl* c : m_controls)
-        if (c->Visible() && c->ControlStyle().Contains(csOpaque))
-            covered.push_back(Intersect(c->BoundsRect(), area));
-    const TRegion clip = TRegion::FromRect(area);
-    return covered.empty() ? clip : clip.Combine(TRegion::FromRects(covered), RGN_DIFF);
+        if (c->Visible() && c->ControlStyle().Contains(csOpaque)) {
+            const TRect part = Intersect(c->BoundsRect(), area);
+            if (!part.IsEmpty()) covered.push_back(part);
+        }
+    if (covered.empty()) return std::nullopt;
+    return TRegion::FromRect(area).Combine(TRegion::FromRects(covered), RGN_DIFF);
 }
 
 void TWinControl::PaintControls(TPixelBuffer& surface, const TRect& area) {
@@ -545,10 +559,9 @@ void TWinControl::PaintControls(TPixelBuffer& surface, const TRect& area) {
         if (dynamic_cast<TWinControl*>(c) || !c->Visible()) continue;
         const TRect part = Intersect(c->BoundsRect(), area);
         if (part.IsEmpty()) continue;
-        PaintPixelsOf(*c, surface, {c->Left(), c->Top()}, part,
-                      [c](TPixelBuffer& pixels, const TRect& local) {
-                          PaintInto(*c, pixels, TRegion::FromRect(local));
-                      });
+        PaintPixelsOf(
+            *c, surface, {c->Left(), c->Top()}, part,
+            [c](TPixelBuffer& pixels, const TRect& local) { PaintInto(*c, pixels, local); });
     }
 }
 
@@ -559,8 +572,11 @@ void TWinControl::PaintTree(TPixelBuffer& frame, TPoint origin, const TRect& cli
                   frame.Bounds());
     if (visible.IsEmpty()) return;
     PaintPixelsOf(*this, frame, origin, visible, [this](TPixelBuffer& pixels, const TRect& local) {
-        const TRegion own = OwnPaintClip(local);
-        if (!own.IsEmpty()) PaintInto(*this, pixels, own);
+        std::optional<TRegion> own = OwnPaintClip(local);
+        if (!own)
+            PaintInto(*this, pixels, local);
+        else if (!own->IsEmpty())
+            PaintInto(*this, pixels, std::move(own));
         PaintControls(pixels, local);
     });
     for (TControl* c : std::vector<TControl*>(m_controls)) {

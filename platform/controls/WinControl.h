@@ -8,6 +8,7 @@
 
 #include "Control.h"
 
+#include <optional>
 #include <vector>
 
 namespace qv {
@@ -105,13 +106,16 @@ protected:
     LRESULT SendSystemMessage(UINT Msg, WPARAM WParam = 0, LPARAM LParam = 0) override;
     // Paints the graphic children onto this control's surface, within `area`.
     void PaintControls(TPixelBuffer& surface, const TRect& area);
-    static void PaintInto(TControl& control, TPixelBuffer& surface, const TRegion& clip);
+    // Runs a control's paint into `surface` (its client area), drawing only inside `clip`
+    // (control coordinates).
+    static void PaintInto(TControl& control, TPixelBuffer& surface, std::optional<TRegion> clip);
+    static void PaintInto(TControl& control, TPixelBuffer& surface, const TRect& clip);
 
 private:
     using TPaintPixels = std::function<void(TPixelBuffer& pixels, const TRect& local)>;
     static void PaintPixelsOf(TControl& control, TPixelBuffer& surface, TPoint origin,
                               const TRect& visible, const TPaintPixels& paint);
-    TRegion OwnPaintClip(const TRect& area) const;
+    std::optional<TRegion> OwnPaintClip(const TRect& area) const;
     std::vector<TControl*> m_controls;   // z-order, bottom first; not owned: the owner frees them
     std::vector<TWinControl*> m_tabList; // the windowed children in tab order
     int m_pendingTabOrder{-1};           // a tab order read from a form file, applied in Loaded

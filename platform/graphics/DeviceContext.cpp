@@ -122,6 +122,11 @@ int TDeviceContext::SelectClipRgn(const TRegion* region) {
     return m_clip->Type();
 }
 
+int TDeviceContext::SelectClipRgn(TRegion&& region) {
+    m_clip = std::move(region);
+    return m_clip->Type();
+}
+
 int TDeviceContext::IntersectClipRect(const TRect& r) {
     const TRegion rect = TRegion::FromRect(r);
     if (m_clip)

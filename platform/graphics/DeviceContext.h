@@ -168,8 +168,10 @@ public:
     void SetBrushOrg(TPoint origin) { m_brushOrg = origin; }
     TPoint GetBrushOrg() const { return m_brushOrg; }
 
-    // Clipping: a copy of `region` (null removes clipping). Returns the region type.
+    // Clipping: a copy of `region` (null removes clipping), or `region` itself when it is
+    // handed over. Returns the region type.
     int SelectClipRgn(const TRegion* region);
+    int SelectClipRgn(TRegion&& region);
     int IntersectClipRect(const TRect& r);
     // The clip box: the clip region's bounds within the target, or the target bounds.
     TRect GetClipBox() const;
