@@ -277,11 +277,18 @@ void TX11Backend::SetWindowVisible(TNativeWindowId window, bool visible) {
     } else {
         XWithdrawWindow(dpy, w->xid, m_screen); // the window manager forgets it too
     }
+    const bool endsGrab = !visible && w->grabWhenMapped && w->mapped;
     if (!visible) {
         w->mapped = false;
         w->grabWhenMapped = false; // unmapping ends the grab
     }
-    XFlush(dpy);
+    // A grab ends only when the server has unmapped the window: until then every press on
+    // the screen still comes here. Waiting for it lets the next press, from this or any other
+    // client, reach the window under the pointer.
+    if (endsGrab)
+        XSync(dpy, False);
+    else
+        XFlush(dpy);
 }
 
 void TX11Backend::GrabPointer(TNativeWindowId window) {
