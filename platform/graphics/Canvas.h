@@ -86,7 +86,8 @@ public:
 
     // The copies use CopyMode. CopyRect stretches in the context's stretch mode (BLACKONWHITE
     // unless set otherwise); Draw and StretchDraw stretch a colour bitmap in COLORONCOLOR, which
-    // stays the context's mode, and a monochrome one in the context's mode.
+    // stays the context's mode, and a monochrome one in the context's mode. cmSrcCopy moves
+    // whole pixels, a top byte written through ScanLine included.
     void CopyRect(const TRect& dest, TCanvas& source, const TRect& sourceRect);
     void Draw(int x, int y, TBitmap& bitmap);
     void StretchDraw(const TRect& dest, TBitmap& bitmap);

@@ -207,7 +207,8 @@ public:
     // BitBlt covers x .. x + width - 1; StretchBlt mirrors through negative extents (the
     // rectangle then covers x + width + 1 .. x) and shrinks in the stretch mode. Destination
     // pixels whose source pixels lie outside the source keep their colour. `source` may be the
-    // target itself.
+    // target itself. SRCCOPY moves whole pixels, a top byte written through ScanLine included;
+    // every other operation writes pixels with the top byte clear.
     void BitBlt(int x, int y, int width, int height, TBlitSource source, int sx, int sy,
                 std::uint32_t rop);
     void StretchBlt(int x, int y, int width, int height, TBlitSource source, int sx, int sy, int sw,

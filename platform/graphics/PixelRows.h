@@ -1,12 +1,14 @@
 #pragma once
-// Row loops over 32-bit pixels in the widest vectors the processor offers: 32-byte AVX2
-// vectors where the processor has them (asked once, at the first call), 16-byte SSE2 vectors
-// otherwise. The library is built for the baseline instruction set, so the AVX2 loops are
-// separate functions compiled for that target and chosen at run time.
+// Row loops over 32-bit pixels in the widest vectors the processor offers: 64-byte AVX-512
+// or 32-byte AVX2 vectors where the processor has them (asked once, at the first call),
+// 16-byte SSE2 vectors otherwise. The library is built for the baseline instruction set, so
+// the wider loops are separate functions compiled for their target and chosen at run time.
+// A row of a few hundred pixels is few enough vectors that the loop's own instructions
+// count: the wider the vector, the fewer of them.
 //
 // An operation is a callable op(result, pattern, source, dest) that works alike on single
 // pixels and on vectors of them. It takes its operands by reference and writes its result
-// into the first: a 32-byte vector passed by value would change the calling convention
+// into the first: a wide vector passed by value would change the calling convention
 // between code built with and without AVX.
 
 #include <cstdint>
@@ -16,11 +18,15 @@ namespace qv::pixel_rows {
 
 typedef std::uint32_t TQuad __attribute__((vector_size(16)));
 typedef std::uint32_t TOct __attribute__((vector_size(32)));
+typedef std::uint32_t TSixteen __attribute__((vector_size(64)));
 
-// Whether this processor runs AVX2 code; decided on the first call.
-inline bool HaveAvx2() {
-    static const bool have = __builtin_cpu_supports("avx2");
-    return have;
+// The widest vectors this processor runs; decided on the first call.
+enum class TVectorWidth { Sse2, Avx2, Avx512 };
+inline TVectorWidth WidestVectors() {
+    static const TVectorWidth widest = __builtin_cpu_supports("avx512f") ? TVectorWidth::Avx512
+                                       : __builtin_cpu_supports("avx2")  ? TVectorWidth::Avx2
+                                                                         : TVectorWidth::Sse2;
+    return widest;
 }
 
 // A pattern of one pixel everywhere, or the pattern pixels under the row.
@@ -75,6 +81,12 @@ template <class V, std::uint32_t kept, class Pattern, class Op>
 }
 
 template <std::uint32_t kept, class Pattern, class Op>
+[[gnu::target("avx512f")]] void MixRowAvx512(std::uint32_t* dst, const std::uint32_t* src,
+                                             const Pattern& pattern, int count, const Op& op) {
+    MixRowIn<TSixteen, kept>(dst, src, pattern, count, op);
+}
+
+template <std::uint32_t kept, class Pattern, class Op>
 [[gnu::target("avx2")]] void MixRowAvx2(std::uint32_t* dst, const std::uint32_t* src,
                                         const Pattern& pattern, int count, const Op& op) {
     MixRowIn<TOct, kept>(dst, src, pattern, count, op);
@@ -91,10 +103,14 @@ void MixRowSse2(std::uint32_t* dst, const std::uint32_t* src, const Pattern& pat
 template <std::uint32_t kept = 0x00FFFFFFu, class Pattern, class Op>
 void MixRow(std::uint32_t* dst, const std::uint32_t* src, const Pattern& pattern, int count,
             const Op& op) {
-    if (HaveAvx2())
-        MixRowAvx2<kept>(dst, src, pattern, count, op);
-    else
-        MixRowSse2<kept>(dst, src, pattern, count, op);
+    switch (WidestVectors()) {
+    case TVectorWidth::Avx512:
+        return MixRowAvx512<kept>(dst, src, pattern, count, op);
+    case TVectorWidth::Avx2:
+        return MixRowAvx2<kept>(dst, src, pattern, count, op);
+    case TVectorWidth::Sse2:
+        return MixRowSse2<kept>(dst, src, pattern, count, op);
+    }
 }
 
 } // namespace qv::pixel_rows
