@@ -1,10 +1,14 @@
 // Pixel buffers that own their pixels and views of pixels that live elsewhere: drawing
-// through a view lands in the viewed memory and nowhere else, copies always own.
+// through a view lands in the viewed memory and nowhere else, copies always own; the row
+// loops of the raster operations in each vector width.
 
 #include "platform/graphics/Canvas.h"
+#include "platform/graphics/PixelRows.h"
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <utility>
 #include <vector>
 
 using namespace qv;
@@ -96,4 +100,43 @@ TEST(PixelBuffer, CopyPixelsBetweenPlacedBuffers) {
     EXPECT_EQ(to.At(4, 6), red);
     EXPECT_EQ(to.At(5, 7), red);
     EXPECT_EQ(to.At(6, 7), white);
+}
+
+// Every vector width the processor runs computes what the pixel-by-pixel loop computes: the
+// widest one is what the blits take here, the narrower ones are what other processors take.
+// Rows of odd lengths leave tails after the vectors; the pattern is one pixel or a row.
+TEST(PixelBuffer, RowLoopsOfEveryVectorWidthMatchThePixelLoop) {
+    using namespace pixel_rows;
+    std::mt19937 random(5);
+    const auto pixels = [&](std::size_t n) {
+        std::vector<std::uint32_t> v(n);
+        for (std::uint32_t& p : v)
+            p = static_cast<std::uint32_t>(random());
+        return v;
+    };
+    const std::vector<std::uint32_t> src = pixels(77), under = pixels(77), start = pixels(77);
+    // A mix of all three inputs with constants, as the operations under a solid brush run.
+    const std::uint32_t a = 0x00F0F0F0, b = 0x0F0F0F0F;
+    const auto op = [a, b](auto& r, const auto& p, const auto& s, const auto& d) {
+        r = a ^ (s & b) ^ (d & p) ^ (s & d & ~p);
+    };
+    using TRowLoop = void (*)(std::uint32_t*, const std::uint32_t*, const TPatternRow&, int,
+                              const decltype(op)&);
+    std::vector<std::pair<const char*, TRowLoop>> loops = {
+        {"sse2", &MixRowSse2<0x00FFFFFFu, TPatternRow, decltype(op)>}};
+    if (__builtin_cpu_supports("avx2"))
+        loops.emplace_back("avx2", &MixRowAvx2<0x00FFFFFFu, TPatternRow, decltype(op)>);
+    if (__builtin_cpu_supports("avx512f"))
+        loops.emplace_back("avx512", &MixRowAvx512<0x00FFFFFFu, TPatternRow, decltype(op)>);
+    for (const int count : {0, 1, 7, 15, 16, 17, 33, 77})
+        for (const auto& [name, loop] : loops) {
+            std::vector<std::uint32_t> expected = start, actual = start;
+            for (int i = 0; i < count; ++i) {
+                std::uint32_t r;
+                op(r, under[i], src[i], expected[i]);
+                expected[i] = r & 0x00FFFFFFu;
+            }
+            loop(actual.data(), src.data(), TPatternRow{under.data()}, count, op);
+            EXPECT_EQ(actual, expected) << name << " count " << count;
+        }
 }
