@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
 
 namespace qv {
 
@@ -209,10 +208,11 @@ struct TSolidRopMasks {
 
 // The rows of an unstretched blit with the ternary operation `code`: `rows(run)` is called
 // once with the row operation for the code, the common ones written out so that each
-// becomes a loop of a few vector instructions. `solidPattern` is the pattern pixel when the
-// pattern is one colour everywhere; the other operations then run as their four masks.
+// becomes a loop of a few vector instructions. `solidPattern` points to the pattern pixel
+// when the pattern is one colour everywhere (null otherwise); the other operations then run
+// as their four masks.
 template <class Rows>
-void WithRopRun(std::uint8_t code, std::optional<std::uint32_t> solidPattern, Rows&& rows) {
+void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& rows) {
     const auto run = [&](auto op) {
         rows([op](std::uint32_t* dst, const std::uint32_t* src, const auto& pattern, int count) {
             pixel_rows::MixRow(dst, src, pattern, count, op);
@@ -269,9 +269,7 @@ void RopRows(const TDeviceContext& dc, TPixelBuffer& target, const TRect& area,
     const bool tiled = RopUsesPattern(code) && !pattern.null && !pattern.IsSolid();
     const pixel_rows::TSolidPattern solid{pattern.null ? 0u : pattern.solid.xorMask};
     std::vector<std::uint32_t> patternLine(tiled ? static_cast<std::size_t>(inside.Width()) : 0);
-    const std::optional<std::uint32_t> solidPixel =
-        tiled ? std::nullopt : std::optional<std::uint32_t>(solid.pixel);
-    WithRopRun(code, solidPixel, [&](auto rowOp) {
+    WithRopRun(code, tiled ? nullptr : &solid.pixel, [&](auto rowOp) {
         dc.ForEachVisibleRect(inside, [&](const TRect& r) {
             for (int py = r.top; py < r.bottom; ++py) {
                 std::uint32_t* to = target.Row(py) + r.left;
