@@ -545,9 +545,12 @@ void TSpanCollector::AddRect(const TRect& r) {
 }
 
 std::span<const TSpanCollector::TRowSpan> TSpanCollector::Rows() {
-    std::sort(m_spans.begin(), m_spans.end(), [](const TRowSpan& a, const TRowSpan& b) {
+    const auto before = [](const TRowSpan& a, const TRowSpan& b) {
         return a.y != b.y ? a.y < b.y : a.span.left < b.span.left;
-    });
+    };
+    // Spans added row by row in order (a curve's joins as rows) need no sort.
+    if (!std::is_sorted(m_spans.begin(), m_spans.end(), before))
+        std::sort(m_spans.begin(), m_spans.end(), before);
     std::size_t kept = 0;
     for (const TRowSpan& s : m_spans) {
         TRowSpan* previous = kept > 0 ? &m_spans[kept - 1] : nullptr;

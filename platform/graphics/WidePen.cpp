@@ -1,0 +1,431 @@
+#include "WidePen.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+
+namespace qv {
+
+namespace {
+
+// From this many points on, the joins are added as the rows of their union: a curve has a
+// point per pixel step, and adding each join on its own costs a span per join row and point.
+constexpr std::size_t kJoinsByRowsFrom = 8;
+
+int RoundHalfAway(double v) {
+    return static_cast<int>(v > 0 ? v + 0.5 : v - 0.5);
+}
+
+// Sorts a short list by `less` in place (the lists here hold a few nearly ordered items).
+template <class T, class Less> void SortShort(std::span<T> items, Less less) {
+    if (items.size() > 16) {
+        std::sort(items.begin(), items.end(), less);
+        return;
+    }
+    for (std::size_t i = 1; i < items.size(); ++i) {
+        const T item = items[i];
+        std::size_t j = i;
+        for (; j > 0 && less(item, items[j - 1]); --j)
+            items[j] = items[j - 1];
+        items[j] = item;
+    }
+}
+
+} // namespace
+
+TWidePen::TWidePen(int width) : m_width(width) {
+    const TRegion cap =
+        TRegion::FromEllipse(-(width / 2), -(width / 2), (width + 1) / 2 + 1, (width + 1) / 2 + 1);
+    m_capBox = cap.Bounds();
+    for (const TBand& band : cap.Bands())
+        for (int y = band.top; y < band.bottom; ++y)
+            for (const TSpan& span : band.spans)
+                m_capRows.push_back({y, span.left, span.right});
+    // Chains need one span per join row, the rows without a gap, each holding the centre.
+    m_capFitsChains = !m_capRows.empty();
+    for (std::size_t i = 0; i < m_capRows.size(); ++i) {
+        const TRowSpan& c = m_capRows[i];
+        if (c.y != m_capBox.top + static_cast<int>(i) || c.left > 0 || c.right <= 0)
+            m_capFitsChains = false;
+    }
+}
+
+void TWidePen::Stroke(std::span<const TPoint> points, bool close, TSpanCollector& out,
+                      TJoins joins) {
+    if (points.empty()) return;
+    m_out = &out;
+    const bool joinByJoin = !m_capFitsChains || joins == TJoins::OneByOne ||
+                            (joins == TJoins::Automatic && points.size() < kJoinsByRowsFrom);
+    if (joinByJoin)
+        StrokeJoinByJoin(points, close);
+    else
+        StrokeByRows(points, close);
+    m_out = nullptr;
+}
+
+void TWidePen::StrokeJoinByJoin(std::span<const TPoint> points, bool close) {
+    std::size_t first = 0, end = points.size();
+    while (end - first > 2 && points[first] == points[first + 1])
+        ++first;
+    while (end - first > 2 && points[end - 1] == points[end - 2])
+        --end;
+    m_pts.assign(points.begin() + static_cast<std::ptrdiff_t>(first),
+                 points.begin() + static_cast<std::ptrdiff_t>(end));
+    const int n = static_cast<int>(m_pts.size());
+    if (n == 1)
+        AddJoin(m_pts[0]);
+    else if (close)
+        Segments(true, n, m_pts[0], m_pts[0]);
+    else
+        Segments(false, n - 1, m_pts[0], m_pts[static_cast<std::size_t>(n - 1)]);
+}
+
+const TPoint& TWidePen::Pt(int i) const {
+    const auto at = static_cast<std::size_t>(i);
+    return m_pts[at < m_pts.size() ? at : at - m_pts.size()];
+}
+
+bool TWidePen::JoinReaches(TPoint p, const TRect& window) const {
+    // In 64 bits: a point of a polyline may lie anywhere in the int range.
+    return std::int64_t{p.x} + m_capBox.right > window.left &&
+           std::int64_t{p.x} + m_capBox.left < window.right &&
+           std::int64_t{p.y} + m_capBox.bottom > window.top &&
+           std::int64_t{p.y} + m_capBox.top < window.bottom;
+}
+
+void TWidePen::AddJoin(TPoint p) {
+    if (!JoinReaches(p, m_out->Window())) return;
+    for (const TRowSpan& r : m_capRows)
+        m_out->AddSpan(p.y + r.y, p.x + r.left, p.x + r.right);
+}
+
+void TWidePen::Segments(bool close, int count, TPoint first, TPoint last) {
+    if (!close) {
+        AddJoin(first);
+        AddJoin(last);
+    }
+    if (count == 1) {
+        Segment(first, last, Pt(1).x - Pt(0).x, Pt(1).y - Pt(0).y);
+        return;
+    }
+    Segment(first, Pt(1), Pt(1).x - Pt(0).x, Pt(1).y - Pt(0).y);
+    for (int i = 1; i < count - 1; ++i) {
+        const TPoint p1 = Pt(i);
+        const TPoint p2 = Pt(i + 1);
+        if (Segment(p1, p2, p2.x - p1.x, p2.y - p1.y)) AddJoin(p1);
+    }
+    const TPoint p1 = Pt(count - 1);
+    const TPoint p2 = Pt(count);
+    Segment(p1, last, p2.x - p1.x, p2.y - p1.y);
+    AddJoin(p1);
+    if (close) AddJoin(last);
+}
+
+// One segment's body from p1 to p2; (dx, dy) is the direction of the original segment.
+bool TWidePen::Segment(TPoint p1, TPoint p2, int dx, int dy) {
+    if (dx == 0 && dy == 0) return false;
+    const bool oneStep =
+        std::abs(dx) <= 1 && std::abs(dy) <= 1 && p2.x - p1.x == dx && p2.y - p1.y == dy;
+    // Every point of a stroke gets a round join, so the body of a one-step segment (the
+    // points of a curve) adds nothing when the joins at its two ends cover it.
+    if (oneStep && OneStepBodyInsideJoins(dx, dy)) return true;
+    if (dy == 0 || dx == 0) {
+        m_out->AddRect(StraightBody(p1, p2));
+        return true;
+    }
+    // The body of a one-step segment depends only on the direction: it is scanned once per
+    // direction at the origin and moved to each point.
+    if (oneStep) {
+        for (const TRowSpan& r : OneStepBody(dx, dy))
+            m_out->AddSpan(p1.y + r.y, p1.x + r.left, p1.x + r.right);
+        return true;
+    }
+    const std::array<TPoint, 4> quad = Quad(p1, p2, dx, dy);
+    TRect box{quad[0].x, quad[0].y, quad[0].x + 1, quad[0].y + 1};
+    for (const TPoint& q : quad)
+        box = {std::min(box.left, q.x), std::min(box.top, q.y), std::max(box.right, q.x + 1),
+               std::max(box.bottom, q.y + 1)};
+    if (!Intersect(box, m_out->Window()).IsEmpty())
+        ScanPolygon(quad, ALTERNATE, &m_out->Window(), [this](int y, std::span<const TSpan> spans) {
+            for (const TSpan& s : spans)
+                m_out->AddSpan(y, s.left, s.right);
+        });
+    return true;
+}
+
+// The body of a horizontal or vertical segment.
+TRect TWidePen::StraightBody(TPoint p1, TPoint p2) const {
+    if (p1.y == p2.y) {
+        const int top = p1.y - m_width / 2;
+        return {std::min(p1.x, p2.x), top, std::max(p1.x, p2.x), top + m_width};
+    }
+    const int left = p1.x - m_width / 2;
+    return {left, std::min(p1.y, p2.y), left + m_width, std::max(p1.y, p2.y)};
+}
+
+// The body of a slanted segment from p1 to p2; (dx, dy) is the original segment's direction.
+std::array<TPoint, 4> TWidePen::Quad(TPoint p1, TPoint p2, int dx, int dy) const {
+    const double len = std::hypot(static_cast<double>(dx), static_cast<double>(dy));
+    const double widthX = static_cast<double>(m_width) * std::abs(dy) / len;
+    const double widthY = static_cast<double>(m_width) * std::abs(dx) / len;
+    TPoint narrow{RoundHalfAway(widthX / 2), RoundHalfAway(widthY / 2)};
+    TPoint wide{RoundHalfAway((widthX + 1) / 2), RoundHalfAway((widthY + 1) / 2)};
+    if (dx < 0) {
+        wide.y = -wide.y;
+        narrow.y = -narrow.y;
+    }
+    if (dy < 0) {
+        std::swap(narrow, wide);
+        wide.x = -wide.x;
+        narrow.x = -narrow.x;
+    }
+    return {{{p1.x - narrow.x, p1.y + narrow.y},
+             {p1.x + wide.x, p1.y - wide.y},
+             {p2.x + wide.x, p2.y - wide.y},
+             {p2.x - narrow.x, p2.y + narrow.y}}};
+}
+
+// The spans of a one-step diagonal body, relative to its first point; scanned the first time
+// the direction comes up.
+const std::vector<TWidePen::TRowSpan>& TWidePen::OneStepBody(int dx, int dy) {
+    const std::size_t direction = (dy > 0 ? 2 : 0) + (dx > 0 ? 1 : 0);
+    std::vector<TRowSpan>& body = m_oneStepBodies[direction];
+    if (!m_haveOneStepBody[direction]) {
+        ScanPolygon(Quad({0, 0}, {dx, dy}, dx, dy), ALTERNATE, nullptr,
+                    [&](int y, std::span<const TSpan> spans) {
+                        for (const TSpan& span : spans)
+                            body.push_back({y, span.left, span.right});
+                    });
+        m_haveOneStepBody[direction] = true;
+    }
+    return body;
+}
+
+// Whether the body of a one-step segment in direction (dx, dy) lies inside the joins at its
+// two ends; worked out once per direction, at the origin.
+bool TWidePen::OneStepBodyInsideJoins(int dx, int dy) {
+    const auto direction = static_cast<std::size_t>((dy + 1) * 3 + dx + 1);
+    if (!m_bodyInsideJoinsKnown[direction]) {
+        std::vector<TRowSpan> body;
+        if (dx == 0 || dy == 0) {
+            const TRect r = StraightBody({0, 0}, {dx, dy});
+            for (int y = r.top; y < r.bottom; ++y)
+                body.push_back({y, r.left, r.right});
+        } else {
+            body = OneStepBody(dx, dy);
+        }
+        m_bodyInsideJoins[direction] =
+            std::ranges::all_of(body, [&](const TRowSpan& b) { return JoinsCover(b, dx, dy); });
+        m_bodyInsideJoinsKnown[direction] = true;
+    }
+    return m_bodyInsideJoins[direction];
+}
+
+// Whether the joins at the origin and at (dx, dy) together cover the row span `b`. A join is
+// round: one span per row, so each row meets at most two here (a join with more would only be
+// answered "not covered", which keeps the body).
+bool TWidePen::JoinsCover(const TRowSpan& b, int dx, int dy) const {
+    std::array<TSpan, 4> cover;
+    std::size_t count = 0;
+    for (const TRowSpan& c : m_capRows) {
+        const bool here = c.y == b.y, there = c.y + dy == b.y;
+        if (count + static_cast<std::size_t>(here) + static_cast<std::size_t>(there) > cover.size())
+            return false;
+        if (here) cover[count++] = {c.left, c.right};
+        if (there) cover[count++] = {c.left + dx, c.right + dx};
+    }
+    const std::span<TSpan> merged(cover.data(), NormalizeSpans({cover.data(), count}));
+    return std::ranges::any_of(
+        merged, [&](const TSpan& c) { return c.left <= b.left && c.right >= b.right; });
+}
+
+// ---- the stroke as rows ------------------------------------------------------------------
+//
+// Every point of a stroke gets a join, so the stroke is the union of the join placed at every
+// point, the bodies of the segments longer than one step, and of each one-step segment's body
+// what the joins at its two ends leave out (mostly nothing; a pixel or two beside a diagonal
+// step). The joins are added along chains: points one step apart that move down only or up
+// only reach each row with one run of neighbours, so row y of their joins' union is the union
+// over the join's rows (dy, left, right) of the run of row y - dy widened by [left, right).
+// The join holds its centre column in every row, so these pieces of consecutive join rows
+// touch (the runs of consecutive rows are neighbours) and the union is one span: from the
+// least left end to the greatest right end. The spans of all chains and bodies are sorted by
+// row with a counting sort and merged per row, in the order the painter wants them.
+
+void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
+    if (!m_haveBodyRests) FindBodyRests();
+    m_rowSpans.clear();
+    m_chains.clear();
+    m_runs.clear();
+    const TRect& window = m_out->Window();
+    // The points whose join reaches the window, and the first points of one-step segments
+    // whose body rest does (in 64 bits: a point of a polyline may lie anywhere in the int range).
+    const TInt64Rect joinReach = Reach(window, m_capBox);
+    const TInt64Rect restReach = Reach(window, m_restBox);
+    bool inChain = false;
+    TPoint last{};
+    const std::size_t n = points.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const TPoint p = points[i];
+        if (!joinReach.Contains(p)) {
+            inChain = false;
+        } else if (inChain && ExtendChain(last, p)) {
+            last = p;
+        } else {
+            m_chains.push_back({p.y, 0, 1, m_runs.size()});
+            m_runs.push_back({p.x, p.x});
+            inChain = true;
+            last = p;
+        }
+        if (i + 1 == n && !close) break;
+        const TPoint next = points[i + 1 < n ? i + 1 : 0];
+        const std::int64_t dx = std::int64_t{next.x} - p.x, dy = std::int64_t{next.y} - p.y;
+        if (dx == 0 && dy == 0) continue;
+        if (std::abs(dx) > 1 || std::abs(dy) > 1) {
+            Segment(p, next, static_cast<int>(dx), static_cast<int>(dy));
+            continue;
+        }
+        if (!restReach.Contains(p)) continue;
+        const auto direction = static_cast<std::size_t>((dy + 1) * 3 + dx + 1);
+        for (std::size_t k = m_restStart[direction]; k < m_restStart[direction + 1]; ++k) {
+            const TRowSpan& r = m_rests[k];
+            m_rowSpans.push_back({p.y + r.y, p.x + r.left, p.x + r.right});
+        }
+    }
+    for (const TChain& chain : m_chains)
+        ChainRows(chain);
+    EmitRows();
+}
+
+TWidePen::TInt64Rect TWidePen::Reach(const TRect& window, const TRect& box) {
+    return {std::int64_t{window.left} - box.right, std::int64_t{window.top} - box.bottom,
+            std::int64_t{window.right} - box.left, std::int64_t{window.bottom} - box.top};
+}
+
+// Adds p to the current chain when it is one step from the chain's last point and keeps the
+// chain's direction; false when it starts a new one.
+bool TWidePen::ExtendChain(TPoint last, TPoint p) {
+    TChain& chain = m_chains.back();
+    const int dx = p.x - last.x, dy = p.y - last.y;
+    if (std::abs(dx) > 1 || std::abs(dy) > 1 ||
+        (dy != 0 && chain.rowStep != 0 && dy != chain.rowStep))
+        return false;
+    if (dy == 0) {
+        TRun& run = m_runs.back();
+        run = {std::min(run.x0, p.x), std::max(run.x1, p.x)};
+        return true;
+    }
+    chain.rowStep = dy;
+    ++chain.rows;
+    m_runs.push_back({p.x, p.x});
+    return true;
+}
+
+void TWidePen::ChainRows(const TChain& chain) {
+    const TRect& window = m_out->Window();
+    const int end = chain.startRow + chain.rowStep * (chain.rows - 1);
+    const int firstRow = std::min(chain.startRow, end), lastRow = std::max(chain.startRow, end);
+    const int top = std::max(window.top, firstRow + m_capBox.top);
+    const int bottom = std::min(window.bottom, lastRow + m_capBox.bottom);
+    const int capRows = static_cast<int>(m_capRows.size());
+    for (int y = top; y < bottom; ++y) {
+        // The join rows i whose source row y - (capTop + i) the chain reaches.
+        const int first = std::max(0, y - lastRow - m_capBox.top);
+        const int last = std::min(capRows - 1, y - firstRow - m_capBox.top);
+        int left = INT_MAX, right = INT_MIN;
+        for (int i = first; i <= last; ++i) {
+            const TRowSpan& c = m_capRows[static_cast<std::size_t>(i)];
+            const int row = y - c.y;
+            const TRun& run = m_runs[chain.firstRun + static_cast<std::size_t>(
+                                                          (row - chain.startRow) * chain.rowStep)];
+            left = std::min(left, run.x0 + c.left);
+            right = std::max(right, run.x1 + c.right);
+        }
+        if (left < right) m_rowSpans.push_back({y, left, right});
+    }
+}
+
+// What the body of a one-step segment from the origin adds to the joins at its two ends, row by
+// row, for each direction.
+void TWidePen::FindBodyRests() {
+    m_haveBodyRests = true;
+    m_rests.clear();
+    m_restBox = {};
+    std::vector<TRowSpan> body;
+    std::vector<TSpan> cover;
+    for (int direction = 0; direction < 9; ++direction) {
+        m_restStart[static_cast<std::size_t>(direction)] = m_rests.size();
+        const int dx = direction % 3 - 1, dy = direction / 3 - 1;
+        body.clear();
+        if (dx == 0 && dy == 0) continue;
+        if (dx == 0 || dy == 0) {
+            const TRect r = StraightBody({0, 0}, {dx, dy});
+            for (int y = r.top; y < r.bottom; ++y)
+                body.push_back({y, r.left, r.right});
+        } else {
+            body = OneStepBody(dx, dy);
+        }
+        for (const TRowSpan& b : body) {
+            cover.clear();
+            for (const TRowSpan& c : m_capRows) {
+                if (c.y == b.y) cover.push_back({c.left, c.right});
+                if (c.y + dy == b.y) cover.push_back({c.left + dx, c.right + dx});
+            }
+            cover.resize(NormalizeSpans(cover));
+            int from = b.left;
+            for (const TSpan& c : cover) {
+                if (c.left > from) m_rests.push_back({b.y, from, std::min(c.left, b.right)});
+                from = std::max(from, c.right);
+                if (from >= b.right) break;
+            }
+            if (from < b.right) m_rests.push_back({b.y, from, b.right});
+        }
+    }
+    m_restStart[9] = m_rests.size();
+    for (const TRowSpan& r : m_rests)
+        m_restBox =
+            m_restBox.IsEmpty()
+                ? TRect{r.left, r.y, r.right, r.y + 1}
+                : TRect{std::min(m_restBox.left, r.left), std::min(m_restBox.top, r.y),
+                        std::max(m_restBox.right, r.right), std::max(m_restBox.bottom, r.y + 1)};
+}
+
+void TWidePen::EmitRows() {
+    if (m_rowSpans.empty()) return;
+    const auto [low, high] = std::ranges::minmax_element(
+        m_rowSpans, [](const TRowSpan& a, const TRowSpan& b) { return a.y < b.y; });
+    const int firstRow = low->y;
+    const auto rows = static_cast<std::size_t>(high->y - firstRow) + 1;
+    // A counting sort by row: each row's start, then each span placed at its row's next slot
+    // (which moves the starts on to the ends).
+    m_rowStart.assign(rows + 1, 0);
+    for (const TRowSpan& s : m_rowSpans)
+        ++m_rowStart[static_cast<std::size_t>(s.y - firstRow) + 1];
+    for (std::size_t r = 1; r <= rows; ++r)
+        m_rowStart[r] += m_rowStart[r - 1];
+    m_sortedSpans.resize(m_rowSpans.size());
+    for (const TRowSpan& s : m_rowSpans)
+        m_sortedSpans[m_rowStart[static_cast<std::size_t>(s.y - firstRow)]++] = s;
+    std::size_t begin = 0;
+    for (std::size_t r = 0; r < rows; ++r) {
+        const std::size_t end = m_rowStart[r];
+        const std::span<TRowSpan> row(m_sortedSpans.data() + begin, end - begin);
+        begin = end;
+        if (row.empty()) continue;
+        SortShort(row, [](const TRowSpan& a, const TRowSpan& b) { return a.left < b.left; });
+        TRowSpan current = row.front();
+        for (const TRowSpan& s : row.subspan(1)) {
+            if (s.left <= current.right) {
+                current.right = std::max(current.right, s.right);
+                continue;
+            }
+            m_out->AddSpan(current.y, current.left, current.right);
+            current = s;
+        }
+        m_out->AddSpan(current.y, current.left, current.right);
+    }
+}
+
+} // namespace qv

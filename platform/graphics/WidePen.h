@@ -1,0 +1,105 @@
+#pragma once
+// TWidePen: the stroke of a pen wider than one pixel, with round caps and round joins, collected
+// as spans row by row (TSpanCollector). It keeps what depends only on the width (the join's rows,
+// the bodies of one-step segments and whether the joins cover them), so a device context builds
+// it once per pen width and strokes many outlines with it.
+
+#include "Region.h"
+#include "Types.h"
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace qv {
+
+class TWidePen {
+public:
+    explicit TWidePen(int width);
+
+    int Width() const { return m_width; }
+
+    // How the round joins (one at every point of a stroke) are added. `OneByOne` adds each
+    // join's rows on its own; `ByRows` works out each row of their union from the points of the
+    // rows the join reaches. Both give the same pixels; `Automatic` picks by the point count.
+    enum class TJoins { Automatic, OneByOne, ByRows };
+
+    // Adds the stroke through `points` (a closed figure when `close`) to `out`.
+    void Stroke(std::span<const TPoint> points, bool close, TSpanCollector& out,
+                TJoins joins = TJoins::Automatic);
+
+private:
+    struct TRowSpan {
+        int y, left, right;
+    };
+    // A run of points of one row, from x0 to x1 (both included).
+    struct TRun {
+        int x0, x1;
+    };
+    // Consecutive points of a stroke one step apart that move down only or up only: each row
+    // they reach holds one run of them, and the rows of their joins' union are single spans.
+    struct TChain {
+        int startRow;
+        int rowStep; // +1 down, -1 up, 0 while the chain has one row
+        int rows;
+        std::size_t firstRun; // the runs of rows startRow, startRow + rowStep, ... in m_runs
+    };
+
+    // Point i of the stroke; i runs up to the point count, which stands for the first point.
+    const TPoint& Pt(int i) const;
+    // Whether the join at `p` reaches into the window (joins far outside it cost nothing).
+    bool JoinReaches(TPoint p, const TRect& window) const;
+    void AddJoin(TPoint p);
+    void Segments(bool close, int count, TPoint first, TPoint last);
+    bool Segment(TPoint p1, TPoint p2, int dx, int dy);
+    TRect StraightBody(TPoint p1, TPoint p2) const;
+    std::array<TPoint, 4> Quad(TPoint p1, TPoint p2, int dx, int dy) const;
+    const std::vector<TRowSpan>& OneStepBody(int dx, int dy);
+    bool OneStepBodyInsideJoins(int dx, int dy);
+    bool JoinsCover(const TRowSpan& b, int dx, int dy) const;
+
+    // The stroke's parts as rows (TJoins::ByRows): the joins along each chain, and what the
+    // bodies of one-step segments add beyond the joins at their ends.
+    struct TInt64Rect {
+        std::int64_t left, top, right, bottom;
+        bool Contains(TPoint p) const {
+            return p.x > left && p.x < right && p.y > top && p.y < bottom;
+        }
+    };
+    // The points at which something of `box` placed there reaches into `window`.
+    static TInt64Rect Reach(const TRect& window, const TRect& box);
+    void StrokeJoinByJoin(std::span<const TPoint> points, bool close);
+    void StrokeByRows(std::span<const TPoint> points, bool close);
+    bool ExtendChain(TPoint last, TPoint p);
+    void ChainRows(const TChain& chain);
+    void FindBodyRests();
+    void EmitRows();
+
+    int m_width;
+    std::vector<TRowSpan> m_capRows; // the round join at the origin, row by row, top down
+    TRect m_capBox;
+    std::array<std::vector<TRowSpan>, 4> m_oneStepBodies;
+    std::array<bool, 4> m_haveOneStepBody{};
+    std::array<bool, 9> m_bodyInsideJoins{};
+    std::array<bool, 9> m_bodyInsideJoinsKnown{};
+
+    bool m_capFitsChains{false}; // whether chains may be used (see the constructor)
+    // What the body of a one-step segment adds to the joins at its ends, per direction
+    // (dy + 1) * 3 + dx + 1: m_rests[m_restStart[d], m_restStart[d + 1]); their bounds.
+    bool m_haveBodyRests{false};
+    std::vector<TRowSpan> m_rests;
+    std::array<std::size_t, 10> m_restStart{};
+    TRect m_restBox;
+
+    // Per stroke (kept to reuse their memory).
+    TSpanCollector* m_out{nullptr};
+    std::vector<TPoint> m_pts;
+    std::vector<TChain> m_chains;
+    std::vector<TRun> m_runs;
+    std::vector<TRowSpan> m_rowSpans;    // the stroke's row spans, in any order
+    std::vector<TRowSpan> m_sortedSpans; // the same by row
+    std::vector<std::size_t> m_rowStart; // per row: where its spans start in m_sortedSpans
+};
+
+} // namespace qv
