@@ -321,11 +321,20 @@ void TDeviceContext::PaintStroke(TSpanCollector& outline, const TRegion* interio
             }
         }
     }
-    TLogBrush penBrush;
-    penBrush.color = m_logPen.color;
-    const TBrushMasks ink = MakeBrushMasks(penBrush, m_rop2);
-    for (const TSpanCollector::TRowSpan& s : stroke)
-        PaintSpanIn(s.y, s.span, *visible, [&](const TRect& piece) { PaintRect(piece, ink); });
+    // The pen's colour is one mask: its spans are mixed into their rows directly.
+    const TRopMask ink = RopMaskFor(m_rop2, PixelOf(m_logPen.color));
+    if (ink.andMask == 0xFFFFFFFFu && ink.xorMask == 0) return;
+    for (const TSpanCollector::TRowSpan& s : stroke) {
+        if (s.y < visible->top || s.y >= visible->bottom) continue;
+        const int left = std::max(s.span.left, visible->left);
+        const int right = std::min(s.span.right, visible->right);
+        if (left >= right) continue;
+        std::uint32_t* row = m_target->Row(s.y) + left;
+        if (ink.andMask == 0)
+            FillPixels(row, right - left, ink.xorMask);
+        else
+            RopPixels(row, right - left, ink.andMask, ink.xorMask);
+    }
 }
 
 void TDeviceContext::FillRgn(const TRegion& region, const TLogBrush& brush) {

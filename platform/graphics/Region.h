@@ -100,6 +100,17 @@ public:
     explicit TSpanCollector(const TRect& window);
     void AddSpan(int y, int left, int right); // inline: strokes call it for every row of a join
     void AddRect(const TRect& r);
+    // Appends a span that lies in the window without looking at the others: added row by row
+    // and left to right, disjoint and not touching, the spans need no sort in Rows(). (Spans
+    // added this way are not widened by later ones; Rows() merges them all the same.)
+    void AppendInOrder(int y, int left, int right) {
+        if (!m_spans.empty()) {
+            const TRowSpan& last = m_spans.back();
+            if (y < last.y || (y == last.y && left <= last.span.right)) m_rowsReady = false;
+        }
+        m_spans.push_back({y, {left, right}});
+    }
+    void Reserve(std::size_t spans) { m_spans.reserve(m_spans.size() + spans); }
     const TRect& Window() const { return m_window; }
 
     struct TRowSpan {
@@ -118,6 +129,7 @@ private:
     TRect m_window;
     std::vector<TRowSpan> m_spans; // in the order they were added
     std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1
+    bool m_rowsReady{true};        // m_spans sorted and merged, and no row's last span known
 };
 
 inline void TSpanCollector::AddSpan(int y, int left, int right) {

@@ -58,6 +58,7 @@ void TWidePen::Stroke(std::span<const TPoint> points, bool close, TSpanCollector
     m_out = &out;
     const bool joinByJoin = !m_capFitsChains || joins == TJoins::OneByOne ||
                             (joins == TJoins::Automatic && points.size() < kJoinsByRowsFrom);
+    m_byRows = !joinByJoin;
     if (joinByJoin)
         StrokeJoinByJoin(points, close);
     else
@@ -101,6 +102,16 @@ void TWidePen::AddJoin(TPoint p) {
         m_out->AddSpan(p.y + r.y, p.x + r.left, p.x + r.right);
 }
 
+// A span of a segment's body: added to the output, or kept with the rows of the joins.
+void TWidePen::PutSpan(int y, int left, int right) {
+    if (!m_byRows) return m_out->AddSpan(y, left, right);
+    const TRect& window = m_out->Window();
+    left = std::max(left, window.left);
+    right = std::min(right, window.right);
+    if (y >= window.top && y < window.bottom && left < right)
+        m_rowSpans.push_back({y, left, right});
+}
+
 void TWidePen::Segments(bool close, int count, TPoint first, TPoint last) {
     if (!close) {
         AddJoin(first);
@@ -132,14 +143,16 @@ bool TWidePen::Segment(TPoint p1, TPoint p2, int dx, int dy) {
     // points of a curve) adds nothing when the joins at its two ends cover it.
     if (oneStep && OneStepBodyInsideJoins(dx, dy)) return true;
     if (dy == 0 || dx == 0) {
-        m_out->AddRect(StraightBody(p1, p2));
+        const TRect r = Intersect(StraightBody(p1, p2), m_out->Window());
+        for (int y = r.top; y < r.bottom; ++y)
+            PutSpan(y, r.left, r.right);
         return true;
     }
     // The body of a one-step segment depends only on the direction: it is scanned once per
     // direction at the origin and moved to each point.
     if (oneStep) {
         for (const TRowSpan& r : OneStepBody(dx, dy))
-            m_out->AddSpan(p1.y + r.y, p1.x + r.left, p1.x + r.right);
+            PutSpan(p1.y + r.y, p1.x + r.left, p1.x + r.right);
         return true;
     }
     const std::array<TPoint, 4> quad = Quad(p1, p2, dx, dy);
@@ -150,7 +163,7 @@ bool TWidePen::Segment(TPoint p1, TPoint p2, int dx, int dy) {
     if (!Intersect(box, m_out->Window()).IsEmpty())
         ScanPolygon(quad, ALTERNATE, &m_out->Window(), [this](int y, std::span<const TSpan> spans) {
             for (const TSpan& s : spans)
-                m_out->AddSpan(y, s.left, s.right);
+                PutSpan(y, s.left, s.right);
         });
     return true;
 }
@@ -252,51 +265,92 @@ bool TWidePen::JoinsCover(const TRowSpan& b, int dx, int dy) const {
 // The join holds its centre column in every row, so these pieces of consecutive join rows
 // touch (the runs of consecutive rows are neighbours) and the union is one span: from the
 // least left end to the greatest right end. The spans of all chains and bodies are sorted by
-// row with a counting sort and merged per row, in the order the painter wants them.
+// row with a counting sort and merged per row, in the order the painter wants them. Every
+// span is cut to the window first (cutting spans and merging them can go in either order).
 
 void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
     if (!m_haveBodyRests) FindBodyRests();
     m_rowSpans.clear();
     m_chains.clear();
     m_runs.clear();
+    m_pendingRests.clear();
     const TRect& window = m_out->Window();
     // The points whose join reaches the window, and the first points of one-step segments
     // whose body rest does (in 64 bits: a point of a polyline may lie anywhere in the int range).
     const TInt64Rect joinReach = Reach(window, m_capBox);
     const TInt64Rect restReach = Reach(window, m_restBox);
     bool inChain = false;
-    TPoint last{};
+    int rowStep = 0;                   // the current chain's: +1 down, -1 up, 0 while one row
+    std::int64_t stepX = 0, stepY = 0; // from the point before to this one
     const std::size_t n = points.size();
     for (std::size_t i = 0; i < n; ++i) {
         const TPoint p = points[i];
         if (!joinReach.Contains(p)) {
+            if (inChain) EndChain(rowStep);
             inChain = false;
-        } else if (inChain && ExtendChain(last, p)) {
-            last = p;
-        } else {
-            m_chains.push_back({p.y, 0, 1, m_runs.size()});
-            m_runs.push_back({p.x, p.x});
+        } else if (!inChain) {
+            StartChain(p);
             inChain = true;
-            last = p;
+            rowStep = 0;
+        } else if (stepX < -1 || stepX > 1 || stepY < -1 || stepY > 1 ||
+                   (stepY != 0 && stepY == -rowStep)) {
+            EndChain(rowStep);
+            StartChain(p);
+            rowStep = 0;
+        } else if (stepY == 0) {
+            TRun& run = m_runs.back();
+            run = {std::min(run.x0, p.x), std::max(run.x1, p.x)};
+        } else {
+            rowStep = static_cast<int>(stepY);
+            ++m_chains.back().rows;
+            m_runs.push_back({p.x, p.x});
         }
         if (i + 1 == n && !close) break;
         const TPoint next = points[i + 1 < n ? i + 1 : 0];
-        const std::int64_t dx = std::int64_t{next.x} - p.x, dy = std::int64_t{next.y} - p.y;
-        if (dx == 0 && dy == 0) continue;
-        if (std::abs(dx) > 1 || std::abs(dy) > 1) {
-            Segment(p, next, static_cast<int>(dx), static_cast<int>(dy));
+        stepX = std::int64_t{next.x} - p.x;
+        stepY = std::int64_t{next.y} - p.y;
+        if (stepX == 0 && stepY == 0) continue;
+        if (stepX < -1 || stepX > 1 || stepY < -1 || stepY > 1) {
+            Segment(p, next, static_cast<int>(stepX), static_cast<int>(stepY));
             continue;
         }
         if (!restReach.Contains(p)) continue;
-        const auto direction = static_cast<std::size_t>((dy + 1) * 3 + dx + 1);
+        const auto direction = static_cast<std::size_t>((stepY + 1) * 3 + stepX + 1);
+        const int chain = inChain ? static_cast<int>(m_chains.size()) - 1 : -1;
         for (std::size_t k = m_restStart[direction]; k < m_restStart[direction + 1]; ++k) {
             const TRowSpan& r = m_rests[k];
-            m_rowSpans.push_back({p.y + r.y, p.x + r.left, p.x + r.right});
+            const int y = p.y + r.y;
+            const int left = std::max(p.x + r.left, window.left);
+            const int right = std::min(p.x + r.right, window.right);
+            if (y >= window.top && y < window.bottom && left < right)
+                m_pendingRests.push_back({{y, left, right}, chain});
         }
     }
-    for (const TChain& chain : m_chains)
+    if (inChain) EndChain(rowStep);
+    for (TChain& chain : m_chains)
         ChainRows(chain);
+    AddRests();
     EmitRows();
+}
+
+// A body rest mostly touches the joins' span of its own chain in its row: it widens that span
+// (two touching spans are one). The others are spans of their own.
+void TWidePen::AddRests() {
+    for (const TPendingRest& rest : m_pendingRests) {
+        const TRowSpan& r = rest.span;
+        if (rest.chain >= 0) {
+            const TChain& chain = m_chains[static_cast<std::size_t>(rest.chain)];
+            const int k = r.y - chain.spanTop;
+            if (k >= 0 && k < chain.spanRows) {
+                TRowSpan& s = m_rowSpans[chain.firstSpan + static_cast<std::size_t>(k)];
+                if (s.left < s.right && r.left <= s.right && r.right >= s.left) {
+                    s = {s.y, std::min(s.left, r.left), std::max(s.right, r.right)};
+                    continue;
+                }
+            }
+        }
+        m_rowSpans.push_back(r);
+    }
 }
 
 TWidePen::TInt64Rect TWidePen::Reach(const TRect& window, const TRect& box) {
@@ -304,46 +358,43 @@ TWidePen::TInt64Rect TWidePen::Reach(const TRect& window, const TRect& box) {
             std::int64_t{window.right} - box.left, std::int64_t{window.bottom} - box.top};
 }
 
-// Adds p to the current chain when it is one step from the chain's last point and keeps the
-// chain's direction; false when it starts a new one.
-bool TWidePen::ExtendChain(TPoint last, TPoint p) {
-    TChain& chain = m_chains.back();
-    const int dx = p.x - last.x, dy = p.y - last.y;
-    if (std::abs(dx) > 1 || std::abs(dy) > 1 ||
-        (dy != 0 && chain.rowStep != 0 && dy != chain.rowStep))
-        return false;
-    if (dy == 0) {
-        TRun& run = m_runs.back();
-        run = {std::min(run.x0, p.x), std::max(run.x1, p.x)};
-        return true;
-    }
-    chain.rowStep = dy;
-    ++chain.rows;
+void TWidePen::StartChain(TPoint p) {
+    m_chains.push_back({p.y, 1, m_runs.size()});
     m_runs.push_back({p.x, p.x});
-    return true;
 }
 
-void TWidePen::ChainRows(const TChain& chain) {
+// A chain that went up has its runs turned round, so that every chain keeps them top down.
+void TWidePen::EndChain(int rowStep) {
+    TChain& chain = m_chains.back();
+    if (rowStep >= 0) return;
+    std::reverse(m_runs.begin() + static_cast<std::ptrdiff_t>(chain.firstRun), m_runs.end());
+    chain.top -= chain.rows - 1;
+}
+
+// The chain's rows of the joins' union, one span a row (an empty one where the window cuts it
+// away), from chain.spanTop on in m_rowSpans.
+void TWidePen::ChainRows(TChain& chain) {
     const TRect& window = m_out->Window();
-    const int end = chain.startRow + chain.rowStep * (chain.rows - 1);
-    const int firstRow = std::min(chain.startRow, end), lastRow = std::max(chain.startRow, end);
-    const int top = std::max(window.top, firstRow + m_capBox.top);
-    const int bottom = std::min(window.bottom, lastRow + m_capBox.bottom);
+    const int top = std::max(window.top, chain.top + m_capBox.top);
+    const int bottom = std::min(window.bottom, chain.top + chain.rows - 1 + m_capBox.bottom);
+    chain.firstSpan = m_rowSpans.size();
+    chain.spanTop = top;
+    chain.spanRows = std::max(0, bottom - top);
     const int capRows = static_cast<int>(m_capRows.size());
+    const TRun* runs = m_runs.data() + chain.firstRun; // the run of row chain.top + k is runs[k]
     for (int y = top; y < bottom; ++y) {
-        // The join rows i whose source row y - (capTop + i) the chain reaches.
-        const int first = std::max(0, y - lastRow - m_capBox.top);
-        const int last = std::min(capRows - 1, y - firstRow - m_capBox.top);
+        // Join row i (at capTop + i) widens the run of row y - capTop - i, which is runs[k - i].
+        const int k = y - m_capBox.top - chain.top;
+        const int first = std::max(0, k - (chain.rows - 1));
+        const int last = std::min(capRows - 1, k);
         int left = INT_MAX, right = INT_MIN;
         for (int i = first; i <= last; ++i) {
             const TRowSpan& c = m_capRows[static_cast<std::size_t>(i)];
-            const int row = y - c.y;
-            const TRun& run = m_runs[chain.firstRun + static_cast<std::size_t>(
-                                                          (row - chain.startRow) * chain.rowStep)];
+            const TRun& run = runs[k - i];
             left = std::min(left, run.x0 + c.left);
             right = std::max(right, run.x1 + c.right);
         }
-        if (left < right) m_rowSpans.push_back({y, left, right});
+        m_rowSpans.push_back({y, std::max(left, window.left), std::min(right, window.right)});
     }
 }
 
@@ -402,12 +453,14 @@ void TWidePen::EmitRows() {
     // (which moves the starts on to the ends).
     m_rowStart.assign(rows + 1, 0);
     for (const TRowSpan& s : m_rowSpans)
-        ++m_rowStart[static_cast<std::size_t>(s.y - firstRow) + 1];
+        if (s.left < s.right) ++m_rowStart[static_cast<std::size_t>(s.y - firstRow) + 1];
     for (std::size_t r = 1; r <= rows; ++r)
         m_rowStart[r] += m_rowStart[r - 1];
-    m_sortedSpans.resize(m_rowSpans.size());
+    m_sortedSpans.resize(m_rowStart[rows]);
     for (const TRowSpan& s : m_rowSpans)
-        m_sortedSpans[m_rowStart[static_cast<std::size_t>(s.y - firstRow)]++] = s;
+        if (s.left < s.right)
+            m_sortedSpans[m_rowStart[static_cast<std::size_t>(s.y - firstRow)]++] = s;
+    m_out->Reserve(m_sortedSpans.size());
     std::size_t begin = 0;
     for (std::size_t r = 0; r < rows; ++r) {
         const std::size_t end = m_rowStart[r];
@@ -421,10 +474,10 @@ void TWidePen::EmitRows() {
                 current.right = std::max(current.right, s.right);
                 continue;
             }
-            m_out->AddSpan(current.y, current.left, current.right);
+            m_out->AppendInOrder(current.y, current.left, current.right);
             current = s;
         }
-        m_out->AddSpan(current.y, current.left, current.right);
+        m_out->AppendInOrder(current.y, current.left, current.right);
     }
 }
 

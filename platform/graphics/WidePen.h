@@ -40,10 +40,17 @@ private:
     // Consecutive points of a stroke one step apart that move down only or up only: each row
     // they reach holds one run of them, and the rows of their joins' union are single spans.
     struct TChain {
-        int startRow;
-        int rowStep; // +1 down, -1 up, 0 while the chain has one row
+        int top; // the first row, once the chain is ended
         int rows;
-        std::size_t firstRun; // the runs of rows startRow, startRow + rowStep, ... in m_runs
+        std::size_t firstRun;     // the runs of its rows, top down once it is ended, in m_runs
+        std::size_t firstSpan{0}; // its joins' spans of rows spanTop on in m_rowSpans
+        int spanTop{0};
+        int spanRows{0};
+    };
+    // A body rest's span in the window, and the chain its segment starts on (-1 for none).
+    struct TPendingRest {
+        TRowSpan span;
+        int chain;
     };
 
     // Point i of the stroke; i runs up to the point count, which stands for the first point.
@@ -71,8 +78,11 @@ private:
     static TInt64Rect Reach(const TRect& window, const TRect& box);
     void StrokeJoinByJoin(std::span<const TPoint> points, bool close);
     void StrokeByRows(std::span<const TPoint> points, bool close);
-    bool ExtendChain(TPoint last, TPoint p);
-    void ChainRows(const TChain& chain);
+    void StartChain(TPoint p);
+    void EndChain(int rowStep);
+    void ChainRows(TChain& chain);
+    void AddRests();
+    void PutSpan(int y, int left, int right);
     void FindBodyRests();
     void EmitRows();
 
@@ -94,9 +104,11 @@ private:
 
     // Per stroke (kept to reuse their memory).
     TSpanCollector* m_out{nullptr};
+    bool m_byRows{false};
     std::vector<TPoint> m_pts;
     std::vector<TChain> m_chains;
     std::vector<TRun> m_runs;
+    std::vector<TPendingRest> m_pendingRests;
     std::vector<TRowSpan> m_rowSpans;    // the stroke's row spans, in any order
     std::vector<TRowSpan> m_sortedSpans; // the same by row
     std::vector<std::size_t> m_rowStart; // per row: where its spans start in m_sortedSpans
