@@ -14,6 +14,9 @@ namespace {
 // point per pixel step, and adding each join on its own costs a span per join row and point.
 constexpr std::size_t kJoinsByRowsFrom = 8;
 
+// Up to this many chains are merged row by row side by side (a closed curve makes three).
+constexpr std::size_t kChainsSideBySide = 8;
+
 int RoundHalfAway(double v) {
     return static_cast<int>(v > 0 ? v + 0.5 : v - 0.5);
 }
@@ -109,7 +112,7 @@ void TWidePen::PutSpan(int y, int left, int right) {
     left = std::max(left, window.left);
     right = std::min(right, window.right);
     if (y >= window.top && y < window.bottom && left < right)
-        m_rowSpans.push_back({y, left, right});
+        m_looseSpans.push_back({y, left, right});
 }
 
 void TWidePen::Segments(bool close, int count, TPoint first, TPoint last) {
@@ -271,6 +274,7 @@ bool TWidePen::JoinsCover(const TRowSpan& b, int dx, int dy) const {
 void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
     if (!m_haveBodyRests) FindBodyRests();
     m_rowSpans.clear();
+    m_looseSpans.clear();
     m_chains.clear();
     m_runs.clear();
     m_pendingRests.clear();
@@ -349,7 +353,7 @@ void TWidePen::AddRests() {
                 }
             }
         }
-        m_rowSpans.push_back(r);
+        m_looseSpans.push_back(r);
     }
 }
 
@@ -443,42 +447,71 @@ void TWidePen::FindBodyRests() {
                         std::max(m_restBox.right, r.right), std::max(m_restBox.bottom, r.y + 1)};
 }
 
-void TWidePen::EmitRows() {
-    if (m_rowSpans.empty()) return;
+// Sorts the loose spans by row (a counting sort: the rows are few) into m_sortedSpans.
+void TWidePen::SortLooseSpans() {
+    m_sortedSpans.clear();
+    if (m_looseSpans.empty()) return;
     const auto [low, high] = std::ranges::minmax_element(
-        m_rowSpans, [](const TRowSpan& a, const TRowSpan& b) { return a.y < b.y; });
+        m_looseSpans, [](const TRowSpan& a, const TRowSpan& b) { return a.y < b.y; });
     const int firstRow = low->y;
     const auto rows = static_cast<std::size_t>(high->y - firstRow) + 1;
-    // A counting sort by row: each row's start, then each span placed at its row's next slot
-    // (which moves the starts on to the ends).
+    // Each row's start, then each span placed at its row's next slot.
     m_rowStart.assign(rows + 1, 0);
-    for (const TRowSpan& s : m_rowSpans)
-        if (s.left < s.right) ++m_rowStart[static_cast<std::size_t>(s.y - firstRow) + 1];
+    for (const TRowSpan& s : m_looseSpans)
+        ++m_rowStart[static_cast<std::size_t>(s.y - firstRow) + 1];
     for (std::size_t r = 1; r <= rows; ++r)
         m_rowStart[r] += m_rowStart[r - 1];
-    m_sortedSpans.resize(m_rowStart[rows]);
-    for (const TRowSpan& s : m_rowSpans)
-        if (s.left < s.right)
-            m_sortedSpans[m_rowStart[static_cast<std::size_t>(s.y - firstRow)]++] = s;
-    m_out->Reserve(m_sortedSpans.size());
-    std::size_t begin = 0;
-    for (std::size_t r = 0; r < rows; ++r) {
-        const std::size_t end = m_rowStart[r];
-        const std::span<TRowSpan> row(m_sortedSpans.data() + begin, end - begin);
-        begin = end;
-        if (row.empty()) continue;
-        SortShort(row, [](const TRowSpan& a, const TRowSpan& b) { return a.left < b.left; });
-        TRowSpan current = row.front();
-        for (const TRowSpan& s : row.subspan(1)) {
+    m_sortedSpans.resize(m_looseSpans.size());
+    for (const TRowSpan& s : m_looseSpans)
+        m_sortedSpans[m_rowStart[static_cast<std::size_t>(s.y - firstRow)]++] = s;
+}
+
+// The chains' spans are visited row by row side by side (a curve makes a few chains); with
+// many chains they are sorted by row together with the loose spans instead.
+void TWidePen::EmitRows() {
+    if (m_chains.size() > kChainsSideBySide) {
+        for (const TRowSpan& s : m_rowSpans)
+            if (s.left < s.right) m_looseSpans.push_back(s);
+        m_chains.clear();
+    }
+    SortLooseSpans();
+    int top = INT_MAX, bottom = INT_MIN;
+    for (const TChain& chain : m_chains) {
+        if (chain.spanRows == 0) continue;
+        top = std::min(top, chain.spanTop);
+        bottom = std::max(bottom, chain.spanTop + chain.spanRows);
+    }
+    if (!m_sortedSpans.empty()) {
+        top = std::min(top, m_sortedSpans.front().y);
+        bottom = std::max(bottom, m_sortedSpans.back().y + 1);
+    }
+    m_outSpans.clear();
+    std::size_t loose = 0;
+    for (int y = top; y < bottom; ++y) {
+        m_row.clear();
+        for (const TChain& chain : m_chains) {
+            const int k = y - chain.spanTop;
+            if (k < 0 || k >= chain.spanRows) continue;
+            const TRowSpan& s = m_rowSpans[chain.firstSpan + static_cast<std::size_t>(k)];
+            if (s.left < s.right) m_row.push_back(s);
+        }
+        for (; loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y; ++loose)
+            m_row.push_back(m_sortedSpans[loose]);
+        if (m_row.empty()) continue;
+        SortShort(std::span<TRowSpan>(m_row),
+                  [](const TRowSpan& a, const TRowSpan& b) { return a.left < b.left; });
+        TSpan current{m_row.front().left, m_row.front().right};
+        for (const TRowSpan& s : m_row) {
             if (s.left <= current.right) {
                 current.right = std::max(current.right, s.right);
                 continue;
             }
-            m_out->AppendInOrder(current.y, current.left, current.right);
-            current = s;
+            m_outSpans.push_back({y, current});
+            current = {s.left, s.right};
         }
-        m_out->AppendInOrder(current.y, current.left, current.right);
+        m_outSpans.push_back({y, current});
     }
+    m_out->AppendInOrder(m_outSpans);
 }
 
 } // namespace qv

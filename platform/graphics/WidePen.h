@@ -84,6 +84,7 @@ private:
     void AddRests();
     void PutSpan(int y, int left, int right);
     void FindBodyRests();
+    void SortLooseSpans();
     void EmitRows();
 
     int m_width;
@@ -109,9 +110,12 @@ private:
     std::vector<TChain> m_chains;
     std::vector<TRun> m_runs;
     std::vector<TPendingRest> m_pendingRests;
-    std::vector<TRowSpan> m_rowSpans;    // the stroke's row spans, in any order
-    std::vector<TRowSpan> m_sortedSpans; // the same by row
-    std::vector<std::size_t> m_rowStart; // per row: where its spans start in m_sortedSpans
+    std::vector<TRowSpan> m_rowSpans;    // the chains' spans, chain by chain, row by row
+    std::vector<TRowSpan> m_looseSpans;  // the spans of bodies and rests that widen no chain
+    std::vector<TRowSpan> m_sortedSpans; // the loose spans by row
+    std::vector<std::size_t> m_rowStart; // per row: where its spans end in m_sortedSpans
+    std::vector<TRowSpan> m_row;         // the spans of one row, to merge
+    std::vector<TSpanCollector::TRowSpan> m_outSpans;
 };
 
 } // namespace qv
