@@ -279,42 +279,45 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
     m_runs.clear();
     m_pendingRests.clear();
     const TRect& window = m_out->Window();
+    if (window.IsEmpty()) return; // every span would be cut away
     // The points whose join reaches the window, and the first points of one-step segments
-    // whose body rest does (in 64 bits: a point of a polyline may lie anywhere in the int range).
-    const TInt64Rect joinReach = Reach(window, m_capBox);
-    const TInt64Rect restReach = Reach(window, m_restBox);
+    // whose body rest does.
+    const TReach joinReach(window, m_capBox);
+    const TReach restReach(window, m_restBox);
     bool inChain = false;
-    int rowStep = 0;                   // the current chain's: +1 down, -1 up, 0 while one row
-    std::int64_t stepX = 0, stepY = 0; // from the point before to this one
+    int rowStep = 0; // the current chain's: +1 down, -1 up, 0 while it has one row
+    // The step from the point before to this one (in 64 bits: a point of a polyline may lie
+    // anywhere in the int range), and whether it is at most one pixel each way.
+    std::int64_t stepX = 0, stepY = 0;
+    bool oneStep = false;
     const std::size_t n = points.size();
     for (std::size_t i = 0; i < n; ++i) {
         const TPoint p = points[i];
         if (!joinReach.Contains(p)) {
             if (inChain) EndChain(rowStep);
             inChain = false;
-        } else if (!inChain) {
+        } else if (inChain && oneStep && (stepY == 0 || stepY != -rowStep)) {
+            if (stepY == 0) {
+                TRun& run = m_runs.back();
+                run = {std::min(run.x0, p.x), std::max(run.x1, p.x)};
+            } else {
+                rowStep = static_cast<int>(stepY);
+                ++m_chains.back().rows;
+                m_runs.push_back({p.x, p.x});
+            }
+        } else {
+            if (inChain) EndChain(rowStep);
             StartChain(p);
             inChain = true;
             rowStep = 0;
-        } else if (stepX < -1 || stepX > 1 || stepY < -1 || stepY > 1 ||
-                   (stepY != 0 && stepY == -rowStep)) {
-            EndChain(rowStep);
-            StartChain(p);
-            rowStep = 0;
-        } else if (stepY == 0) {
-            TRun& run = m_runs.back();
-            run = {std::min(run.x0, p.x), std::max(run.x1, p.x)};
-        } else {
-            rowStep = static_cast<int>(stepY);
-            ++m_chains.back().rows;
-            m_runs.push_back({p.x, p.x});
         }
         if (i + 1 == n && !close) break;
         const TPoint next = points[i + 1 < n ? i + 1 : 0];
         stepX = std::int64_t{next.x} - p.x;
         stepY = std::int64_t{next.y} - p.y;
-        if (stepX == 0 && stepY == 0) continue;
-        if (stepX < -1 || stepX > 1 || stepY < -1 || stepY > 1) {
+        oneStep = static_cast<std::uint64_t>(stepX + 1) <= 2 &&
+                  static_cast<std::uint64_t>(stepY + 1) <= 2;
+        if (!oneStep) {
             Segment(p, next, static_cast<int>(stepX), static_cast<int>(stepY));
             continue;
         }
@@ -357,12 +360,24 @@ void TWidePen::AddRests() {
     }
 }
 
-TWidePen::TInt64Rect TWidePen::Reach(const TRect& window, const TRect& box) {
-    return {std::int64_t{window.left} - box.right, std::int64_t{window.top} - box.bottom,
-            std::int64_t{window.right} - box.left, std::int64_t{window.bottom} - box.top};
+TWidePen::TReach::TReach(const TRect& window, const TRect& box) {
+    // Something of `box` placed at x reaches into the window when x + box.right > window.left
+    // and x + box.left < window.right.
+    const auto clamp = [](std::int64_t v) {
+        return static_cast<int>(std::clamp<std::int64_t>(v, INT_MIN, INT_MAX));
+    };
+    const int left = clamp(std::int64_t{window.left} - box.right + 1);
+    const int top = clamp(std::int64_t{window.top} - box.bottom + 1);
+    x0 = static_cast<unsigned>(left);
+    y0 = static_cast<unsigned>(top);
+    width = static_cast<unsigned>(clamp(std::int64_t{window.right} - box.left - 1)) - x0;
+    height = static_cast<unsigned>(clamp(std::int64_t{window.bottom} - box.top - 1)) - y0;
 }
 
+// A chain's runs lie between sentinels that widen nothing, as many as the join has rows less
+// one on either side, so that every join row finds a run.
 void TWidePen::StartChain(TPoint p) {
+    m_runs.insert(m_runs.end(), m_capRows.size() - 1, kNoRun);
     m_chains.push_back({p.y, 1, m_runs.size()});
     m_runs.push_back({p.x, p.x});
 }
@@ -370,9 +385,11 @@ void TWidePen::StartChain(TPoint p) {
 // A chain that went up has its runs turned round, so that every chain keeps them top down.
 void TWidePen::EndChain(int rowStep) {
     TChain& chain = m_chains.back();
-    if (rowStep >= 0) return;
-    std::reverse(m_runs.begin() + static_cast<std::ptrdiff_t>(chain.firstRun), m_runs.end());
-    chain.top -= chain.rows - 1;
+    if (rowStep < 0) {
+        std::reverse(m_runs.begin() + static_cast<std::ptrdiff_t>(chain.firstRun), m_runs.end());
+        chain.top -= chain.rows - 1;
+    }
+    m_runs.insert(m_runs.end(), m_capRows.size() - 1, kNoRun);
 }
 
 // The chain's rows of the joins' union, one span a row (an empty one where the window cuts it
@@ -384,21 +401,21 @@ void TWidePen::ChainRows(TChain& chain) {
     chain.firstSpan = m_rowSpans.size();
     chain.spanTop = top;
     chain.spanRows = std::max(0, bottom - top);
-    const int capRows = static_cast<int>(m_capRows.size());
-    const TRun* runs = m_runs.data() + chain.firstRun; // the run of row chain.top + k is runs[k]
-    for (int y = top; y < bottom; ++y) {
-        // Join row i (at capTop + i) widens the run of row y - capTop - i, which is runs[k - i].
-        const int k = y - m_capBox.top - chain.top;
-        const int first = std::max(0, k - (chain.rows - 1));
-        const int last = std::min(capRows - 1, k);
+    if (chain.spanRows == 0) return;
+    m_rowSpans.resize(chain.firstSpan + static_cast<std::size_t>(chain.spanRows));
+    TRowSpan* out = m_rowSpans.data() + chain.firstSpan;
+    const TRowSpan* cap = m_capRows.data();
+    const TRowSpan* capEnd = cap + m_capRows.size();
+    // Join row i (at capTop + i) widens the run of row y - capTop - i: runs[k - i] below.
+    const TRun* runs = m_runs.data() + chain.firstRun + (top - m_capBox.top - chain.top);
+    for (int y = top; y < bottom; ++y, ++out, ++runs) {
+        const TRun* run = runs;
         int left = INT_MAX, right = INT_MIN;
-        for (int i = first; i <= last; ++i) {
-            const TRowSpan& c = m_capRows[static_cast<std::size_t>(i)];
-            const TRun& run = runs[k - i];
-            left = std::min(left, run.x0 + c.left);
-            right = std::max(right, run.x1 + c.right);
+        for (const TRowSpan* c = cap; c != capEnd; ++c, --run) {
+            left = std::min(left, run->x0 + c->left);
+            right = std::max(right, run->x1 + c->right);
         }
-        m_rowSpans.push_back({y, std::max(left, window.left), std::min(right, window.right)});
+        *out = {y, std::max(left, window.left), std::min(right, window.right)};
     }
 }
 
@@ -450,6 +467,7 @@ void TWidePen::FindBodyRests() {
 // Sorts the loose spans by row (a counting sort: the rows are few) into m_sortedSpans.
 void TWidePen::SortLooseSpans() {
     m_sortedSpans.clear();
+    m_mostLooseInRow = 0;
     if (m_looseSpans.empty()) return;
     const auto [low, high] = std::ranges::minmax_element(
         m_looseSpans, [](const TRowSpan& a, const TRowSpan& b) { return a.y < b.y; });
@@ -459,6 +477,7 @@ void TWidePen::SortLooseSpans() {
     m_rowStart.assign(rows + 1, 0);
     for (const TRowSpan& s : m_looseSpans)
         ++m_rowStart[static_cast<std::size_t>(s.y - firstRow) + 1];
+    m_mostLooseInRow = *std::ranges::max_element(m_rowStart);
     for (std::size_t r = 1; r <= rows; ++r)
         m_rowStart[r] += m_rowStart[r - 1];
     m_sortedSpans.resize(m_looseSpans.size());
@@ -485,32 +504,37 @@ void TWidePen::EmitRows() {
         top = std::min(top, m_sortedSpans.front().y);
         bottom = std::max(bottom, m_sortedSpans.back().y + 1);
     }
-    m_outSpans.clear();
+    // A row holds at most a span of each chain and its loose spans; the output no more.
+    m_row.resize(m_chains.size() + m_mostLooseInRow);
+    m_outSpans.resize(m_rowSpans.size() + m_sortedSpans.size());
+    TSpanCollector::TRowSpan* out = m_outSpans.data();
     std::size_t loose = 0;
     for (int y = top; y < bottom; ++y) {
-        m_row.clear();
+        TRowSpan* const row = m_row.data();
+        std::size_t count = 0;
         for (const TChain& chain : m_chains) {
             const int k = y - chain.spanTop;
             if (k < 0 || k >= chain.spanRows) continue;
             const TRowSpan& s = m_rowSpans[chain.firstSpan + static_cast<std::size_t>(k)];
-            if (s.left < s.right) m_row.push_back(s);
+            if (s.left < s.right) row[count++] = s;
         }
         for (; loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y; ++loose)
-            m_row.push_back(m_sortedSpans[loose]);
-        if (m_row.empty()) continue;
-        SortShort(std::span<TRowSpan>(m_row),
+            row[count++] = m_sortedSpans[loose];
+        if (count == 0) continue;
+        SortShort(std::span<TRowSpan>(row, count),
                   [](const TRowSpan& a, const TRowSpan& b) { return a.left < b.left; });
-        TSpan current{m_row.front().left, m_row.front().right};
-        for (const TRowSpan& s : m_row) {
-            if (s.left <= current.right) {
-                current.right = std::max(current.right, s.right);
+        TSpan current{row[0].left, row[0].right};
+        for (std::size_t i = 1; i < count; ++i) {
+            if (row[i].left <= current.right) {
+                current.right = std::max(current.right, row[i].right);
                 continue;
             }
-            m_outSpans.push_back({y, current});
-            current = {s.left, s.right};
+            *out++ = {y, current};
+            current = {row[i].left, row[i].right};
         }
-        m_outSpans.push_back({y, current});
+        *out++ = {y, current};
     }
+    m_outSpans.resize(static_cast<std::size_t>(out - m_outSpans.data()));
     m_out->AppendInOrder(m_outSpans);
 }
 

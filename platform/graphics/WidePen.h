@@ -8,6 +8,7 @@
 #include "Types.h"
 
 #include <array>
+#include <climits>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -37,6 +38,8 @@ private:
     struct TRun {
         int x0, x1;
     };
+    // A run that widens no row: its ends moved by a join row stay beyond every other.
+    static constexpr TRun kNoRun{INT_MAX / 2, INT_MIN / 2};
     // Consecutive points of a stroke one step apart that move down only or up only: each row
     // they reach holds one run of them, and the rows of their joins' union are single spans.
     struct TChain {
@@ -68,14 +71,16 @@ private:
 
     // The stroke's parts as rows (TJoins::ByRows): the joins along each chain, and what the
     // bodies of one-step segments add beyond the joins at their ends.
-    struct TInt64Rect {
-        std::int64_t left, top, right, bottom;
+    // The points at which something of `box` placed there reaches into `window` (a window
+    // that is not empty): x in [x0, x0 + width], y likewise, one unsigned test per axis.
+    struct TReach {
+        TReach(const TRect& window, const TRect& box);
         bool Contains(TPoint p) const {
-            return p.x > left && p.x < right && p.y > top && p.y < bottom;
+            return static_cast<unsigned>(p.x) - x0 <= width &&
+                   static_cast<unsigned>(p.y) - y0 <= height;
         }
+        unsigned x0, y0, width, height;
     };
-    // The points at which something of `box` placed there reaches into `window`.
-    static TInt64Rect Reach(const TRect& window, const TRect& box);
     void StrokeJoinByJoin(std::span<const TPoint> points, bool close);
     void StrokeByRows(std::span<const TPoint> points, bool close);
     void StartChain(TPoint p);
@@ -114,7 +119,8 @@ private:
     std::vector<TRowSpan> m_looseSpans;  // the spans of bodies and rests that widen no chain
     std::vector<TRowSpan> m_sortedSpans; // the loose spans by row
     std::vector<std::size_t> m_rowStart; // per row: where its spans end in m_sortedSpans
-    std::vector<TRowSpan> m_row;         // the spans of one row, to merge
+    std::size_t m_mostLooseInRow{0};
+    std::vector<TRowSpan> m_row; // the spans of one row, to merge
     std::vector<TSpanCollector::TRowSpan> m_outSpans;
 };
 
