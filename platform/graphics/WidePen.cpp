@@ -321,10 +321,11 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
             Segment(p, next, static_cast<int>(stepX), static_cast<int>(stepY));
             continue;
         }
-        if (!restReach.Contains(p)) continue;
         const auto direction = static_cast<std::size_t>((stepY + 1) * 3 + stepX + 1);
+        const std::size_t firstRest = m_restStart[direction], endRest = m_restStart[direction + 1];
+        if (firstRest == endRest || !restReach.Contains(p)) continue;
         const int chain = inChain ? static_cast<int>(m_chains.size()) - 1 : -1;
-        for (std::size_t k = m_restStart[direction]; k < m_restStart[direction + 1]; ++k) {
+        for (std::size_t k = firstRest; k < endRest; ++k) {
             const TRowSpan& r = m_rests[k];
             const int y = p.y + r.y;
             const int left = std::max(p.x + r.left, window.left);
@@ -394,6 +395,48 @@ void TWidePen::EndChain(int rowStep) {
 
 // The chain's rows of the joins' union, one span a row (an empty one where the window cuts it
 // away), from chain.spanTop on in m_rowSpans.
+namespace {
+
+// Row by row from `runs` on (the run of the first row's join row 0; join row i takes the run
+// i before it): the least left and greatest right end of the runs widened by the join's rows
+// `cap`. `Rows` is the join's row count when it is known here (a loop the compiler unrolls),
+// 0 otherwise.
+template <int Rows, class TRunT, class TCapRow, class TOut>
+void UnionRows(const TRunT* runs, std::span<const TCapRow> cap, int top, int bottom,
+               const TRect& window, TOut* out) {
+    // The join's ends in locals when their count is known, which stay in registers while the
+    // rows are written.
+    constexpr std::size_t kLocal = Rows > 0 ? static_cast<std::size_t>(Rows) : 1;
+    std::array<int, kLocal> lefts{}, rights{};
+    if constexpr (Rows > 0) {
+        for (std::size_t i = 0; i < kLocal; ++i) {
+            lefts[i] = cap[i].left;
+            rights[i] = cap[i].right;
+        }
+    }
+    const std::size_t first = out->size();
+    out->resize(first + static_cast<std::size_t>(bottom - top));
+    auto* row = out->data() + first;
+    for (int y = top; y < bottom; ++y, ++runs, ++row) {
+        int left = INT_MAX, right = INT_MIN;
+        if constexpr (Rows > 0) {
+#pragma GCC unroll 16
+            for (std::size_t i = 0; i < kLocal; ++i) {
+                left = std::min(left, (runs - i)->x0 + lefts[i]);
+                right = std::max(right, (runs - i)->x1 + rights[i]);
+            }
+        } else {
+            for (std::size_t i = 0; i < cap.size(); ++i) {
+                left = std::min(left, (runs - i)->x0 + cap[i].left);
+                right = std::max(right, (runs - i)->x1 + cap[i].right);
+            }
+        }
+        *row = {y, std::max(left, window.left), std::min(right, window.right)};
+    }
+}
+
+} // namespace
+
 void TWidePen::ChainRows(TChain& chain) {
     const TRect& window = m_out->Window();
     const int top = std::max(window.top, chain.top + m_capBox.top);
@@ -402,20 +445,28 @@ void TWidePen::ChainRows(TChain& chain) {
     chain.spanTop = top;
     chain.spanRows = std::max(0, bottom - top);
     if (chain.spanRows == 0) return;
-    m_rowSpans.resize(chain.firstSpan + static_cast<std::size_t>(chain.spanRows));
-    TRowSpan* out = m_rowSpans.data() + chain.firstSpan;
-    const TRowSpan* cap = m_capRows.data();
-    const TRowSpan* capEnd = cap + m_capRows.size();
-    // Join row i (at capTop + i) widens the run of row y - capTop - i: runs[k - i] below.
     const TRun* runs = m_runs.data() + chain.firstRun + (top - m_capBox.top - chain.top);
-    for (int y = top; y < bottom; ++y, ++out, ++runs) {
-        const TRun* run = runs;
-        int left = INT_MAX, right = INT_MIN;
-        for (const TRowSpan* c = cap; c != capEnd; ++c, --run) {
-            left = std::min(left, run->x0 + c->left);
-            right = std::max(right, run->x1 + c->right);
-        }
-        *out = {y, std::max(left, window.left), std::min(right, window.right)};
+    const std::span<const TRowSpan> cap(m_capRows);
+    // The usual pens, up to 9 pixels wide, have joins of 2 to 9 rows.
+    switch (cap.size()) {
+    case 2:
+        return UnionRows<2>(runs, cap, top, bottom, window, &m_rowSpans);
+    case 3:
+        return UnionRows<3>(runs, cap, top, bottom, window, &m_rowSpans);
+    case 4:
+        return UnionRows<4>(runs, cap, top, bottom, window, &m_rowSpans);
+    case 5:
+        return UnionRows<5>(runs, cap, top, bottom, window, &m_rowSpans);
+    case 6:
+        return UnionRows<6>(runs, cap, top, bottom, window, &m_rowSpans);
+    case 7:
+        return UnionRows<7>(runs, cap, top, bottom, window, &m_rowSpans);
+    case 8:
+        return UnionRows<8>(runs, cap, top, bottom, window, &m_rowSpans);
+    case 9:
+        return UnionRows<9>(runs, cap, top, bottom, window, &m_rowSpans);
+    default:
+        return UnionRows<0>(runs, cap, top, bottom, window, &m_rowSpans);
     }
 }
 
@@ -506,8 +557,7 @@ void TWidePen::EmitRows() {
     }
     // A row holds at most a span of each chain and its loose spans; the output no more.
     m_row.resize(m_chains.size() + m_mostLooseInRow);
-    m_outSpans.resize(m_rowSpans.size() + m_sortedSpans.size());
-    TSpanCollector::TRowSpan* out = m_outSpans.data();
+    m_outSpans.clear();
     std::size_t loose = 0;
     for (int y = top; y < bottom; ++y) {
         TRowSpan* const row = m_row.data();
@@ -521,6 +571,10 @@ void TWidePen::EmitRows() {
         for (; loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y; ++loose)
             row[count++] = m_sortedSpans[loose];
         if (count == 0) continue;
+        if (count == 1) {
+            m_outSpans.push_back({y, {row[0].left, row[0].right}});
+            continue;
+        }
         SortShort(std::span<TRowSpan>(row, count),
                   [](const TRowSpan& a, const TRowSpan& b) { return a.left < b.left; });
         TSpan current{row[0].left, row[0].right};
@@ -529,12 +583,11 @@ void TWidePen::EmitRows() {
                 current.right = std::max(current.right, row[i].right);
                 continue;
             }
-            *out++ = {y, current};
+            m_outSpans.push_back({y, current});
             current = {row[i].left, row[i].right};
         }
-        *out++ = {y, current};
+        m_outSpans.push_back({y, current});
     }
-    m_outSpans.resize(static_cast<std::size_t>(out - m_outSpans.data()));
     m_out->AppendInOrder(m_outSpans);
 }
 
