@@ -324,6 +324,18 @@ void TDeviceContext::PaintStroke(TSpanCollector& outline, const TRegion* interio
     // The pen's colour is one mask: its spans are mixed into their rows directly.
     const TRopMask ink = RopMaskFor(m_rop2, PixelOf(m_logPen.color));
     if (ink.andMask == 0xFFFFFFFFu && ink.xorMask == 0) return;
+    // Spans cut to a window inside the visible rectangle (the target's, without a clip) need
+    // no more cutting.
+    if (Intersect(outline.Window(), *visible) == outline.Window()) {
+        for (const TSpanCollector::TRowSpan& s : stroke) {
+            std::uint32_t* row = m_target->Row(s.y) + s.span.left;
+            if (ink.andMask == 0)
+                FillPixels(row, s.span.right - s.span.left, ink.xorMask);
+            else
+                RopPixels(row, s.span.right - s.span.left, ink.andMask, ink.xorMask);
+        }
+        return;
+    }
     for (const TSpanCollector::TRowSpan& s : stroke) {
         if (s.y < visible->top || s.y >= visible->bottom) continue;
         const int left = std::max(s.span.left, visible->left);

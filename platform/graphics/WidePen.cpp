@@ -291,7 +291,11 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
     std::int64_t stepX = 0, stepY = 0;
     bool oneStep = false;
     const std::size_t n = points.size();
-    for (std::size_t i = 0; i < n; ++i) {
+    // A closed outline is walked from where a chain ends, so that no chain is cut in two where
+    // the outline closes (an ellipse makes two chains, its two sides).
+    const std::size_t start = close ? ClosedWalkStart(points) : 0;
+    for (std::size_t walked = 0; walked < n; ++walked) {
+        const std::size_t i = start + walked < n ? start + walked : start + walked - n;
         const TPoint p = points[i];
         if (!joinReach.Contains(p)) {
             if (inChain) EndChain(rowStep);
@@ -311,7 +315,7 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
             inChain = true;
             rowStep = 0;
         }
-        if (i + 1 == n && !close) break;
+        if (walked + 1 == n && !close) break;
         const TPoint next = points[i + 1 < n ? i + 1 : 0];
         stepX = std::int64_t{next.x} - p.x;
         stepY = std::int64_t{next.y} - p.y;
@@ -359,6 +363,21 @@ void TWidePen::AddRests() {
         }
         m_looseSpans.push_back(r);
     }
+}
+
+// The first point at which the chain that starts at point 0 ends (0 when it does not).
+// (Only a guess at where to start: any start gives the same pixels.)
+std::size_t TWidePen::ClosedWalkStart(std::span<const TPoint> points) {
+    std::int64_t rowStep = 0;
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        const std::int64_t dx = std::int64_t{points[i].x} - points[i - 1].x;
+        const std::int64_t dy = std::int64_t{points[i].y} - points[i - 1].y;
+        if (static_cast<std::uint64_t>(dx + 1) > 2 || static_cast<std::uint64_t>(dy + 1) > 2 ||
+            dy * rowStep < 0)
+            return i;
+        if (dy != 0) rowStep = dy;
+    }
+    return 0;
 }
 
 TWidePen::TReach::TReach(const TRect& window, const TRect& box) {
@@ -414,10 +433,8 @@ void UnionRows(const TRunT* runs, std::span<const TCapRow> cap, int top, int bot
             rights[i] = cap[i].right;
         }
     }
-    const std::size_t first = out->size();
-    out->resize(first + static_cast<std::size_t>(bottom - top));
-    auto* row = out->data() + first;
-    for (int y = top; y < bottom; ++y, ++runs, ++row) {
+    out->reserve(out->size() + static_cast<std::size_t>(bottom - top));
+    for (int y = top; y < bottom; ++y, ++runs) {
         int left = INT_MAX, right = INT_MIN;
         if constexpr (Rows > 0) {
 #pragma GCC unroll 16
@@ -431,7 +448,7 @@ void UnionRows(const TRunT* runs, std::span<const TCapRow> cap, int top, int bot
                 right = std::max(right, (runs - i)->x1 + cap[i].right);
             }
         }
-        *row = {y, std::max(left, window.left), std::min(right, window.right)};
+        out->push_back({y, std::max(left, window.left), std::min(right, window.right)});
     }
 }
 
@@ -573,6 +590,18 @@ void TWidePen::EmitRows() {
         if (count == 0) continue;
         if (count == 1) {
             m_outSpans.push_back({y, {row[0].left, row[0].right}});
+            continue;
+        }
+        if (count == 2) { // the two sides of a curve
+            const bool leftFirst = row[0].left <= row[1].left;
+            const TRowSpan& a = leftFirst ? row[0] : row[1];
+            const TRowSpan& b = leftFirst ? row[1] : row[0];
+            if (b.left <= a.right) {
+                m_outSpans.push_back({y, {a.left, std::max(a.right, b.right)}});
+            } else {
+                m_outSpans.push_back({y, {a.left, a.right}});
+                m_outSpans.push_back({y, {b.left, b.right}});
+            }
             continue;
         }
         SortShort(std::span<TRowSpan>(row, count),

@@ -83,6 +83,7 @@ private:
     };
     void StrokeJoinByJoin(std::span<const TPoint> points, bool close);
     void StrokeByRows(std::span<const TPoint> points, bool close);
+    static std::size_t ClosedWalkStart(std::span<const TPoint> points);
     void StartChain(TPoint p);
     void EndChain(int rowStep);
     void ChainRows(TChain& chain);
