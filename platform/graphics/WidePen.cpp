@@ -278,8 +278,46 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
     m_chains.clear();
     m_runs.clear();
     m_pendingRests.clear();
+    if (m_out->Window().IsEmpty()) return; // every span would be cut away
+    // A closed outline is walked from where a chain ends, so that no chain is cut in two where
+    // the outline closes (an ellipse makes two chains, its two sides).
+    const std::size_t start = close ? ClosedWalkStart(points) : 0;
+    if (JoinsInsideWindow(points))
+        Walk<true>(points, close, start);
+    else
+        Walk<false>(points, close, start);
+    for (TChain& chain : m_chains)
+        ChainRows(chain);
+    AddRests();
+    EmitRows();
+}
+
+// Whether the joins and body rests at every point lie inside the window (then nothing needs
+// to be cut or left out on the way).
+bool TWidePen::JoinsInsideWindow(std::span<const TPoint> points) const {
     const TRect& window = m_out->Window();
-    if (window.IsEmpty()) return; // every span would be cut away
+    TRect reach = m_capBox;
+    if (!m_restBox.IsEmpty())
+        reach = {std::min(reach.left, m_restBox.left), std::min(reach.top, m_restBox.top),
+                 std::max(reach.right, m_restBox.right), std::max(reach.bottom, m_restBox.bottom)};
+    int left = INT_MAX, top = INT_MAX, right = INT_MIN, bottom = INT_MIN;
+    for (const TPoint& p : points) {
+        left = std::min(left, p.x);
+        right = std::max(right, p.x);
+        top = std::min(top, p.y);
+        bottom = std::max(bottom, p.y);
+    }
+    return std::int64_t{left} + reach.left >= window.left &&
+           std::int64_t{right} + reach.right <= window.right &&
+           std::int64_t{top} + reach.top >= window.top &&
+           std::int64_t{bottom} + reach.bottom <= window.bottom;
+}
+
+// Walks the points from `start` on: the chains of their joins, the bodies of longer segments
+// and the rests of one-step ones. kInside: every join and rest lies inside the window.
+template <bool kInside>
+void TWidePen::Walk(std::span<const TPoint> points, bool close, std::size_t start) {
+    const TRect& window = m_out->Window();
     // The points whose join reaches the window, and the first points of one-step segments
     // whose body rest does.
     const TReach joinReach(window, m_capBox);
@@ -291,13 +329,10 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
     std::int64_t stepX = 0, stepY = 0;
     bool oneStep = false;
     const std::size_t n = points.size();
-    // A closed outline is walked from where a chain ends, so that no chain is cut in two where
-    // the outline closes (an ellipse makes two chains, its two sides).
-    const std::size_t start = close ? ClosedWalkStart(points) : 0;
     for (std::size_t walked = 0; walked < n; ++walked) {
         const std::size_t i = start + walked < n ? start + walked : start + walked - n;
         const TPoint p = points[i];
-        if (!joinReach.Contains(p)) {
+        if (!kInside && !joinReach.Contains(p)) {
             if (inChain) EndChain(rowStep);
             inChain = false;
         } else if (inChain && oneStep && (stepY == 0 || stepY != -rowStep)) {
@@ -327,10 +362,14 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
         }
         const auto direction = static_cast<std::size_t>((stepY + 1) * 3 + stepX + 1);
         const std::size_t firstRest = m_restStart[direction], endRest = m_restStart[direction + 1];
-        if (firstRest == endRest || !restReach.Contains(p)) continue;
+        if (firstRest == endRest || (!kInside && !restReach.Contains(p))) continue;
         const int chain = inChain ? static_cast<int>(m_chains.size()) - 1 : -1;
         for (std::size_t k = firstRest; k < endRest; ++k) {
             const TRowSpan& r = m_rests[k];
+            if constexpr (kInside) {
+                m_pendingRests.push_back({{p.y + r.y, p.x + r.left, p.x + r.right}, chain});
+                continue;
+            }
             const int y = p.y + r.y;
             const int left = std::max(p.x + r.left, window.left);
             const int right = std::min(p.x + r.right, window.right);
@@ -339,10 +378,6 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
         }
     }
     if (inChain) EndChain(rowStep);
-    for (TChain& chain : m_chains)
-        ChainRows(chain);
-    AddRests();
-    EmitRows();
 }
 
 // A body rest mostly touches the joins' span of its own chain in its row: it widens that span

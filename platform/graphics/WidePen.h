@@ -83,6 +83,9 @@ private:
     };
     void StrokeJoinByJoin(std::span<const TPoint> points, bool close);
     void StrokeByRows(std::span<const TPoint> points, bool close);
+    bool JoinsInsideWindow(std::span<const TPoint> points) const;
+    template <bool kInside>
+    void Walk(std::span<const TPoint> points, bool close, std::size_t start);
     static std::size_t ClosedWalkStart(std::span<const TPoint> points);
     void StartChain(TPoint p);
     void EndChain(int rowStep);
