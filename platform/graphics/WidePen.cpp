@@ -609,7 +609,12 @@ void TWidePen::EmitRows() {
     }
     // A row holds at most a span of each chain and its loose spans; the output no more.
     m_row.resize(m_chains.size() + m_mostLooseInRow);
-    m_outSpans.clear();
+    // Written through a pointer (a row gives no more spans than it gathers) into a buffer that
+    // only grows, so that its spans are not made afresh for every stroke.
+    const std::size_t most = m_rowSpans.size() + m_sortedSpans.size();
+    if (m_outSpans.size() < most) m_outSpans.resize(most);
+    TSpanCollector::TRowSpan* const first = m_outSpans.data();
+    TSpanCollector::TRowSpan* out = first;
     std::size_t loose = 0;
     for (int y = top; y < bottom; ++y) {
         TRowSpan* const row = m_row.data();
@@ -624,7 +629,7 @@ void TWidePen::EmitRows() {
             row[count++] = m_sortedSpans[loose];
         if (count == 0) continue;
         if (count == 1) {
-            m_outSpans.push_back({y, {row[0].left, row[0].right}});
+            *out++ = {y, {row[0].left, row[0].right}};
             continue;
         }
         if (count == 2) { // the two sides of a curve
@@ -632,10 +637,10 @@ void TWidePen::EmitRows() {
             const TRowSpan& a = leftFirst ? row[0] : row[1];
             const TRowSpan& b = leftFirst ? row[1] : row[0];
             if (b.left <= a.right) {
-                m_outSpans.push_back({y, {a.left, std::max(a.right, b.right)}});
+                *out++ = {y, {a.left, std::max(a.right, b.right)}};
             } else {
-                m_outSpans.push_back({y, {a.left, a.right}});
-                m_outSpans.push_back({y, {b.left, b.right}});
+                *out++ = {y, {a.left, a.right}};
+                *out++ = {y, {b.left, b.right}};
             }
             continue;
         }
@@ -647,12 +652,12 @@ void TWidePen::EmitRows() {
                 current.right = std::max(current.right, row[i].right);
                 continue;
             }
-            m_outSpans.push_back({y, current});
+            *out++ = {y, current};
             current = {row[i].left, row[i].right};
         }
-        m_outSpans.push_back({y, current});
+        *out++ = {y, current};
     }
-    m_out->AppendInOrder(m_outSpans);
+    m_out->AppendInOrder({first, out});
 }
 
 } // namespace qv
