@@ -295,22 +295,24 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
 // Whether the joins and body rests at every point lie inside the window (then nothing needs
 // to be cut or left out on the way).
 bool TWidePen::JoinsInsideWindow(std::span<const TPoint> points) const {
+    // Placed at x, the box lies inside the window when x + reach.left >= window.left and
+    // x + reach.right <= window.right: x in [lowX, highX], and the same for y.
     const TRect& window = m_out->Window();
-    TRect reach = m_capBox;
-    if (!m_restBox.IsEmpty())
-        reach = {std::min(reach.left, m_restBox.left), std::min(reach.top, m_restBox.top),
-                 std::max(reach.right, m_restBox.right), std::max(reach.bottom, m_restBox.bottom)};
-    int left = INT_MAX, top = INT_MAX, right = INT_MIN, bottom = INT_MIN;
-    for (const TPoint& p : points) {
-        left = std::min(left, p.x);
-        right = std::max(right, p.x);
-        top = std::min(top, p.y);
-        bottom = std::max(bottom, p.y);
-    }
-    return std::int64_t{left} + reach.left >= window.left &&
-           std::int64_t{right} + reach.right <= window.right &&
-           std::int64_t{top} + reach.top >= window.top &&
-           std::int64_t{bottom} + reach.bottom <= window.bottom;
+    const std::int64_t lowX = std::int64_t{window.left} - m_reachBox.left;
+    const std::int64_t highX = std::int64_t{window.right} - m_reachBox.right;
+    const std::int64_t lowY = std::int64_t{window.top} - m_reachBox.top;
+    const std::int64_t highY = std::int64_t{window.bottom} - m_reachBox.bottom;
+    if (lowX > highX || lowY > highY || lowX < INT_MIN || highX > INT_MAX || lowY < INT_MIN ||
+        highY > INT_MAX)
+        return false; // (a window reaching the ends of the int range is simply not used)
+    // One unsigned comparison per axis: x - lowX wraps round for x below lowX.
+    const auto x0 = static_cast<unsigned>(lowX), y0 = static_cast<unsigned>(lowY);
+    const auto width = static_cast<unsigned>(highX - lowX);
+    const auto height = static_cast<unsigned>(highY - lowY);
+    for (const TPoint& p : points)
+        if (static_cast<unsigned>(p.x) - x0 > width || static_cast<unsigned>(p.y) - y0 > height)
+            return false;
+    return true;
 }
 
 // Walks the points from `start` on: the chains of their joins, the bodies of longer segments
@@ -559,12 +561,14 @@ void TWidePen::FindBodyRests() {
         }
     }
     m_restStart[9] = m_rests.size();
+    const auto unite = [](const TRect& a, const TRect& b) {
+        return a.IsEmpty() ? b
+                           : TRect{std::min(a.left, b.left), std::min(a.top, b.top),
+                                   std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
+    };
     for (const TRowSpan& r : m_rests)
-        m_restBox =
-            m_restBox.IsEmpty()
-                ? TRect{r.left, r.y, r.right, r.y + 1}
-                : TRect{std::min(m_restBox.left, r.left), std::min(m_restBox.top, r.y),
-                        std::max(m_restBox.right, r.right), std::max(m_restBox.bottom, r.y + 1)};
+        m_restBox = unite(m_restBox, {r.left, r.y, r.right, r.y + 1});
+    m_reachBox = unite(m_capBox, m_restBox);
 }
 
 // Sorts the loose spans by row (a counting sort: the rows are few) into m_sortedSpans.

@@ -111,6 +111,7 @@ private:
     std::vector<TRowSpan> m_rests;
     std::array<std::size_t, 10> m_restStart{};
     TRect m_restBox;
+    TRect m_reachBox; // the join's box and m_restBox together
 
     // Per stroke (kept to reuse their memory).
     TSpanCollector* m_out{nullptr};
