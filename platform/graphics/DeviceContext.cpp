@@ -329,10 +329,15 @@ void TDeviceContext::PaintStroke(TSpanCollector& outline, const TRegion* interio
     if (Intersect(outline.Window(), *visible) == outline.Window()) {
         for (const TSpanCollector::TRowSpan& s : stroke) {
             std::uint32_t* row = m_target->Row(s.y) + s.span.left;
-            if (ink.andMask == 0)
-                FillPixels(row, s.span.right - s.span.left, ink.xorMask);
-            else
-                RopPixels(row, s.span.right - s.span.left, ink.andMask, ink.xorMask);
+            const int count = s.span.right - s.span.left;
+            if (ink.andMask != 0) {
+                RopPixels(row, count, ink.andMask, ink.xorMask);
+            } else if (count < 16) { // a curve's spans are a few pixels: stored here, no call
+                for (int i = 0; i < count; ++i)
+                    row[i] = ink.xorMask;
+            } else {
+                FillPixels(row, count, ink.xorMask);
+            }
         }
         return;
     }
