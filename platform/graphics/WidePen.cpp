@@ -592,6 +592,37 @@ void TWidePen::SortLooseSpans() {
         m_sortedSpans[m_rowStart[static_cast<std::size_t>(s.y - firstRow)]++] = s;
 }
 
+// The rows of at most two chains and nothing else (a curve's two sides) merged into `out`;
+// returns the end of what was written.
+TSpanCollector::TRowSpan* TWidePen::MergeTwoChains(int top, int bottom,
+                                                   TSpanCollector::TRowSpan* out) const {
+    const auto spanAt = [&](const TChain* chain, int y) -> const TRowSpan* {
+        if (!chain) return nullptr;
+        const auto k = static_cast<unsigned>(y - chain->spanTop);
+        if (k >= static_cast<unsigned>(chain->spanRows)) return nullptr;
+        const TRowSpan* s = &m_rowSpans[chain->firstSpan + k];
+        return s->left < s->right ? s : nullptr;
+    };
+    const TChain* first = m_chains.empty() ? nullptr : &m_chains[0];
+    const TChain* second = m_chains.size() < 2 ? nullptr : &m_chains[1];
+    for (int y = top; y < bottom; ++y) {
+        const TRowSpan* a = spanAt(first, y);
+        const TRowSpan* b = spanAt(second, y);
+        if (!a || !b) {
+            if (a || b) *out++ = {y, {(a ? a : b)->left, (a ? a : b)->right}};
+            continue;
+        }
+        if (b->left < a->left) std::swap(a, b);
+        if (b->left <= a->right) {
+            *out++ = {y, {a->left, std::max(a->right, b->right)}};
+        } else {
+            *out++ = {y, {a->left, a->right}};
+            *out++ = {y, {b->left, b->right}};
+        }
+    }
+    return out;
+}
+
 // The chains' spans are visited row by row side by side (a curve makes a few chains); with
 // many chains they are sorted by row together with the loose spans instead.
 void TWidePen::EmitRows() {
@@ -619,6 +650,10 @@ void TWidePen::EmitRows() {
     if (m_outSpans.size() < most) m_outSpans.resize(most);
     TSpanCollector::TRowSpan* const first = m_outSpans.data();
     TSpanCollector::TRowSpan* out = first;
+    if (m_sortedSpans.empty() && m_chains.size() <= 2) {
+        m_out->AppendInOrder({first, MergeTwoChains(top, bottom, first)});
+        return;
+    }
     std::size_t loose = 0;
     for (int y = top; y < bottom; ++y) {
         TRowSpan* const row = m_row.data();
