@@ -405,14 +405,18 @@ void TWidePen::AddRests() {
 // The first point at which the chain that starts at point 0 ends (0 when it does not).
 // (Only a guess at where to start: any start gives the same pixels.)
 std::size_t TWidePen::ClosedWalkStart(std::span<const TPoint> points) {
-    std::int64_t rowStep = 0;
+    // Differences modulo 2^32: points far apart may pass for neighbours, which costs a wrong
+    // guess at most.
+    int rowStep = 0;
     for (std::size_t i = 1; i < points.size(); ++i) {
-        const std::int64_t dx = std::int64_t{points[i].x} - points[i - 1].x;
-        const std::int64_t dy = std::int64_t{points[i].y} - points[i - 1].y;
-        if (static_cast<std::uint64_t>(dx + 1) > 2 || static_cast<std::uint64_t>(dy + 1) > 2 ||
-            dy * rowStep < 0)
-            return i;
-        if (dy != 0) rowStep = dy;
+        const unsigned dx =
+            static_cast<unsigned>(points[i].x) - static_cast<unsigned>(points[i - 1].x);
+        const unsigned dy =
+            static_cast<unsigned>(points[i].y) - static_cast<unsigned>(points[i - 1].y);
+        if (dx + 1 > 2 || dy + 1 > 2) return i;
+        const int step = static_cast<int>(dy);
+        if (step != 0 && step == -rowStep) return i;
+        if (step != 0) rowStep = step;
     }
     return 0;
 }
