@@ -326,11 +326,37 @@ void TDeviceContext::PaintStroke(TSpanCollector& outline, const TRegion* interio
             }
         }
     }
-    TLogBrush penBrush;
-    penBrush.color = m_logPen.color;
-    const TBrushMasks ink = MakeBrushMasks(penBrush, m_rop2);
-    for (const TSpanCollector::TRowSpan& s : stroke)
-        PaintSpanIn(s.y, s.span, *visible, [&](const TRect& piece) { PaintRect(piece, ink); });
+    // The pen's colour is one mask: its spans are mixed into their rows directly.
+    const TRopMask ink = RopMaskFor(m_rop2, PixelOf(m_logPen.color));
+    if (ink.andMask == 0xFFFFFFFFu && ink.xorMask == 0) return;
+    // Spans cut to a window inside the visible rectangle (the target's, without a clip) need
+    // no more cutting.
+    if (Intersect(outline.Window(), *visible) == outline.Window()) {
+        for (const TSpanCollector::TRowSpan& s : stroke) {
+            std::uint32_t* row = m_target->Row(s.y) + s.span.left;
+            const int count = s.span.right - s.span.left;
+            if (ink.andMask != 0) {
+                RopPixels(row, count, ink.andMask, ink.xorMask);
+            } else if (count < 16) { // a curve's spans are a few pixels: stored here, no call
+                for (int i = 0; i < count; ++i)
+                    row[i] = ink.xorMask;
+            } else {
+                FillPixels(row, count, ink.xorMask);
+            }
+        }
+        return;
+    }
+    for (const TSpanCollector::TRowSpan& s : stroke) {
+        if (s.y < visible->top || s.y >= visible->bottom) continue;
+        const int left = std::max(s.span.left, visible->left);
+        const int right = std::min(s.span.right, visible->right);
+        if (left >= right) continue;
+        std::uint32_t* row = m_target->Row(s.y) + left;
+        if (ink.andMask == 0)
+            FillPixels(row, right - left, ink.xorMask);
+        else
+            RopPixels(row, right - left, ink.andMask, ink.xorMask);
+    }
 }
 
 void TDeviceContext::FillRgn(const TRegion& region, const TLogBrush& brush) {

@@ -9,6 +9,7 @@
 #include "PixelBuffer.h"
 #include "Region.h"
 #include "Types.h"
+#include "WidePen.h"
 
 #include <cstdint>
 #include <memory>
@@ -326,6 +327,7 @@ private:
     TPoint m_brushOrg{0, 0};
     TPoint m_pos{0, 0};
     std::optional<TRegion> m_clip;
+    std::optional<TWidePen> m_widePen; // the last wide pen stroked with, kept for its width
 };
 
 template <class Fn> void TDeviceContext::ForEachVisibleRect(const TRect& r, Fn&& fn) const {

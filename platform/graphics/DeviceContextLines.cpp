@@ -1,10 +1,9 @@
 // Pen strokes: one-pixel lines (solid and dashed, Bresenham with the classic octant bias)
-// and wide lines built as regions (segment quadrilaterals, round caps and joins).
+// and wide lines (TWidePen) collected as spans.
 
 #include "DeviceContext.h"
 
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
@@ -117,10 +116,6 @@ TRect LineBox(TPoint from, TPoint to) {
     return {std::min(from.x, to.x), std::min(from.y, to.y), end(from.x, to.x), end(from.y, to.y)};
 }
 
-int RoundHalfAway(double v) {
-    return static_cast<int>(v > 0 ? v + 0.5 : v - 0.5);
-}
-
 } // namespace
 
 bool TDeviceContext::DashMark(int phase) const {
@@ -212,210 +207,11 @@ void TDeviceContext::ThinLine(TPoint from, TPoint to, const TPenMasks& masks) {
     });
 }
 
-namespace {
-
-// Builds the outline region of a wide pen with round caps and round joins.
-class TWidePenOutline {
-public:
-    TWidePenOutline(int width, TSpanCollector& out) : m_width(width), m_out(out) {
-        const TRegion cap = TRegion::FromEllipse(-(width / 2), -(width / 2), (width + 1) / 2 + 1,
-                                                 (width + 1) / 2 + 1);
-        m_capBox = cap.Bounds();
-        for (const TBand& band : cap.Bands())
-            for (int y = band.top; y < band.bottom; ++y)
-                for (const TSpan& span : band.spans)
-                    m_capRows.push_back({y, span.left, span.right});
-    }
-
-    void Stroke(std::vector<TPoint> pts, bool close) {
-        while (pts.size() > 2 && pts[0] == pts[1])
-            pts.erase(pts.begin());
-        while (pts.size() > 2 && pts[pts.size() - 1] == pts[pts.size() - 2])
-            pts.pop_back();
-        m_pts = std::move(pts);
-        const int n = static_cast<int>(m_pts.size());
-        if (close)
-            Segments(true, n, m_pts[0], m_pts[0]);
-        else
-            Segments(false, n - 1, m_pts[0], m_pts[static_cast<std::size_t>(n - 1)]);
-    }
-
-private:
-    // Point i of the stroke; i runs up to the point count, which stands for the first point.
-    const TPoint& Pt(int i) const {
-        const auto at = static_cast<std::size_t>(i);
-        return m_pts[at < m_pts.size() ? at : at - m_pts.size()];
-    }
-    // Caps far outside the window cost nothing: only their bounding box is looked at.
-    void AddRound(TPoint p) {
-        TRect box = m_capBox;
-        OffsetRect(box, p.x, p.y);
-        if (Intersect(box, m_out.Window()).IsEmpty()) return;
-        for (const TRowSpan& r : m_capRows)
-            m_out.AddSpan(p.y + r.y, p.x + r.left, p.x + r.right);
-    }
-
-    void Segments(bool close, int count, TPoint first, TPoint last) {
-        if (!close) {
-            AddRound(first);
-            AddRound(last);
-        }
-        if (count == 1) {
-            Segment(first, last, Pt(1).x - Pt(0).x, Pt(1).y - Pt(0).y);
-            return;
-        }
-        Segment(first, Pt(1), Pt(1).x - Pt(0).x, Pt(1).y - Pt(0).y);
-        for (int i = 1; i < count - 1; ++i) {
-            const TPoint p1 = Pt(i);
-            const TPoint p2 = Pt(i + 1);
-            if (Segment(p1, p2, p2.x - p1.x, p2.y - p1.y)) AddRound(p1);
-        }
-        const TPoint p1 = Pt(count - 1);
-        const TPoint p2 = Pt(count);
-        Segment(p1, last, p2.x - p1.x, p2.y - p1.y);
-        AddRound(p1);
-        if (close) AddRound(last);
-    }
-
-    // One segment's body from p1 to p2; (dx, dy) is the direction of the original segment.
-    bool Segment(TPoint p1, TPoint p2, int dx, int dy) {
-        if (dx == 0 && dy == 0) return false;
-        const bool oneStep =
-            std::abs(dx) <= 1 && std::abs(dy) <= 1 && p2.x - p1.x == dx && p2.y - p1.y == dy;
-        // Every point of a stroke gets a round join, so the body of a one-step segment (the
-        // points of a curve) adds nothing when the joins at its two ends cover it.
-        if (oneStep && OneStepBodyInsideJoins(dx, dy)) return true;
-        if (dy == 0 || dx == 0) {
-            m_out.AddRect(StraightBody(p1, p2));
-            return true;
-        }
-        // The body of a one-step segment depends only on the direction: it is scanned once per
-        // stroke at the origin and moved to each point.
-        if (oneStep) {
-            for (const TRowSpan& r : OneStepBody(dx, dy))
-                m_out.AddSpan(p1.y + r.y, p1.x + r.left, p1.x + r.right);
-            return true;
-        }
-        const std::array<TPoint, 4> quad = Quad(p1, p2, dx, dy);
-        TRect box{quad[0].x, quad[0].y, quad[0].x + 1, quad[0].y + 1};
-        for (const TPoint& q : quad)
-            box = {std::min(box.left, q.x), std::min(box.top, q.y), std::max(box.right, q.x + 1),
-                   std::max(box.bottom, q.y + 1)};
-        if (!Intersect(box, m_out.Window()).IsEmpty())
-            ScanPolygon(quad, ALTERNATE, &m_out.Window(),
-                        [this](int y, std::span<const TSpan> spans) {
-                            for (const TSpan& s : spans)
-                                m_out.AddSpan(y, s.left, s.right);
-                        });
-        return true;
-    }
-
-    // The body of a horizontal or vertical segment.
-    TRect StraightBody(TPoint p1, TPoint p2) const {
-        if (p1.y == p2.y) {
-            const int top = p1.y - m_width / 2;
-            return {std::min(p1.x, p2.x), top, std::max(p1.x, p2.x), top + m_width};
-        }
-        const int left = p1.x - m_width / 2;
-        return {left, std::min(p1.y, p2.y), left + m_width, std::max(p1.y, p2.y)};
-    }
-
-    // The body of a slanted segment from p1 to p2; (dx, dy) is the original segment's direction.
-    std::array<TPoint, 4> Quad(TPoint p1, TPoint p2, int dx, int dy) const {
-        const double len = std::hypot(static_cast<double>(dx), static_cast<double>(dy));
-        const double widthX = static_cast<double>(m_width) * std::abs(dy) / len;
-        const double widthY = static_cast<double>(m_width) * std::abs(dx) / len;
-        TPoint narrow{RoundHalfAway(widthX / 2), RoundHalfAway(widthY / 2)};
-        TPoint wide{RoundHalfAway((widthX + 1) / 2), RoundHalfAway((widthY + 1) / 2)};
-        if (dx < 0) {
-            wide.y = -wide.y;
-            narrow.y = -narrow.y;
-        }
-        if (dy < 0) {
-            std::swap(narrow, wide);
-            wide.x = -wide.x;
-            narrow.x = -narrow.x;
-        }
-        return {{{p1.x - narrow.x, p1.y + narrow.y},
-                 {p1.x + wide.x, p1.y - wide.y},
-                 {p2.x + wide.x, p2.y - wide.y},
-                 {p2.x - narrow.x, p2.y + narrow.y}}};
-    }
-
-    struct TRowSpan {
-        int y, left, right;
-    };
-    // The spans of a one-step diagonal body, relative to its first point; scanned the first
-    // time the direction comes up.
-    const std::vector<TRowSpan>& OneStepBody(int dx, int dy) {
-        const std::size_t direction = (dy > 0 ? 2 : 0) + (dx > 0 ? 1 : 0);
-        std::vector<TRowSpan>& body = m_oneStepBodies[direction];
-        if (!m_haveOneStepBody[direction]) {
-            ScanPolygon(Quad({0, 0}, {dx, dy}, dx, dy), ALTERNATE, nullptr,
-                        [&](int y, std::span<const TSpan> spans) {
-                            for (const TSpan& span : spans)
-                                body.push_back({y, span.left, span.right});
-                        });
-            m_haveOneStepBody[direction] = true;
-        }
-        return body;
-    }
-
-    // Whether the body of a one-step segment in direction (dx, dy) lies inside the joins at
-    // its two ends; worked out once per direction, at the origin.
-    bool OneStepBodyInsideJoins(int dx, int dy) {
-        const auto direction = static_cast<std::size_t>((dy + 1) * 3 + dx + 1);
-        if (!m_bodyInsideJoinsKnown[direction]) {
-            std::vector<TRowSpan> body;
-            if (dx == 0 || dy == 0) {
-                const TRect r = StraightBody({0, 0}, {dx, dy});
-                for (int y = r.top; y < r.bottom; ++y)
-                    body.push_back({y, r.left, r.right});
-            } else {
-                body = OneStepBody(dx, dy);
-            }
-            m_bodyInsideJoins[direction] =
-                std::ranges::all_of(body, [&](const TRowSpan& b) { return JoinsCover(b, dx, dy); });
-            m_bodyInsideJoinsKnown[direction] = true;
-        }
-        return m_bodyInsideJoins[direction];
-    }
-
-    // Whether the joins at the origin and at (dx, dy) together cover the row span `b`.
-    // A join is round: one span per row, so each row meets at most two here (a join with more
-    // would only be answered "not covered", which keeps the body).
-    bool JoinsCover(const TRowSpan& b, int dx, int dy) const {
-        std::array<TSpan, 4> cover;
-        std::size_t count = 0;
-        for (const TRowSpan& c : m_capRows) {
-            const bool here = c.y == b.y, there = c.y + dy == b.y;
-            if (count + static_cast<std::size_t>(here) + static_cast<std::size_t>(there) >
-                cover.size())
-                return false;
-            if (here) cover[count++] = {c.left, c.right};
-            if (there) cover[count++] = {c.left + dx, c.right + dx};
-        }
-        const std::span<TSpan> merged(cover.data(), NormalizeSpans({cover.data(), count}));
-        return std::ranges::any_of(
-            merged, [&](const TSpan& c) { return c.left <= b.left && c.right >= b.right; });
-    }
-
-    int m_width;
-    TSpanCollector& m_out;
-    std::vector<TRowSpan> m_capRows; // the round join at the origin, row by row
-    TRect m_capBox;
-    std::vector<TPoint> m_pts;
-    std::array<std::vector<TRowSpan>, 4> m_oneStepBodies;
-    std::array<bool, 4> m_haveOneStepBody{};
-    std::array<bool, 9> m_bodyInsideJoins{};
-    std::array<bool, 9> m_bodyInsideJoinsKnown{};
-};
-
-} // namespace
-
 void TDeviceContext::WideLines(std::span<const TPoint> points, bool close,
                                TSpanCollector& outline) {
-    TWidePenOutline(m_penWidth, outline).Stroke({points.begin(), points.end()}, close);
+    // What depends on the width alone is kept from stroke to stroke.
+    if (!m_widePen || m_widePen->Width() != m_penWidth) m_widePen.emplace(m_penWidth);
+    m_widePen->Stroke(points, close, outline);
 }
 
 // Solid lines through points that all lie on an unclipped target (the outlines of curves,

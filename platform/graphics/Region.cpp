@@ -534,6 +534,7 @@ TSpanCollector::TSpanCollector(const TRect& window)
     : m_window(window), m_lastOfRow(static_cast<std::size_t>(std::max(0, window.Height())), -1) {}
 
 void TSpanCollector::AppendSpan(int y, int left, int right) {
+    m_rowsReady = false;
     m_lastOfRow[static_cast<std::size_t>(y - m_window.top)] = static_cast<int>(m_spans.size());
     m_spans.push_back({y, {left, right}});
 }
@@ -545,6 +546,8 @@ void TSpanCollector::AddRect(const TRect& r) {
 }
 
 std::span<const TSpanCollector::TRowSpan> TSpanCollector::Rows() {
+    // Spans appended in order (a curve's stroke worked out row by row) are ready as they are.
+    if (m_rowsReady) return m_spans;
     std::sort(m_spans.begin(), m_spans.end(), [](const TRowSpan& a, const TRowSpan& b) {
         return a.y != b.y ? a.y < b.y : a.span.left < b.span.left;
     });
@@ -558,6 +561,7 @@ std::span<const TSpanCollector::TRowSpan> TSpanCollector::Rows() {
     }
     m_spans.resize(kept);
     std::fill(m_lastOfRow.begin(), m_lastOfRow.end(), -1); // spans moved: no row's last is known
+    m_rowsReady = true;
     return m_spans;
 }
 

@@ -109,6 +109,11 @@ public:
     // The collected pixels as sorted rows: by row, then left edge, overlapping and touching
     // spans of a row merged. Painting these needs no region (no allocation per band).
     std::span<const TRowSpan> Rows();
+    // Appends spans that lie in the window, sorted by row and left edge, disjoint and not
+    // touching, without looking at them one by one: added after the spans of earlier rows (and
+    // right of the row's last one), they need no sort in Rows(). (Spans added this way are
+    // not widened by later ones; Rows() merges them all the same.)
+    void AppendInOrder(std::span<const TRowSpan> spans);
     TRegion ToRegion();
 
 private:
@@ -118,7 +123,19 @@ private:
     TRect m_window;
     std::vector<TRowSpan> m_spans; // in the order they were added
     std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1
+    bool m_rowsReady{true};        // m_spans sorted and merged, and no row's last span known
 };
+
+inline void TSpanCollector::AppendInOrder(std::span<const TRowSpan> spans) {
+    if (spans.empty()) return;
+    if (!m_spans.empty()) {
+        const TRowSpan& last = m_spans.back();
+        const TRowSpan& next = spans.front();
+        if (next.y < last.y || (next.y == last.y && next.span.left <= last.span.right))
+            m_rowsReady = false;
+    }
+    m_spans.insert(m_spans.end(), spans.begin(), spans.end());
+}
 
 inline void TSpanCollector::AddSpan(int y, int left, int right) {
     if (y < m_window.top || y >= m_window.bottom) return;
