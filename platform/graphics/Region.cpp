@@ -530,11 +530,12 @@ TRegion TRegion::Builder::Finish() {
 
 // ---- TSpanCollector ---------------------------------------------------------------------
 
-TSpanCollector::TSpanCollector(const TRect& window)
-    : m_window(window), m_lastOfRow(static_cast<std::size_t>(std::max(0, window.Height())), -1) {}
+TSpanCollector::TSpanCollector(const TRect& window) : m_window(window) {}
 
 void TSpanCollector::AppendSpan(int y, int left, int right) {
     m_rowsReady = false;
+    if (m_lastOfRow.empty())
+        m_lastOfRow.assign(static_cast<std::size_t>(std::max(0, m_window.Height())), -1);
     m_lastOfRow[static_cast<std::size_t>(y - m_window.top)] = static_cast<int>(m_spans.size());
     m_spans.push_back({y, {left, right}});
 }

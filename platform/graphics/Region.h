@@ -122,7 +122,8 @@ private:
 
     TRect m_window;
     std::vector<TRowSpan> m_spans; // in the order they were added
-    std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1
+    std::vector<int> m_lastOfRow;  // per row of the window: index of its last span, or -1;
+                                   // made by the first span added one at a time
     bool m_rowsReady{true};        // m_spans sorted and merged, and no row's last span known
 };
 
@@ -145,6 +146,7 @@ inline void TSpanCollector::AddSpan(int y, int left, int right) {
     // A curve's pen adds overlapping spans to a row one after another (a round join per point):
     // one that overlaps or touches the row's last span widens it instead, which leaves the
     // union the same and keeps the rows short.
+    if (m_lastOfRow.empty()) return AppendSpan(y, left, right);
     const int last = m_lastOfRow[static_cast<std::size_t>(y - m_window.top)];
     if (last >= 0) {
         TSpan& previous = m_spans[static_cast<std::size_t>(last)].span;
