@@ -100,9 +100,14 @@ void MixRowSse2(std::uint32_t* dst, const std::uint32_t* src, const Pattern& pat
 
 // dst[i] = op(pattern[i], src[i], dst[i]) & kept for i in [0, count): by default without the
 // unused top byte, as every raster operation writes its pixels.
+// Rows shorter than one wide vector (a one-pixel frame line, a focus rectangle's side) stay
+// in SSE2 registers: they gain nothing from the wide ones, whose use can lower some
+// processors' clock for a while.
 template <std::uint32_t kept = 0x00FFFFFFu, class Pattern, class Op>
 void MixRow(std::uint32_t* dst, const std::uint32_t* src, const Pattern& pattern, int count,
             const Op& op) {
+    constexpr int wideVectorPixels = sizeof(TSixteen) / sizeof(std::uint32_t);
+    if (count < wideVectorPixels) return MixRowSse2<kept>(dst, src, pattern, count, op);
     switch (WidestVectors()) {
     case TVectorWidth::Avx512:
         return MixRowAvx512<kept>(dst, src, pattern, count, op);

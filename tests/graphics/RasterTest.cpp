@@ -206,13 +206,14 @@ TEST(Raster, BlockCopyKeepsTheDestinationOutsideTheSourceAndMovesWholePixels) {
         }
 }
 
-// Unstretched blits run each operation along whole rows, four pixels at a time; the general
-// path (both extents negative) walks pixel by pixel. Odd widths leave a tail, the copy hangs
-// over the source and is clipped to an L shape, the pixels carry top bytes, and the brush is
-// solid, hatched from an odd origin, or none.
+// Unstretched blits run each operation along whole rows in vectors (rows of 16 pixels and more
+// in the widest the processor has); the general path (both extents negative) walks pixel by
+// pixel. The rows leave tails after the vectors, the copy hangs over the source and is
+// clipped to an L shape, the pixels carry top bytes, and the brush is solid, hatched from an
+// odd origin, or none.
 TEST(Raster, UnstretchedBlitsOfEveryOperationMatchTheGeneralPath) {
     std::mt19937 random(11);
-    TPixelBuffer src(13, 6), start(15, 9);
+    TPixelBuffer src(37, 6), start(39, 9);
     for (TPixelBuffer* b : {&src, &start})
         for (int y = 0; y < b->Height(); ++y)
             for (int x = 0; x < b->Width(); ++x)
@@ -224,7 +225,7 @@ TEST(Raster, UnstretchedBlitsOfEveryOperationMatchTheGeneralPath) {
     TLogBrush none;
     none.style = BS_NULL;
     const TRegion clip =
-        TRegion::FromRect({1, 1, 14, 5}).Combine(TRegion::FromRect({1, 5, 6, 8}), RGN_OR);
+        TRegion::FromRect({1, 1, 38, 5}).Combine(TRegion::FromRect({1, 5, 30, 8}), RGN_OR);
     for (const TLogBrush& brush : {TLogBrush{}, hatched, none})
         for (unsigned code = 0; code < 256; ++code) {
             const std::uint32_t rop = code << 16;
@@ -237,9 +238,9 @@ TEST(Raster, UnstretchedBlitsOfEveryOperationMatchTheGeneralPath) {
                 dc.SetBkColor(TColor(0x10E0A0));
                 dc.SelectClipRgn(&clip);
                 if (rows)
-                    dc.BitBlt(0, 0, 15, 9, &src, -2, -1, rop);
+                    dc.BitBlt(0, 0, 39, 9, &src, -2, -1, rop);
                 else
-                    dc.StretchBlt(14, 8, -15, -9, &src, 12, 7, -15, -9, rop);
+                    dc.StretchBlt(38, 8, -39, -9, &src, 36, 7, -39, -9, rop);
                 return dst;
             };
             ASSERT_EQ(blit(true), blit(false)) << "rop3 " << code << " brush " << brush.style;
