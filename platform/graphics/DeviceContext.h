@@ -304,6 +304,7 @@ private:
     // FillRect of anything but a solid brush inside one visible rectangle.
     void FillRectThroughBrush(const TRect& r, const TLogBrush& brush);
     void ApplyMaskToRect(const TRect& r, TRopMask mask);
+    void FillVisibleRows(const TRect& r, std::uint32_t pixel);
     // SRCCOPY of `r` (inside the target) from `src` at (sx, sy) onwards, row by row; the
     // source rectangle lies inside `src`.
     void CopyRows(const TRect& r, const TPixelBuffer& src, int sx, int sy);
