@@ -452,3 +452,29 @@ TEST(Raster, BitmapDataPropertyIsWrittenOnlyWhenThereArePixels) {
     reader.Find("Data")->read(TFormValue::Data(bytes));
     EXPECT_EQ(read.Pixels(), b.Pixels());
 }
+
+// A replacing fill under a clip region of many bands, wide and one-pixel pieces side by side,
+// writes exactly the pixels inside both the rectangle and the region, whatever the order.
+TEST(Raster, ASolidFillUnderAClipRegionWritesExactlyTheClippedPixels) {
+    std::mt19937 random(17);
+    TRegion clip;
+    for (int i = 0; i < 40; ++i) {
+        const int x = static_cast<int>(random() % 60) - 5, y = static_cast<int>(random() % 40) - 5;
+        const int w = 1 + static_cast<int>(random() % 12), h = 1 + static_cast<int>(random() % 9);
+        clip = clip.Combine(TRegion::FromRect({x, y, x + w, y + h}), RGN_OR);
+    }
+    TPixelBuffer target(50, 30, 0x111111);
+    TDeviceContext dc(&target);
+    dc.SelectClipRgn(&clip);
+    TLogBrush brush;
+    brush.color = TColor(0x3366CC);
+    const TRect area{3, 2, 47, 27};
+    dc.FillRect(area, brush);
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 50; ++x) {
+            const bool inside = clip.Contains(x, y) && x >= area.left && x < area.right &&
+                                y >= area.top && y < area.bottom;
+            EXPECT_EQ(target.At(x, y), inside ? ColorToPixel(0x3366CC) : 0x111111u)
+                << x << "," << y;
+        }
+}
