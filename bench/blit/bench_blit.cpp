@@ -1,5 +1,6 @@
-// BitBlt of a 400 x 300 bitmap onto another with each named raster operation (and two
-// unnamed ones: DSPDxax, which BrushCopy uses, and DPSxx, which no dedicated loop handles),
+// BitBlt of a 400 x 300 bitmap onto another with each named raster operation (and three
+// unnamed ones: DSPDxax, which BrushCopy uses, and DPSxx and DSna, which no dedicated loop
+// handles: the first a sum of its inputs bit by bit, the second with a product term),
 // beside a memcpy of the same pixels, the floor of any operation that writes every pixel.
 //
 //   bench_blit           the usual Google Benchmark table
@@ -34,7 +35,7 @@ const std::vector<std::pair<std::string, std::uint32_t>>& Operations() {
         {"NOTSRCERASE", NOTSRCERASE}, {"MERGECOPY", MERGECOPY}, {"MERGEPAINT", MERGEPAINT},
         {"PATCOPY", PATCOPY},         {"PATPAINT", PATPAINT},   {"PATINVERT", PATINVERT},
         {"DSTINVERT", DSTINVERT},     {"BLACKNESS", BLACKNESS}, {"WHITENESS", WHITENESS},
-        {"DSPDxax", 0x00E20746},      {"DPSxx", 0x00960169}};
+        {"DSPDxax", 0x00E20746},      {"DPSxx", 0x00960169},    {"DSna", 0x00220326}};
     return operations;
 }
 

@@ -187,13 +187,14 @@ constexpr std::uint32_t WrittenBits(std::uint8_t code) {
 
 // Any ternary operation under a solid pattern as four masks: result = a ^ (s & b) ^ (d & c) ^
 // (s & d & e). Bit by bit the pattern bit picks the code's high or low nibble, a function of
-// S and D whose coefficients of 1, S, D and SD these are.
+// S and D whose coefficients of 1, S, D and SD these are. The masks leave out the unused top
+// byte, so the result has it clear already.
 struct TSolidRopMasks {
     std::uint32_t a, b, c, e;
     TSolidRopMasks(std::uint8_t code, std::uint32_t pattern) {
         // Each coefficient, all ones or zero, for P = 1 and for P = 0.
         const auto coefficient = [code, pattern](auto of) {
-            const auto mask = [](unsigned nibble, auto f) { return f(nibble) ? 0xFFFFFFFFu : 0u; };
+            const auto mask = [](unsigned nibble, auto f) { return f(nibble) ? 0x00FFFFFFu : 0u; };
             return (pattern & mask(code >> 4u, of)) | (~pattern & mask(code & 0x0Fu, of));
         };
         // Nibble bit 2S + D is the result for source bit S and destination bit D.
@@ -216,6 +217,12 @@ void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& row
     const auto run = [&](auto op) {
         rows([op](std::uint32_t* dst, const std::uint32_t* src, const auto& pattern, int count) {
             pixel_rows::MixRow(dst, src, pattern, count, op);
+        });
+    };
+    // For operations whose result has the top byte clear already.
+    const auto runClear = [&](auto op) {
+        rows([op](std::uint32_t* dst, const std::uint32_t* src, const auto& pattern, int count) {
+            pixel_rows::MixRow<0xFFFFFFFFu>(dst, src, pattern, count, op);
         });
     };
     switch (code) {
@@ -251,7 +258,12 @@ void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& row
             Rop3(r, code, p, s, d);
         });
     const TSolidRopMasks m(code, *solidPattern);
-    run([m](auto& r, const auto&, const auto& s, const auto& d) {
+    // Without the product term (the operation is a sum of its inputs bit by bit) one step less.
+    if (m.e == 0)
+        return runClear([m](auto& r, const auto&, const auto& s, const auto& d) {
+            r = m.a ^ (s & m.b) ^ (d & m.c);
+        });
+    runClear([m](auto& r, const auto&, const auto& s, const auto& d) {
         r = m.a ^ (s & m.b) ^ (d & m.c) ^ (s & d & m.e);
     });
 }
