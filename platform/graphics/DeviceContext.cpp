@@ -360,13 +360,11 @@ void TDeviceContext::PaintStroke(TSpanCollector& outline, const TRegion* interio
         for (const TSpanCollector::TRowSpan& s : stroke) {
             std::uint32_t* row = m_target->Row(s.y) + s.span.left;
             const int count = s.span.right - s.span.left;
-            if (ink.andMask != 0) {
-                RopPixels(row, count, ink.andMask, ink.xorMask);
-            } else if (count < 16) { // a curve's spans are a few pixels: stored here, no call
+            if (ink.andMask == 0 && count < 16) { // a curve's spans are a few pixels: no call
                 for (int i = 0; i < count; ++i)
                     row[i] = ink.xorMask;
             } else {
-                FillPixels(row, count, ink.xorMask);
+                RopPixels(row, count, ink.andMask, ink.xorMask);
             }
         }
         return;
@@ -375,12 +373,8 @@ void TDeviceContext::PaintStroke(TSpanCollector& outline, const TRegion* interio
         if (s.y < visible->top || s.y >= visible->bottom) continue;
         const int left = std::max(s.span.left, visible->left);
         const int right = std::min(s.span.right, visible->right);
-        if (left >= right) continue;
-        std::uint32_t* row = m_target->Row(s.y) + left;
-        if (ink.andMask == 0)
-            FillPixels(row, right - left, ink.xorMask);
-        else
-            RopPixels(row, right - left, ink.andMask, ink.xorMask);
+        if (left < right)
+            RopPixels(m_target->Row(s.y) + left, right - left, ink.andMask, ink.xorMask);
     }
 }
 

@@ -21,21 +21,6 @@ int RoundHalfAway(double v) {
     return static_cast<int>(v > 0 ? v + 0.5 : v - 0.5);
 }
 
-// Sorts a short list by `less` in place (the lists here hold a few nearly ordered items).
-template <class T, class Less> void SortShort(std::span<T> items, Less less) {
-    if (items.size() > 16) {
-        std::sort(items.begin(), items.end(), less);
-        return;
-    }
-    for (std::size_t i = 1; i < items.size(); ++i) {
-        const T item = items[i];
-        std::size_t j = i;
-        for (; j > 0 && less(item, items[j - 1]); --j)
-            items[j] = items[j - 1];
-        items[j] = item;
-    }
-}
-
 } // namespace
 
 TWidePen::TWidePen(int width) : m_width(width) {
@@ -687,7 +672,7 @@ void TWidePen::EmitRows() {
             }
             continue;
         }
-        SortShort(std::span<TRowSpan>(row, count),
+        std::sort(row, row + count,
                   [](const TRowSpan& a, const TRowSpan& b) { return a.left < b.left; });
         TSpan current{row[0].left, row[0].right};
         for (std::size_t i = 1; i < count; ++i) {
