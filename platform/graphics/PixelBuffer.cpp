@@ -88,7 +88,7 @@ void TPixelBuffer::Resize(int width, int height, std::uint32_t fill) {
     height = std::max(height, 0);
     if (width == m_width && height == m_height) return;
     CheckSize(width, height);
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * height);
+    TPixelStorage pixels(static_cast<std::size_t>(width) * height);
     const int keepW = std::min(width, m_width);
     const int keepH = std::min(height, m_height);
     for (int y = 0; y < height; ++y) {

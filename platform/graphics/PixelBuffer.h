@@ -7,10 +7,30 @@
 #include "Color.h"
 #include "Types.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <new>
 #include <vector>
 
 namespace qv {
+
+// Allocates on cache-line (64-byte) boundaries. A buffer's rows then start on a cache line
+// whenever the width is a multiple of 16 pixels, so that a row loop's widest vectors each
+// load and store one line, not two.
+template <class T> struct TCacheLineAllocator {
+    using value_type = T;
+    static constexpr std::align_val_t alignment{64};
+    TCacheLineAllocator() = default;
+    template <class U> TCacheLineAllocator(const TCacheLineAllocator<U>&) noexcept {}
+    T* allocate(std::size_t n) { return static_cast<T*>(::operator new(n * sizeof(T), alignment)); }
+    void deallocate(T* p, std::size_t) noexcept { ::operator delete(p, alignment); }
+    template <class U> bool operator==(const TCacheLineAllocator<U>&) const noexcept {
+        return true;
+    }
+};
+
+// The pixels a buffer owns, row after row.
+using TPixelStorage = std::vector<std::uint32_t, TCacheLineAllocator<std::uint32_t>>;
 
 // Converts between TColor ($00BBGGRR) and the pixel layout (0x00RRGGBB).
 constexpr std::uint32_t ColorToPixel(std::uint32_t bgr) {
@@ -62,7 +82,7 @@ public:
     std::uint32_t& At(int x, int y) { return Row(y)[x]; }
     bool Contains(int x, int y) const { return x >= 0 && y >= 0 && x < m_width && y < m_height; }
     // The owned pixels row after row (empty for a view).
-    const std::vector<std::uint32_t>& Pixels() const { return m_pixels; }
+    const TPixelStorage& Pixels() const { return m_pixels; }
 
     // Same size and pixels.
     bool operator==(const TPixelBuffer& other) const;
@@ -72,7 +92,7 @@ private:
     int m_height{0};
     int m_stride{0};
     std::uint32_t* m_data{nullptr}; // m_pixels.data() unless a view
-    std::vector<std::uint32_t> m_pixels;
+    TPixelStorage m_pixels;
 };
 
 // Copies `area` of `from` (placed at `fromOrigin` in a shared coordinate space) into `to`
