@@ -1,7 +1,8 @@
 // BitBlt of a 400 x 300 bitmap onto another with each named raster operation (and three
-// unnamed ones: DSPDxax, which BrushCopy uses, and DPSxx and DSna, which no dedicated loop
-// handles: the first a sum of its inputs bit by bit, the second with a product term),
-// beside a memcpy of the same pixels, the floor of any operation that writes every pixel.
+// unnamed ones: DSPDxax, which BrushCopy uses, DPSxx, a sum of its inputs bit by bit, and
+// DSna, a function of source and destination with a product term), under a solid brush, and
+// two of them under a hatched brush, which differs from pixel to pixel; beside a memcpy of
+// the same pixels, the floor of any operation that writes every pixel.
 //
 //   bench_blit           the usual Google Benchmark table
 //   bench_blit --ratio   the table, then "<name>: <ns> ns" lines (the fastest repetition when
@@ -30,12 +31,26 @@ constexpr int kWidth = 400, kHeight = 300;
 
 const std::vector<std::pair<std::string, std::uint32_t>>& Operations() {
     static const std::vector<std::pair<std::string, std::uint32_t>> operations = {
-        {"SRCCOPY", SRCCOPY},         {"SRCPAINT", SRCPAINT},   {"SRCAND", SRCAND},
-        {"SRCINVERT", SRCINVERT},     {"SRCERASE", SRCERASE},   {"NOTSRCCOPY", NOTSRCCOPY},
-        {"NOTSRCERASE", NOTSRCERASE}, {"MERGECOPY", MERGECOPY}, {"MERGEPAINT", MERGEPAINT},
-        {"PATCOPY", PATCOPY},         {"PATPAINT", PATPAINT},   {"PATINVERT", PATINVERT},
-        {"DSTINVERT", DSTINVERT},     {"BLACKNESS", BLACKNESS}, {"WHITENESS", WHITENESS},
-        {"DSPDxax", 0x00E20746},      {"DPSxx", 0x00960169},    {"DSna", 0x00220326}};
+        {"SRCCOPY", SRCCOPY},
+        {"SRCPAINT", SRCPAINT},
+        {"SRCAND", SRCAND},
+        {"SRCINVERT", SRCINVERT},
+        {"SRCERASE", SRCERASE},
+        {"NOTSRCCOPY", NOTSRCCOPY},
+        {"NOTSRCERASE", NOTSRCERASE},
+        {"MERGECOPY", MERGECOPY},
+        {"MERGEPAINT", MERGEPAINT},
+        {"PATCOPY", PATCOPY},
+        {"PATPAINT", PATPAINT},
+        {"PATINVERT", PATINVERT},
+        {"DSTINVERT", DSTINVERT},
+        {"BLACKNESS", BLACKNESS},
+        {"WHITENESS", WHITENESS},
+        {"DSPDxax", 0x00E20746},
+        {"DPSxx", 0x00960169},
+        {"DSna", 0x00220326},
+        {"MERGECOPY hatched", MERGECOPY},
+        {"DPSxx hatched", 0x00960169}};
     return operations;
 }
 
@@ -49,11 +64,12 @@ void Randomize(TBitmap& bitmap, unsigned seed) {
 
 // The destination keeps changing under the operations that read it; its pixels do not
 // change the work any operation does.
-void Blit(benchmark::State& state, std::uint32_t rop) {
+void Blit(benchmark::State& state, std::uint32_t rop, bool hatched) {
     TBitmap source, dest;
     Randomize(source, 1);
     Randomize(dest, 2);
     dest.Canvas().Brush().SetColor(TColor(0x336699));
+    if (hatched) dest.Canvas().Brush().SetStyle(bsDiagCross);
     HDC to = dest.Canvas().Handle();
     HDC from = source.Canvas().Handle();
     for (auto _ : state) {
@@ -80,8 +96,10 @@ int main(int argc, char** argv) {
     const bool ratio = qv::bench::TakeRatioFlag(argc, argv);
     benchmark::RegisterBenchmark("memcpy", Memcpy);
     for (const auto& [name, rop] : Operations())
-        benchmark::RegisterBenchmark(name.c_str(),
-                                     [rop = rop](benchmark::State& s) { Blit(s, rop); });
+        benchmark::RegisterBenchmark(
+            name.c_str(), [rop = rop, hatched = name.ends_with(" hatched")](benchmark::State& s) {
+                Blit(s, rop, hatched);
+            });
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     qv::bench::TRatioReporter reporter;

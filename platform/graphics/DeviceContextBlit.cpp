@@ -7,52 +7,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 namespace qv {
 
 namespace {
-
-// The ternary operation `code` (the rop's index byte) on whole 32-bit words or on vectors of
-// them, written into `result`: bit (4P + 2S + D) of the code is the result bit for pattern
-// bit P, source bit S and destination bit D.
-template <class T> void Rop3(T& result, std::uint8_t code, const T& p, const T& s, const T& d) {
-    switch (code) {
-    case 0xCC:
-        result = s;
-        return;
-    case 0x33:
-        result = ~s;
-        return;
-    case 0x88:
-        result = s & d;
-        return;
-    case 0xEE:
-        result = s | d;
-        return;
-    case 0x66:
-        result = s ^ d;
-        return;
-    case 0x44:
-        result = s & ~d;
-        return;
-    case 0xBB:
-        result = ~s | d;
-        return;
-    case 0x11:
-        result = ~(s | d);
-        return;
-    case 0xC0:
-        result = p & s;
-        return;
-    default:
-        break;
-    }
-    result = p ^ p;
-    for (int i = 0; i < 8; ++i) {
-        if (!((code >> i) & 1)) continue;
-        result |= ((i & 4) ? p : ~p) & ((i & 2) ? s : ~s) & ((i & 1) ? d : ~d);
-    }
-}
 
 // Whether a ternary operation reads the pattern: its result differs between P = 0 and P = 1.
 constexpr bool RopUsesPattern(std::uint8_t code) {
@@ -185,33 +144,112 @@ constexpr std::uint32_t WrittenBits(std::uint8_t code) {
     return code == 0xCC ? 0xFFFFFFFFu : 0x00FFFFFFu;
 }
 
-// Any ternary operation under a solid pattern as four masks: result = a ^ (s & b) ^ (d & c) ^
-// (s & d & e). Bit by bit the pattern bit picks the code's high or low nibble, a function of
-// S and D whose coefficients of 1, S, D and SD these are. The masks leave out the unused top
-// byte, so the result has it clear already.
-struct TSolidRopMasks {
-    std::uint32_t a, b, c, e;
-    TSolidRopMasks(std::uint8_t code, std::uint32_t pattern) {
-        // Each coefficient, all ones or zero, for P = 1 and for P = 0.
-        const auto coefficient = [code, pattern](auto of) {
-            const auto mask = [](unsigned nibble, auto f) { return f(nibble) ? 0x00FFFFFFu : 0u; };
-            return (pattern & mask(code >> 4u, of)) | (~pattern & mask(code & 0x0Fu, of));
-        };
-        // Nibble bit 2S + D is the result for source bit S and destination bit D.
-        const auto at = [](unsigned n, unsigned s, unsigned d) { return (n >> (2 * s + d)) & 1u; };
-        a = coefficient([&](unsigned n) { return at(n, 0, 0); });
-        b = coefficient([&](unsigned n) { return at(n, 1, 0) ^ at(n, 0, 0); });
-        c = coefficient([&](unsigned n) { return at(n, 0, 1) ^ at(n, 0, 0); });
-        e = coefficient(
-            [&](unsigned n) { return at(n, 1, 1) ^ at(n, 1, 0) ^ at(n, 0, 1) ^ at(n, 0, 0); });
+// A function of a source bit S and a destination bit D, given as a nibble whose bit 2S + D is
+// the result, in its algebraic normal form a ^ (S & b) ^ (D & c) ^ (S & D & e). Each mask is
+// all of `bits` where its coefficient is 1 and zero where it is 0, so the result has no bit
+// outside `bits`. It works alike on single pixels and on vectors of them.
+struct TSourceDestForm {
+    std::uint32_t a{0}, b{0}, c{0}, e{0};
+
+    TSourceDestForm(std::uint32_t a_, std::uint32_t b_, std::uint32_t c_, std::uint32_t e_)
+        : a(a_), b(b_), c(c_), e(e_) {}
+    TSourceDestForm(unsigned nibble, std::uint32_t bits) {
+        const auto at = [nibble](unsigned s, unsigned d) { return (nibble >> (2 * s + d)) & 1u; };
+        const auto mask = [bits](unsigned coefficient) { return coefficient ? bits : 0u; };
+        a = mask(at(0, 0));
+        b = mask(at(1, 0) ^ at(0, 0));
+        c = mask(at(0, 1) ^ at(0, 0));
+        e = mask(at(1, 1) ^ at(1, 0) ^ at(0, 1) ^ at(0, 0));
+    }
+    template <class T> void operator()(T& result, const T& s, const T& d) const {
+        result = a ^ (s & b) ^ (d & c) ^ (s & d & e);
     }
 };
 
+// A ternary raster operation (the rop's index byte `code`, whose bit 4P + 2S + D is the result
+// for pattern bit P, source bit S and destination bit D), limited to `bits`. Where P is 0 the
+// result is the function of the code's low nibble, where P is 1 that of its high nibble. The
+// normal form is linear in the function, so the result is low(S, D) ^ (P & change(S, D)),
+// `change` being the function of the two nibbles' difference; under one pattern pixel
+// everywhere the pattern folds into a single form.
+struct TRopForm {
+    TSourceDestForm low;
+    TSourceDestForm change;
+
+    TRopForm(std::uint8_t code, std::uint32_t bits)
+        : low(code & 0x0Fu, bits), change((code ^ (code >> 4u)) & 0x0Fu, bits) {}
+    TSourceDestForm Under(std::uint32_t pattern) const {
+        return {low.a ^ (pattern & change.a), low.b ^ (pattern & change.b),
+                low.c ^ (pattern & change.c), low.e ^ (pattern & change.e)};
+    }
+    template <class T> void operator()(T& result, const T& p, const T& s, const T& d) const {
+        T unchanged, changed;
+        low(unchanged, s, d);
+        change(changed, s, d);
+        result = unchanged ^ (p & changed);
+    }
+};
+
+// The function of source and destination that an operation is on every bit, when it is one:
+// when it does not read the pattern, or the pattern is one pixel everywhere, black or white.
+std::optional<unsigned> SourceDestNibble(std::uint8_t code, const std::uint32_t* solidPattern) {
+    if (!RopUsesPattern(code)) return code & 0x0Fu;
+    if (!solidPattern) return std::nullopt;
+    switch (*solidPattern & 0x00FFFFFFu) {
+    case 0:
+        return code & 0x0Fu;
+    case 0x00FFFFFFu:
+        return code >> 4u;
+    default:
+        return std::nullopt;
+    }
+}
+
+// `run(op)` with the row operation of one of the sixteen functions of source and destination
+// (nibble bit 2S + D is the result), each written out so that it becomes one or two vector
+// instructions. The named two-input operations are among them.
+template <class Run> void WithSourceDestOp(unsigned nibble, const Run& run) {
+    switch (nibble & 0x0Fu) {
+    case 0x0: // BLACKNESS
+        return run([](auto& r, const auto&, const auto& s, const auto&) { r = s ^ s; });
+    case 0x1: // NOTSRCERASE
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~(s | d); });
+    case 0x2: // DSna
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = d & ~s; });
+    case 0x3: // NOTSRCCOPY
+        return run([](auto& r, const auto&, const auto& s, const auto&) { r = ~s; });
+    case 0x4: // SRCERASE
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s & ~d; });
+    case 0x5: // DSTINVERT
+        return run([](auto& r, const auto&, const auto&, const auto& d) { r = ~d; });
+    case 0x6: // SRCINVERT
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s ^ d; });
+    case 0x7: // DSan
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~(s & d); });
+    case 0x8: // SRCAND
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s & d; });
+    case 0x9: // DSxn
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~(s ^ d); });
+    case 0xA: // the destination unchanged
+        return run([](auto& r, const auto&, const auto&, const auto& d) { r = d; });
+    case 0xB: // MERGEPAINT
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~s | d; });
+    case 0xC: // SRCCOPY
+        return run([](auto& r, const auto&, const auto& s, const auto&) { r = s; });
+    case 0xD: // SDno
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s | ~d; });
+    case 0xE: // SRCPAINT
+        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s | d; });
+    default: // WHITENESS
+        return run([](auto& r, const auto&, const auto& s, const auto&) { r = ~(s ^ s); });
+    }
+}
+
 // The rows of an unstretched blit with the ternary operation `code`: `rows(run)` is called
-// once with the row operation for the code, the common ones written out so that each
-// becomes a loop of a few vector instructions. `solidPattern` points to the pattern pixel
-// when the pattern is one colour everywhere (null otherwise); the other operations then run
-// as their four masks.
+// once with the row operation for the code. `solidPattern` points to the pattern pixel when
+// the pattern is one colour everywhere (null otherwise). Functions of source and destination
+// alone and the common three-input operations are written out, so that each becomes a loop
+// of a few vector instructions; the others run as their normal form.
 template <class Rows>
 void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& rows) {
     const auto run = [&](auto op) {
@@ -225,21 +263,9 @@ void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& row
             pixel_rows::MixRow<0xFFFFFFFFu>(dst, src, pattern, count, op);
         });
     };
+    if (const auto nibble = SourceDestNibble(code, solidPattern))
+        return WithSourceDestOp(*nibble, run);
     switch (code) {
-    case 0x33: // NOTSRCCOPY
-        return run([](auto& r, const auto&, const auto& s, const auto&) { r = ~s; });
-    case 0x88: // SRCAND
-        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s & d; });
-    case 0xEE: // SRCPAINT
-        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s | d; });
-    case 0x66: // SRCINVERT
-        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s ^ d; });
-    case 0x44: // SRCERASE
-        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = s & ~d; });
-    case 0xBB: // MERGEPAINT
-        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~s | d; });
-    case 0x11: // NOTSRCERASE
-        return run([](auto& r, const auto&, const auto& s, const auto& d) { r = ~(s | d); });
     case 0xC0: // MERGECOPY
         return run([](auto& r, const auto& p, const auto& s, const auto&) { r = p & s; });
     case 0xFB: // PATPAINT
@@ -253,20 +279,47 @@ void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& row
     default:
         break;
     }
-    if (!solidPattern)
-        return run([code](auto& r, const auto& p, const auto& s, const auto& d) {
-            Rop3(r, code, p, s, d);
-        });
-    const TSolidRopMasks m(code, *solidPattern);
+    const TRopForm form(code, 0x00FFFFFFu);
+    if (!solidPattern) return runClear(form);
+    const TSourceDestForm under = form.Under(*solidPattern);
     // Without the product term (the operation is a sum of its inputs bit by bit) one step less.
-    if (m.e == 0)
-        return runClear([m](auto& r, const auto&, const auto& s, const auto& d) {
-            r = m.a ^ (s & m.b) ^ (d & m.c);
+    if (under.e == 0)
+        return runClear([under](auto& r, const auto&, const auto& s, const auto& d) {
+            r = under.a ^ (s & under.b) ^ (d & under.c);
         });
-    runClear([m](auto& r, const auto&, const auto& s, const auto& d) {
-        r = m.a ^ (s & m.b) ^ (d & m.c) ^ (s & d & m.e);
-    });
+    runClear([under](auto& r, const auto&, const auto& s, const auto& d) { under(r, s, d); });
 }
+
+// A tiled pattern laid out over `area`: a row of the area's width for each row of the tile
+// (or of the area, when that is lower), the tile repeated along it. The pattern under row y
+// from column x on, both inside the area, is then one pointer into them, and the tile is read
+// only once per pixel of its own.
+class TTiledPatternRows {
+public:
+    template <class BrushMasks>
+    TTiledPatternRows(const BrushMasks& pattern, const TRect& area)
+        : m_area(area), m_rows(area.Width(), std::min(pattern.height, area.Height())) {
+        for (int j = 0; j < m_rows.Height(); ++j) {
+            std::uint32_t* line = m_rows.Row(j);
+            const int width = area.Width();
+            int done = std::min(pattern.width, width);
+            for (int i = 0; i < done; ++i)
+                line[i] = pattern.At(area.left + i, area.top + j).xorMask;
+            // Whole periods of the tile, twice as many each time.
+            for (; done < width; done *= 2)
+                std::memcpy(line + done, line,
+                            sizeof(std::uint32_t) *
+                                static_cast<std::size_t>(std::min(done, width - done)));
+        }
+    }
+    const std::uint32_t* At(int x, int y) const {
+        return m_rows.Row((y - m_area.top) % m_rows.Height()) + (x - m_area.left);
+    }
+
+private:
+    TRect m_area;
+    TPixelBuffer m_rows;
+};
 
 // The unstretched blit with ternary operation `code` of the visible part of `area` of `dc`'s
 // target, whose pixels read the source at (x + dx, y + dy), inside `src`. `pattern` is the
@@ -277,22 +330,19 @@ void RopRows(const TDeviceContext& dc, TPixelBuffer& target, const TRect& area,
              const BrushMasks& pattern) {
     const TRect inside = Intersect(area, target.Bounds());
     if (inside.IsEmpty()) return;
-    // A solid or no brush is one pixel everywhere; a tiled one is filled in per row.
-    const bool tiled = RopUsesPattern(code) && !pattern.null && !pattern.IsSolid();
+    // A solid or no brush is one pixel everywhere; a tiled one is laid out over the area.
     const pixel_rows::TSolidPattern solid{pattern.null ? 0u : pattern.solid.xorMask};
-    std::vector<std::uint32_t> patternLine(tiled ? static_cast<std::size_t>(inside.Width()) : 0);
+    std::optional<TTiledPatternRows> tiled;
+    if (RopUsesPattern(code) && !pattern.null && !pattern.IsSolid()) tiled.emplace(pattern, inside);
     WithRopRun(code, tiled ? nullptr : &solid.pixel, [&](auto rowOp) {
         dc.ForEachVisibleRect(inside, [&](const TRect& r) {
             for (int py = r.top; py < r.bottom; ++py) {
                 std::uint32_t* to = target.Row(py) + r.left;
                 const std::uint32_t* from = src.Row(py + dy) + r.left + dx;
-                if (!tiled) {
+                if (tiled)
+                    rowOp(to, from, pixel_rows::TPatternRow{tiled->At(r.left, py)}, r.Width());
+                else
                     rowOp(to, from, solid, r.Width());
-                    continue;
-                }
-                for (int px = r.left; px < r.right; ++px)
-                    patternLine[static_cast<std::size_t>(px - r.left)] = pattern.At(px, py).xorMask;
-                rowOp(to, from, pixel_rows::TPatternRow{patternLine.data()}, r.Width());
             }
         });
     });
@@ -365,7 +415,7 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
     const std::uint32_t textPixel = PixelOf(m_textColor);
     const std::uint32_t backPixel = PixelOf(m_bkColor);
     const TBrushMasks pattern = MakeBrushMasks(m_logBrush, R2_COPYPEN);
-    const std::uint32_t written = WrittenBits(code);
+    const TRopForm form(code, WrittenBits(code));
     ForEachVisibleRect(area, [&](const TRect& r) {
         for (int py = r.top; py < r.bottom; ++py) {
             const TSourceRun rowRun = rows.RunAt(py);
@@ -378,9 +428,7 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
                 std::uint32_t s = MergeRun(line, run, merge);
                 if (source.monochrome) s = (s & 0xFFFFFFu) == 0xFFFFFFu ? backPixel : textPixel;
                 const std::uint32_t p = pattern.null ? 0 : pattern.At(px, py).xorMask;
-                std::uint32_t mixed;
-                Rop3(mixed, code, p, s, dst[px]);
-                dst[px] = mixed & written;
+                form(dst[px], p, s, dst[px]);
             }
         }
     });

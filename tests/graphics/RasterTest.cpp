@@ -9,6 +9,7 @@
 
 #include <array>
 #include <climits>
+#include <functional>
 #include <random>
 
 using namespace qv;
@@ -61,52 +62,73 @@ TEST(Raster, Rop2TableMatchesItsBooleanDefinition) {
 }
 
 TEST(Raster, EveryRop3WorksOnWholeWordsThroughBitBltPatBltAndCopyMode) {
-    // Random 24-bit destination, source and 8 x 8 pattern brush; bit (4P + 2S + D) of the
-    // index is the result of each of the 24 colour bits.
+    // Random 24-bit destination and source, rows long enough for the widest vectors and a
+    // tail, under an 8 x 8 pattern brush and under solid brushes of black, white and another
+    // colour; bit (4P + 2S + D) of the index is the result of each of the 24 colour bits.
+    constexpr int width = 37, height = 3;
     std::mt19937 random(7);
     auto randomPicture = [&](TBitmap& b) {
-        for (int y = 0; y < 8; ++y)
-            for (int x = 0; x < 8; ++x)
+        for (int y = 0; y < b.Height(); ++y)
+            for (int x = 0; x < b.Width(); ++x)
                 b.ScanLine(y)[x] = random() & 0xFFFFFF;
     };
-    TBitmap destination(8, 8), source(8, 8), pattern(8, 8);
+    TBitmap destination(width, height), source(width, height), pattern(8, 8);
     randomPicture(destination);
     randomPicture(source);
     randomPicture(pattern);
-    auto expected = [&](unsigned code, int x, int y) {
-        const std::uint32_t p = pattern.Pixels().At(x, y), s = source.Pixels().At(x, y),
-                            d = destination.Pixels().At(x, y);
-        std::uint32_t out = 0;
-        for (int bit = 0; bit < 24; ++bit) {
-            const unsigned index = ((p >> bit) & 1) * 4 + ((s >> bit) & 1) * 2 + ((d >> bit) & 1);
-            out |= ((code >> index) & 1u) << bit;
-        }
-        return out;
+    struct TPatternCase {
+        const char* name;
+        std::function<void(TBrush&)> select;
+        std::function<std::uint32_t(int, int)> at;
     };
-    for (unsigned code = 0; code < 256; ++code) {
-        const std::uint32_t rop = code << 16;
-        TBitmap viaBitBlt, viaCopyMode;
-        viaBitBlt.Assign(destination);
-        viaCopyMode.Assign(destination);
-        viaBitBlt.Canvas().Brush().SetBitmap(&pattern);
-        BitBlt(viaBitBlt.Canvas().Handle(), 0, 0, 8, 8, source.Canvas().Handle(), 0, 0, rop);
-        viaCopyMode.Canvas().Brush().SetBitmap(&pattern);
-        viaCopyMode.Canvas().SetCopyMode(rop);
-        viaCopyMode.Canvas().CopyRect({0, 0, 8, 8}, source.Canvas(), {0, 0, 8, 8});
-        EXPECT_EQ(viaCopyMode.Pixels(), viaBitBlt.Pixels()) << "rop3 " << code;
-        for (int y = 0; y < 8; ++y)
-            for (int x = 0; x < 8; ++x)
-                ASSERT_EQ(viaBitBlt.Pixels().At(x, y), expected(code, x, y))
-                    << "rop3 " << code << " at " << x << "," << y;
-        TBitmap viaPatBlt;
-        viaPatBlt.Assign(destination);
-        viaPatBlt.Canvas().Brush().SetBitmap(&pattern);
-        PatBlt(viaPatBlt.Canvas().Handle(), 0, 0, 8, 8, rop);
-        // PatBlt draws the operations that ignore the source and refuses the others.
-        EXPECT_EQ(viaPatBlt.Pixels(),
-                  RopUsesSource(rop) ? destination.Pixels() : viaBitBlt.Pixels())
-            << "rop3 " << code;
-    }
+    const auto solid = [](const char* name, std::uint32_t pixel) {
+        return TPatternCase{name, [pixel](TBrush& b) { b.SetColor(PixelToColor(pixel)); },
+                            [pixel](int, int) { return pixel; }};
+    };
+    const TPatternCase patterns[] = {
+        {"bitmap", [&](TBrush& b) { b.SetBitmap(&pattern); },
+         [&](int x, int y) { return pattern.Pixels().At(x % 8, y % 8); }},
+        solid("black", 0),
+        solid("white", 0xFFFFFF),
+        solid("colour", 0x3366CC)};
+    for (const TPatternCase& under : patterns)
+        for (unsigned code = 0; code < 256; ++code) {
+            const auto expected = [&](int x, int y) {
+                const std::uint32_t p = under.at(x, y), s = source.Pixels().At(x, y),
+                                    d = destination.Pixels().At(x, y);
+                std::uint32_t out = 0;
+                for (int bit = 0; bit < 24; ++bit) {
+                    const unsigned index =
+                        ((p >> bit) & 1) * 4 + ((s >> bit) & 1) * 2 + ((d >> bit) & 1);
+                    out |= ((code >> index) & 1u) << bit;
+                }
+                return out;
+            };
+            const std::uint32_t rop = code << 16;
+            const TRect all{0, 0, width, height};
+            TBitmap viaBitBlt, viaCopyMode;
+            viaBitBlt.Assign(destination);
+            viaCopyMode.Assign(destination);
+            under.select(viaBitBlt.Canvas().Brush());
+            BitBlt(viaBitBlt.Canvas().Handle(), 0, 0, width, height, source.Canvas().Handle(), 0, 0,
+                   rop);
+            under.select(viaCopyMode.Canvas().Brush());
+            viaCopyMode.Canvas().SetCopyMode(rop);
+            viaCopyMode.Canvas().CopyRect(all, source.Canvas(), all);
+            EXPECT_EQ(viaCopyMode.Pixels(), viaBitBlt.Pixels()) << "rop3 " << code;
+            for (int y = 0; y < height; ++y)
+                for (int x = 0; x < width; ++x)
+                    ASSERT_EQ(viaBitBlt.Pixels().At(x, y), expected(x, y))
+                        << "rop3 " << code << " under " << under.name << " at " << x << "," << y;
+            TBitmap viaPatBlt;
+            viaPatBlt.Assign(destination);
+            under.select(viaPatBlt.Canvas().Brush());
+            PatBlt(viaPatBlt.Canvas().Handle(), 0, 0, width, height, rop);
+            // PatBlt draws the operations that ignore the source and refuses the others.
+            EXPECT_EQ(viaPatBlt.Pixels(),
+                      RopUsesSource(rop) ? destination.Pixels() : viaBitBlt.Pixels())
+                << "rop3 " << code << " under " << under.name;
+        }
 }
 
 TEST(Raster, DashGapsTakeTheBrushColourOnlyWhenOpaque) {
