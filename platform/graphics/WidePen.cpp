@@ -581,10 +581,48 @@ void TWidePen::SortLooseSpans() {
         m_sortedSpans[m_rowStart[static_cast<std::size_t>(s.y - firstRow)]++] = s;
 }
 
-// The rows of at most two chains and nothing else (a curve's two sides) merged into `out`;
-// returns the end of what was written.
+namespace {
+
+// The union of a row's `count` spans (at least one), written to `out` left to right.
+template <class TRowSpanT>
+TSpanCollector::TRowSpan* MergeRow(int y, TRowSpanT* row, std::size_t count,
+                                   TSpanCollector::TRowSpan* out) {
+    if (count == 1) {
+        *out++ = {y, {row[0].left, row[0].right}};
+        return out;
+    }
+    if (count == 2) { // the two sides of a curve
+        const bool leftFirst = row[0].left <= row[1].left;
+        const TRowSpanT& a = leftFirst ? row[0] : row[1];
+        const TRowSpanT& b = leftFirst ? row[1] : row[0];
+        if (b.left <= a.right) {
+            *out++ = {y, {a.left, std::max(a.right, b.right)}};
+        } else {
+            *out++ = {y, {a.left, a.right}};
+            *out++ = {y, {b.left, b.right}};
+        }
+        return out;
+    }
+    std::sort(row, row + count, [](const auto& a, const auto& b) { return a.left < b.left; });
+    TSpan current{row[0].left, row[0].right};
+    for (std::size_t i = 1; i < count; ++i) {
+        if (row[i].left <= current.right) {
+            current.right = std::max(current.right, row[i].right);
+            continue;
+        }
+        *out++ = {y, current};
+        current = {row[i].left, row[i].right};
+    }
+    *out++ = {y, current};
+    return out;
+}
+
+} // namespace
+
+// The rows of at most two chains side by side, with the loose spans of the rows that have any
+// (a curve's two sides, and now and then a rest that widens neither).
 TSpanCollector::TRowSpan* TWidePen::MergeTwoChains(int top, int bottom,
-                                                   TSpanCollector::TRowSpan* out) const {
+                                                   TSpanCollector::TRowSpan* out) {
     const auto spanAt = [&](const TChain* chain, int y) -> const TRowSpan* {
         if (!chain) return nullptr;
         const auto k = static_cast<unsigned>(y - chain->spanTop);
@@ -594,9 +632,19 @@ TSpanCollector::TRowSpan* TWidePen::MergeTwoChains(int top, int bottom,
     };
     const TChain* first = m_chains.empty() ? nullptr : &m_chains[0];
     const TChain* second = m_chains.size() < 2 ? nullptr : &m_chains[1];
+    std::size_t loose = 0;
     for (int y = top; y < bottom; ++y) {
         const TRowSpan* a = spanAt(first, y);
         const TRowSpan* b = spanAt(second, y);
+        if (loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y) {
+            std::size_t count = 0;
+            for (const TRowSpan* s : {a, b})
+                if (s) m_row[count++] = *s;
+            for (; loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y; ++loose)
+                m_row[count++] = m_sortedSpans[loose];
+            out = MergeRow(y, m_row.data(), count, out);
+            continue;
+        }
         if (!a || !b) {
             if (a || b) *out++ = {y, {(a ? a : b)->left, (a ? a : b)->right}};
             continue;
@@ -632,17 +680,17 @@ void TWidePen::EmitRows() {
         bottom = std::max(bottom, m_sortedSpans.back().y + 1);
     }
     // A row holds at most a span of each chain and its loose spans; the output no more.
-    m_row.resize(m_chains.size() + m_mostLooseInRow);
+    m_row.resize(std::max<std::size_t>(m_chains.size(), 2) + m_mostLooseInRow);
     // Written through a pointer (a row gives no more spans than it gathers) into a buffer that
     // only grows, so that its spans are not made afresh for every stroke.
     const std::size_t most = m_rowSpans.size() + m_sortedSpans.size();
     if (m_outSpans.size() < most) m_outSpans.resize(most);
     TSpanCollector::TRowSpan* const first = m_outSpans.data();
-    TSpanCollector::TRowSpan* out = first;
-    if (m_sortedSpans.empty() && m_chains.size() <= 2) {
+    if (m_chains.size() <= 2) {
         m_out->AppendInOrder({first, MergeTwoChains(top, bottom, first)});
         return;
     }
+    TSpanCollector::TRowSpan* out = first;
     std::size_t loose = 0;
     for (int y = top; y < bottom; ++y) {
         TRowSpan* const row = m_row.data();
@@ -655,35 +703,7 @@ void TWidePen::EmitRows() {
         }
         for (; loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y; ++loose)
             row[count++] = m_sortedSpans[loose];
-        if (count == 0) continue;
-        if (count == 1) {
-            *out++ = {y, {row[0].left, row[0].right}};
-            continue;
-        }
-        if (count == 2) { // the two sides of a curve
-            const bool leftFirst = row[0].left <= row[1].left;
-            const TRowSpan& a = leftFirst ? row[0] : row[1];
-            const TRowSpan& b = leftFirst ? row[1] : row[0];
-            if (b.left <= a.right) {
-                *out++ = {y, {a.left, std::max(a.right, b.right)}};
-            } else {
-                *out++ = {y, {a.left, a.right}};
-                *out++ = {y, {b.left, b.right}};
-            }
-            continue;
-        }
-        std::sort(row, row + count,
-                  [](const TRowSpan& a, const TRowSpan& b) { return a.left < b.left; });
-        TSpan current{row[0].left, row[0].right};
-        for (std::size_t i = 1; i < count; ++i) {
-            if (row[i].left <= current.right) {
-                current.right = std::max(current.right, row[i].right);
-                continue;
-            }
-            *out++ = {y, current};
-            current = {row[i].left, row[i].right};
-        }
-        *out++ = {y, current};
+        if (count > 0) out = MergeRow(y, row, count, out);
     }
     m_out->AppendInOrder({first, out});
 }

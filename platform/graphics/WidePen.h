@@ -95,8 +95,7 @@ private:
     void FindBodyRests();
     void SortLooseSpans();
     void EmitRows();
-    TSpanCollector::TRowSpan* MergeTwoChains(int top, int bottom,
-                                             TSpanCollector::TRowSpan* out) const;
+    TSpanCollector::TRowSpan* MergeTwoChains(int top, int bottom, TSpanCollector::TRowSpan* out);
 
     int m_width;
     std::vector<TRowSpan> m_capRows; // the round join at the origin, row by row, top down
