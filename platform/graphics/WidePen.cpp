@@ -583,6 +583,20 @@ void TWidePen::SortLooseSpans() {
 
 namespace {
 
+// The union of two spans of row y (the two sides of a curve), written to `out` left to right.
+template <class TRowSpanT>
+TSpanCollector::TRowSpan* MergeTwo(int y, const TRowSpanT* a, const TRowSpanT* b,
+                                   TSpanCollector::TRowSpan* out) {
+    if (b->left < a->left) std::swap(a, b);
+    if (b->left <= a->right) {
+        *out++ = {y, {a->left, std::max(a->right, b->right)}};
+    } else {
+        *out++ = {y, {a->left, a->right}};
+        *out++ = {y, {b->left, b->right}};
+    }
+    return out;
+}
+
 // The union of a row's `count` spans (at least one), written to `out` left to right.
 template <class TRowSpanT>
 TSpanCollector::TRowSpan* MergeRow(int y, TRowSpanT* row, std::size_t count,
@@ -591,18 +605,7 @@ TSpanCollector::TRowSpan* MergeRow(int y, TRowSpanT* row, std::size_t count,
         *out++ = {y, {row[0].left, row[0].right}};
         return out;
     }
-    if (count == 2) { // the two sides of a curve
-        const bool leftFirst = row[0].left <= row[1].left;
-        const TRowSpanT& a = leftFirst ? row[0] : row[1];
-        const TRowSpanT& b = leftFirst ? row[1] : row[0];
-        if (b.left <= a.right) {
-            *out++ = {y, {a.left, std::max(a.right, b.right)}};
-        } else {
-            *out++ = {y, {a.left, a.right}};
-            *out++ = {y, {b.left, b.right}};
-        }
-        return out;
-    }
+    if (count == 2) return MergeTwo(y, &row[0], &row[1], out);
     std::sort(row, row + count, [](const auto& a, const auto& b) { return a.left < b.left; });
     TSpan current{row[0].left, row[0].right};
     for (std::size_t i = 1; i < count; ++i) {
@@ -645,17 +648,10 @@ TSpanCollector::TRowSpan* TWidePen::MergeTwoChains(int top, int bottom,
             out = MergeRow(y, m_row.data(), count, out);
             continue;
         }
-        if (!a || !b) {
-            if (a || b) *out++ = {y, {(a ? a : b)->left, (a ? a : b)->right}};
-            continue;
-        }
-        if (b->left < a->left) std::swap(a, b);
-        if (b->left <= a->right) {
-            *out++ = {y, {a->left, std::max(a->right, b->right)}};
-        } else {
-            *out++ = {y, {a->left, a->right}};
-            *out++ = {y, {b->left, b->right}};
-        }
+        if (a && b)
+            out = MergeTwo(y, a, b, out);
+        else if (a || b)
+            *out++ = {y, {(a ? a : b)->left, (a ? a : b)->right}};
     }
     return out;
 }
