@@ -416,6 +416,9 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
     const std::uint32_t backPixel = PixelOf(m_bkColor);
     const TBrushMasks pattern = MakeBrushMasks(m_logBrush, R2_COPYPEN);
     const TRopForm form(code, WrittenBits(code));
+    // Under one pattern pixel everywhere (or none) the pattern folds into the form.
+    const bool tiled = !pattern.null && !pattern.IsSolid();
+    const TSourceDestForm solidForm = form.Under(pattern.null ? 0 : pattern.solid.xorMask);
     ForEachVisibleRect(area, [&](const TRect& r) {
         for (int py = r.top; py < r.bottom; ++py) {
             const TSourceRun rowRun = rows.RunAt(py);
@@ -427,8 +430,10 @@ void TDeviceContext::StretchBlt(int x, int y, int width, int height, TBlitSource
                 if (run.IsEmpty()) continue;
                 std::uint32_t s = MergeRun(line, run, merge);
                 if (source.monochrome) s = (s & 0xFFFFFFu) == 0xFFFFFFu ? backPixel : textPixel;
-                const std::uint32_t p = pattern.null ? 0 : pattern.At(px, py).xorMask;
-                form(dst[px], p, s, dst[px]);
+                if (tiled)
+                    form(dst[px], pattern.At(px, py).xorMask, s, dst[px]);
+                else
+                    solidForm(dst[px], s, dst[px]);
             }
         }
     });
