@@ -209,7 +209,7 @@ std::optional<unsigned> SourceDestNibble(std::uint8_t code, const std::uint32_t*
 // (nibble bit 2S + D is the result), each written out so that it becomes one or two vector
 // instructions. The named two-input operations are among them.
 template <class Run> void WithSourceDestOp(unsigned nibble, const Run& run) {
-    switch (nibble & 0x0Fu) {
+    switch (nibble) {
     case 0x0: // BLACKNESS
         return run([](auto& r, const auto&, const auto& s, const auto&) { r = s ^ s; });
     case 0x1: // NOTSRCERASE

@@ -584,8 +584,8 @@ void TWidePen::SortLooseSpans() {
 namespace {
 
 // The union of two spans of row y (the two sides of a curve), written to `out` left to right.
-template <class TRowSpanT>
-TSpanCollector::TRowSpan* MergeTwo(int y, const TRowSpanT* a, const TRowSpanT* b,
+template <class Span>
+TSpanCollector::TRowSpan* MergeTwo(int y, const Span* a, const Span* b,
                                    TSpanCollector::TRowSpan* out) {
     if (b->left < a->left) std::swap(a, b);
     if (b->left <= a->right) {
@@ -597,26 +597,11 @@ TSpanCollector::TRowSpan* MergeTwo(int y, const TRowSpanT* a, const TRowSpanT* b
     return out;
 }
 
-// The union of a row's `count` spans (at least one), written to `out` left to right.
-template <class TRowSpanT>
-TSpanCollector::TRowSpan* MergeRow(int y, TRowSpanT* row, std::size_t count,
-                                   TSpanCollector::TRowSpan* out) {
-    if (count == 1) {
-        *out++ = {y, {row[0].left, row[0].right}};
-        return out;
-    }
-    if (count == 2) return MergeTwo(y, &row[0], &row[1], out);
-    std::sort(row, row + count, [](const auto& a, const auto& b) { return a.left < b.left; });
-    TSpan current{row[0].left, row[0].right};
-    for (std::size_t i = 1; i < count; ++i) {
-        if (row[i].left <= current.right) {
-            current.right = std::max(current.right, row[i].right);
-            continue;
-        }
-        *out++ = {y, current};
-        current = {row[i].left, row[i].right};
-    }
-    *out++ = {y, current};
+// The union of the spans of row y, written to `out` left to right.
+TSpanCollector::TRowSpan* MergeRow(int y, std::span<TSpan> row, TSpanCollector::TRowSpan* out) {
+    if (row.size() == 2) return MergeTwo(y, &row[0], &row[1], out);
+    for (const TSpan& s : row.first(NormalizeSpans(row)))
+        *out++ = {y, s};
     return out;
 }
 
@@ -642,10 +627,10 @@ TSpanCollector::TRowSpan* TWidePen::MergeTwoChains(int top, int bottom,
         if (loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y) {
             std::size_t count = 0;
             for (const TRowSpan* s : {a, b})
-                if (s) m_row[count++] = *s;
+                if (s) m_row[count++] = {s->left, s->right};
             for (; loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y; ++loose)
-                m_row[count++] = m_sortedSpans[loose];
-            out = MergeRow(y, m_row.data(), count, out);
+                m_row[count++] = {m_sortedSpans[loose].left, m_sortedSpans[loose].right};
+            out = MergeRow(y, {m_row.data(), count}, out);
             continue;
         }
         if (a && b)
@@ -689,17 +674,17 @@ void TWidePen::EmitRows() {
     TSpanCollector::TRowSpan* out = first;
     std::size_t loose = 0;
     for (int y = top; y < bottom; ++y) {
-        TRowSpan* const row = m_row.data();
+        TSpan* const row = m_row.data();
         std::size_t count = 0;
         for (const TChain& chain : m_chains) {
             const int k = y - chain.spanTop;
             if (k < 0 || k >= chain.spanRows) continue;
             const TRowSpan& s = m_rowSpans[chain.firstSpan + static_cast<std::size_t>(k)];
-            if (s.left < s.right) row[count++] = s;
+            if (s.left < s.right) row[count++] = {s.left, s.right};
         }
         for (; loose < m_sortedSpans.size() && m_sortedSpans[loose].y == y; ++loose)
-            row[count++] = m_sortedSpans[loose];
-        if (count > 0) out = MergeRow(y, row, count, out);
+            row[count++] = {m_sortedSpans[loose].left, m_sortedSpans[loose].right};
+        if (count > 0) out = MergeRow(y, {row, count}, out);
     }
     m_out->AppendInOrder({first, out});
 }

@@ -126,7 +126,7 @@ private:
     std::vector<TRowSpan> m_sortedSpans; // the loose spans by row
     std::vector<std::size_t> m_rowStart; // per row: where its spans end in m_sortedSpans
     std::size_t m_mostLooseInRow{0};
-    std::vector<TRowSpan> m_row; // the spans of one row, to merge
+    std::vector<TSpan> m_row; // the spans of one row, to merge
     std::vector<TSpanCollector::TRowSpan> m_outSpans;
 };
 
