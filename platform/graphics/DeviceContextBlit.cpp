@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <optional>
+#include <type_traits>
 
 namespace qv {
 
@@ -148,23 +149,14 @@ constexpr std::uint32_t WrittenBits(std::uint8_t code) {
 // the result, in its algebraic normal form a ^ (S & b) ^ (D & c) ^ (S & D & e). Each mask is
 // all of `bits` where its coefficient is 1 and zero where it is 0, so the result has no bit
 // outside `bits`. It works alike on single pixels and on vectors of them.
-struct TSourceDestForm {
-    std::uint32_t a{0}, b{0}, c{0}, e{0};
+using TSourceDestForm = pixel_rows::TFormMasks<std::uint32_t>;
 
-    TSourceDestForm(std::uint32_t a_, std::uint32_t b_, std::uint32_t c_, std::uint32_t e_)
-        : a(a_), b(b_), c(c_), e(e_) {}
-    TSourceDestForm(unsigned nibble, std::uint32_t bits) {
-        const auto at = [nibble](unsigned s, unsigned d) { return (nibble >> (2 * s + d)) & 1u; };
-        const auto mask = [bits](unsigned coefficient) { return coefficient ? bits : 0u; };
-        a = mask(at(0, 0));
-        b = mask(at(1, 0) ^ at(0, 0));
-        c = mask(at(0, 1) ^ at(0, 0));
-        e = mask(at(1, 1) ^ at(1, 0) ^ at(0, 1) ^ at(0, 0));
-    }
-    template <class T> void operator()(T& result, const T& s, const T& d) const {
-        result = a ^ (s & b) ^ (d & c) ^ (s & d & e);
-    }
-};
+TSourceDestForm FormOfNibble(unsigned nibble, std::uint32_t bits) {
+    const auto at = [nibble](unsigned s, unsigned d) { return (nibble >> (2 * s + d)) & 1u; };
+    const auto mask = [bits](unsigned coefficient) { return coefficient ? bits : 0u; };
+    return {mask(at(0, 0)), mask(at(1, 0) ^ at(0, 0)), mask(at(0, 1) ^ at(0, 0)),
+            mask(at(1, 1) ^ at(1, 0) ^ at(0, 1) ^ at(0, 0))};
+}
 
 // A ternary raster operation (the rop's index byte `code`, whose bit 4P + 2S + D is the result
 // for pattern bit P, source bit S and destination bit D), limited to `bits`. Where P is 0 the
@@ -177,7 +169,8 @@ struct TRopForm {
     TSourceDestForm change;
 
     TRopForm(std::uint8_t code, std::uint32_t bits)
-        : low(code & 0x0Fu, bits), change((code ^ (code >> 4u)) & 0x0Fu, bits) {}
+        : low(FormOfNibble(code & 0x0Fu, bits)),
+          change(FormOfNibble((code ^ (code >> 4u)) & 0x0Fu, bits)) {}
     TSourceDestForm Under(std::uint32_t pattern) const {
         return {low.a ^ (pattern & change.a), low.b ^ (pattern & change.b),
                 low.c ^ (pattern & change.c), low.e ^ (pattern & change.e)};
@@ -245,25 +238,131 @@ template <class Run> void WithSourceDestOp(unsigned nibble, const Run& run) {
     }
 }
 
-// The rows of an unstretched blit with the ternary operation `code`: `rows(run)` is called
-// once with the row operation for the code. `solidPattern` points to the pattern pixel when
-// the pattern is one colour everywhere (null otherwise). Functions of source and destination
-// alone and the common three-input operations are written out, so that each becomes a loop
-// of a few vector instructions; the others run as their normal form.
-template <class Rows>
-void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& rows) {
+// One pattern pixel under every row.
+struct TSolidPatternRows {
+    pixel_rows::TSolidPattern solid;
+    pixel_rows::TSolidPattern At(int, int) const { return solid; }
+};
+
+// The laid-out rows of a tile under the rows of an area, the tile repeating down from the
+// area's top: one entry per row of the area, so that a row finds its own without a division.
+class TTileRowsUnder {
+public:
+    TTileRowsUnder(const TPixelBuffer& laidOut, const TRect& area) : m_top(area.top) {
+        m_rows.reserve(static_cast<std::size_t>(area.Height()));
+        for (int j = 0; j < area.Height(); ++j)
+            m_rows.push_back(laidOut.Row(j % laidOut.Height()));
+    }
+    const std::uint32_t* operator()(int y) const {
+        return m_rows[static_cast<std::size_t>(y - m_top)];
+    }
+
+private:
+    int m_top;
+    std::vector<const std::uint32_t*> m_rows;
+};
+
+// A tiled pattern laid out over `area`: a row of the area's width for each row of the tile
+// (or of the area, when that is lower), the tile repeated along it. The pattern under row y
+// from column x on, both inside the area, is then one pointer into them, and the tile is read
+// only once per pixel of its own.
+class TTiledPatternRows {
+public:
+    template <class BrushMasks>
+    TTiledPatternRows(const BrushMasks& pattern, const TRect& area)
+        : m_left(area.left), m_rows(area.Width(), std::min(pattern.height, area.Height())),
+          m_under(m_rows, area) {
+        for (int j = 0; j < m_rows.Height(); ++j) {
+            std::uint32_t* line = m_rows.Row(j);
+            const int width = area.Width();
+            int done = std::min(pattern.width, width);
+            for (int i = 0; i < done; ++i)
+                line[i] = pattern.At(area.left + i, area.top + j).xorMask;
+            // Whole periods of the tile, twice as many each time.
+            for (; done < width; done *= 2)
+                std::memcpy(line + done, line,
+                            sizeof(std::uint32_t) *
+                                static_cast<std::size_t>(std::min(done, width - done)));
+        }
+    }
+    const std::uint32_t* Row(int j) const { return m_rows.Row(j); }
+    pixel_rows::TPatternRow At(int x, int y) const { return {m_under(y) + (x - m_left)}; }
+
+private:
+    int m_left;
+    TPixelBuffer m_rows;
+    TTileRowsUnder m_under;
+};
+
+// A solid pattern, or a tiled one whose width divides the folded period, folded into an
+// operation's normal form: for each row of the tile, the form under each pixel from the area's left
+// edge on, far enough that a row starting at any column of the area finds its masks from an
+// offset below the period on. The row loop then runs the form with its masks in registers,
+// as under a solid pattern.
+class TFoldedPatternRows {
+public:
+    template <class BrushMasks> static bool Folds(const BrushMasks& pattern) {
+        return pixel_rows::kFoldedPeriod % pattern.width == 0;
+    }
+    template <class BrushMasks>
+    TFoldedPatternRows(const BrushMasks& pattern, const TRect& area, const TRopForm& form)
+        : m_left(area.left), m_masks(4 * kLength, std::min(pattern.height, area.Height())),
+          m_under(m_masks, area) {
+        const TTiledPatternRows tile(
+            pattern, {area.left, area.top, area.left + kLength, area.top + m_masks.Height()});
+        for (int j = 0; j < m_masks.Height(); ++j) {
+            std::uint32_t* masks = m_masks.Row(j);
+            for (int i = 0; i < kLength; ++i) {
+                const TSourceDestForm under = form.Under(tile.Row(j)[i]);
+                masks[i] = under.a;
+                masks[kLength + i] = under.b;
+                masks[2 * kLength + i] = under.c;
+                masks[3 * kLength + i] = under.e;
+                m_product = m_product || under.e != 0;
+            }
+        }
+    }
+    // Whether the form has its product term under any pixel.
+    bool HasProduct() const { return m_product; }
+    pixel_rows::TFoldedRow At(int x, int y) const {
+        const std::uint32_t* masks =
+            m_under(y) + static_cast<unsigned>(x - m_left) % pixel_rows::kFoldedPeriod;
+        return {masks, masks + kLength, masks + 2 * kLength, masks + 3 * kLength};
+    }
+
+private:
+    static constexpr int kLength = pixel_rows::kFoldedPeriod - 1 + pixel_rows::kFoldedLength;
+    int m_left;
+    TPixelBuffer m_masks; // per tile row: the a, b, c and e masks, kLength pixels each
+    TTileRowsUnder m_under;
+    bool m_product{false};
+};
+
+// The bits a row operation keeps of its result: what every operation writes, or all of them
+// for an operation whose result has the top byte clear already.
+using TKeepWritten = std::integral_constant<std::uint32_t, 0x00FFFFFFu>;
+using TKeepAll = std::integral_constant<std::uint32_t, 0xFFFFFFFFu>;
+
+// The rows of an unstretched blit with the ternary operation `code` over `area` under
+// `pattern`: `rows(rowOp, under)` is called once with the row operation for the code and the
+// pattern laid out for it, whose At(x, y) is rowOp's pattern argument for the row from (x, y)
+// on. Functions of source and destination alone and the common three-input operations are
+// written out, so that each becomes a loop of a few vector instructions; the others run as
+// their normal form, with a solid or narrow tiled pattern folded into it.
+template <class BrushMasks, class Rows>
+void WithRopRun(std::uint8_t code, const BrushMasks& pattern, const TRect& area, Rows&& rows) {
+    const auto over = [&](const auto& under, auto op, auto keep) {
+        rows([op](std::uint32_t* dst, const std::uint32_t* src, const auto& p,
+                  int count) { pixel_rows::MixRow<decltype(keep)::value>(dst, src, p, count, op); },
+             under);
+    };
+    const bool tiled = RopUsesPattern(code) && !pattern.null && !pattern.IsSolid();
+    const TSolidPatternRows solid{{pattern.null ? 0u : pattern.solid.xorMask}};
     const auto run = [&](auto op) {
-        rows([op](std::uint32_t* dst, const std::uint32_t* src, const auto& pattern, int count) {
-            pixel_rows::MixRow(dst, src, pattern, count, op);
-        });
+        if (tiled) return over(TTiledPatternRows(pattern, area), op, TKeepWritten{});
+        over(solid, op, TKeepWritten{});
     };
-    // For operations whose result has the top byte clear already.
-    const auto runClear = [&](auto op) {
-        rows([op](std::uint32_t* dst, const std::uint32_t* src, const auto& pattern, int count) {
-            pixel_rows::MixRow<0xFFFFFFFFu>(dst, src, pattern, count, op);
-        });
-    };
-    if (const auto nibble = SourceDestNibble(code, solidPattern))
+    if (const auto nibble = SourceDestNibble(code, tiled ? nullptr : &solid.solid.pixel))
         return WithSourceDestOp(*nibble, run);
     switch (code) {
     case 0xC0: // MERGECOPY
@@ -280,46 +379,21 @@ void WithRopRun(std::uint8_t code, const std::uint32_t* solidPattern, Rows&& row
         break;
     }
     const TRopForm form(code, 0x00FFFFFFu);
-    if (!solidPattern) return runClear(form);
-    const TSourceDestForm under = form.Under(*solidPattern);
+    if (tiled && !TFoldedPatternRows::Folds(pattern))
+        return over(TTiledPatternRows(pattern, area), form, TKeepAll{});
+    const TFoldedPatternRows folded(pattern, area, form);
     // Without the product term (the operation is a sum of its inputs bit by bit) one step less.
-    if (under.e == 0)
-        return runClear([under](auto& r, const auto&, const auto& s, const auto& d) {
-            r = under.a ^ (s & under.b) ^ (d & under.c);
-        });
-    runClear([under](auto& r, const auto&, const auto& s, const auto& d) { under(r, s, d); });
+    if (!folded.HasProduct())
+        return over(
+            folded,
+            [](auto& r, const auto& masks, const auto& s, const auto& d) {
+                r = masks.a ^ (s & masks.b) ^ (d & masks.c);
+            },
+            TKeepAll{});
+    over(
+        folded, [](auto& r, const auto& masks, const auto& s, const auto& d) { masks(r, s, d); },
+        TKeepAll{});
 }
-
-// A tiled pattern laid out over `area`: a row of the area's width for each row of the tile
-// (or of the area, when that is lower), the tile repeated along it. The pattern under row y
-// from column x on, both inside the area, is then one pointer into them, and the tile is read
-// only once per pixel of its own.
-class TTiledPatternRows {
-public:
-    template <class BrushMasks>
-    TTiledPatternRows(const BrushMasks& pattern, const TRect& area)
-        : m_area(area), m_rows(area.Width(), std::min(pattern.height, area.Height())) {
-        for (int j = 0; j < m_rows.Height(); ++j) {
-            std::uint32_t* line = m_rows.Row(j);
-            const int width = area.Width();
-            int done = std::min(pattern.width, width);
-            for (int i = 0; i < done; ++i)
-                line[i] = pattern.At(area.left + i, area.top + j).xorMask;
-            // Whole periods of the tile, twice as many each time.
-            for (; done < width; done *= 2)
-                std::memcpy(line + done, line,
-                            sizeof(std::uint32_t) *
-                                static_cast<std::size_t>(std::min(done, width - done)));
-        }
-    }
-    const std::uint32_t* At(int x, int y) const {
-        return m_rows.Row((y - m_area.top) % m_rows.Height()) + (x - m_area.left);
-    }
-
-private:
-    TRect m_area;
-    TPixelBuffer m_rows;
-};
 
 // The unstretched blit with ternary operation `code` of the visible part of `area` of `dc`'s
 // target, whose pixels read the source at (x + dx, y + dy), inside `src`. `pattern` is the
@@ -330,20 +404,11 @@ void RopRows(const TDeviceContext& dc, TPixelBuffer& target, const TRect& area,
              const BrushMasks& pattern) {
     const TRect inside = Intersect(area, target.Bounds());
     if (inside.IsEmpty()) return;
-    // A solid or no brush is one pixel everywhere; a tiled one is laid out over the area.
-    const pixel_rows::TSolidPattern solid{pattern.null ? 0u : pattern.solid.xorMask};
-    std::optional<TTiledPatternRows> tiled;
-    if (RopUsesPattern(code) && !pattern.null && !pattern.IsSolid()) tiled.emplace(pattern, inside);
-    WithRopRun(code, tiled ? nullptr : &solid.pixel, [&](auto rowOp) {
+    WithRopRun(code, pattern, inside, [&](auto rowOp, const auto& under) {
         dc.ForEachVisibleRect(inside, [&](const TRect& r) {
-            for (int py = r.top; py < r.bottom; ++py) {
-                std::uint32_t* to = target.Row(py) + r.left;
-                const std::uint32_t* from = src.Row(py + dy) + r.left + dx;
-                if (tiled)
-                    rowOp(to, from, pixel_rows::TPatternRow{tiled->At(r.left, py)}, r.Width());
-                else
-                    rowOp(to, from, solid, r.Width());
-            }
+            for (int py = r.top; py < r.bottom; ++py)
+                rowOp(target.Row(py) + r.left, src.Row(py + dy) + r.left + dx, under.At(r.left, py),
+                      r.Width());
         });
     });
 }

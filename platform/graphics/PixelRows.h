@@ -7,9 +7,10 @@
 // count: the wider the vector, the fewer of them.
 //
 // An operation is a callable op(result, pattern, source, dest) that works alike on single
-// pixels and on vectors of them. It takes its operands by reference and writes its result
-// into the first: a wide vector passed by value would change the calling convention
-// between code built with and without AVX.
+// pixels and on vectors of them; under a folded pattern row its pattern argument is the
+// masks of its normal form under those pixels. It takes its operands by reference and writes its
+// result into the first: a wide vector passed by value would change the calling convention between
+// code built with and without AVX.
 
 #include <cstdint>
 #include <cstring>
@@ -29,6 +30,15 @@ inline TVectorWidth WidestVectors() {
     return widest;
 }
 
+// A function of source and destination in its algebraic normal form
+// a ^ (S & b) ^ (D & c) ^ (S & D & e), its masks being pixels or vectors of them.
+template <class M> struct TFormMasks {
+    M a, b, c, e;
+    template <class T> void operator()(T& result, const T& s, const T& d) const {
+        result = a ^ (s & b) ^ (d & c) ^ (s & d & e);
+    }
+};
+
 // A pattern of one pixel everywhere, or the pattern pixels under the row.
 struct TSolidPattern {
     std::uint32_t pixel;
@@ -36,10 +46,19 @@ struct TSolidPattern {
 struct TPatternRow {
     const std::uint32_t* pixels;
 };
+// The pattern under the row folded into an operation's normal form: the form's masks under
+// each pixel, repeating every kFoldedPeriod pixels, each array valid for kFoldedLength pixels
+// from the row's first on. An operation then takes the masks in place of the pattern.
+inline constexpr int kFoldedPeriod = 8;
+inline constexpr int kFoldedLength = 16;
+struct TFoldedRow {
+    const std::uint32_t *a, *b, *c, *e;
+};
 
 // The pattern under vectors of type V: a solid pattern's vector is made once.
 template <class V, class Pattern> struct TPatternVectors;
 template <class V> struct TPatternVectors<V, TSolidPattern> {
+    using TValue = V;
     explicit TPatternVectors(const TSolidPattern& p) : vector(V{} + p.pixel), pixel(p.pixel) {}
     void Load(V& v, int) const { v = vector; }
     std::uint32_t At(int) const { return pixel; }
@@ -47,10 +66,36 @@ template <class V> struct TPatternVectors<V, TSolidPattern> {
     std::uint32_t pixel;
 };
 template <class V> struct TPatternVectors<V, TPatternRow> {
+    using TValue = V;
     explicit TPatternVectors(const TPatternRow& p) : pixels(p.pixels) {}
     void Load(V& v, int i) const { std::memcpy(&v, pixels + i, sizeof v); }
     std::uint32_t At(int i) const { return pixels[i]; }
     const std::uint32_t* pixels;
+};
+// A folded row's masks are made into vectors once. A vector of at least the period holds
+// whole periods and is the same at every step; narrower vectors take turns.
+template <class V> struct TPatternVectors<V, TFoldedRow> {
+    using TValue = TFormMasks<V>;
+    static constexpr int lanes = sizeof(V) / sizeof(std::uint32_t);
+    static constexpr int turns = lanes >= kFoldedPeriod ? 1 : kFoldedPeriod / lanes;
+    static_assert(lanes <= kFoldedLength &&
+                  (lanes % kFoldedPeriod == 0 || kFoldedPeriod % lanes == 0));
+
+    explicit TPatternVectors(const TFoldedRow& row) : row(row) {
+        for (int k = 0; k < turns; ++k) {
+            std::memcpy(&vectors[k].a, row.a + k * lanes, sizeof(V));
+            std::memcpy(&vectors[k].b, row.b + k * lanes, sizeof(V));
+            std::memcpy(&vectors[k].c, row.c + k * lanes, sizeof(V));
+            std::memcpy(&vectors[k].e, row.e + k * lanes, sizeof(V));
+        }
+    }
+    void Load(TValue& v, int i) const { v = vectors[(i / lanes) % turns]; }
+    TFormMasks<std::uint32_t> At(int i) const {
+        const int k = i % kFoldedPeriod;
+        return {row.a[k], row.b[k], row.c[k], row.e[k]};
+    }
+    TValue vectors[turns];
+    TFoldedRow row;
 };
 
 // dst[i] = op(pattern[i], src[i], dst[i]) & kept, in vectors of type V.
@@ -65,7 +110,8 @@ template <class V, std::uint32_t kept, class Pattern, class Op>
     const Op mix = op;
     int i = 0;
     for (; i + lanes <= count; i += lanes) {
-        V p, s, d, result;
+        typename TPatternVectors<V, Pattern>::TValue p;
+        V s, d, result;
         under.Load(p, i);
         std::memcpy(&s, src + i, sizeof s);
         std::memcpy(&d, dst + i, sizeof d);

@@ -231,11 +231,11 @@ TEST(Raster, BlockCopyKeepsTheDestinationOutsideTheSourceAndMovesWholePixels) {
 // Unstretched blits run each operation along whole rows in vectors (rows of 16 pixels and more
 // in the widest the processor has); the general path (both extents negative) walks pixel by
 // pixel. The rows leave tails after the vectors, the copy hangs over the source and is
-// clipped to an L shape, the pixels carry top bytes, and the brush is solid, hatched from an
-// odd origin, or none.
+// clipped to an L shape with a foot too narrow for the wide vectors, the pixels carry top
+// bytes, and the brush is solid, hatched from an odd origin, or none.
 TEST(Raster, UnstretchedBlitsOfEveryOperationMatchTheGeneralPath) {
     std::mt19937 random(11);
-    TPixelBuffer src(37, 6), start(39, 9);
+    TPixelBuffer src(37, 9), start(39, 9);
     for (TPixelBuffer* b : {&src, &start})
         for (int y = 0; y < b->Height(); ++y)
             for (int x = 0; x < b->Width(); ++x)
@@ -246,8 +246,9 @@ TEST(Raster, UnstretchedBlitsOfEveryOperationMatchTheGeneralPath) {
     hatched.color = TColor(0x3366CC);
     TLogBrush none;
     none.style = BS_NULL;
-    const TRegion clip =
-        TRegion::FromRect({1, 1, 38, 5}).Combine(TRegion::FromRect({1, 5, 30, 8}), RGN_OR);
+    const TRegion clip = TRegion::FromRect({1, 1, 38, 5})
+                             .Combine(TRegion::FromRect({1, 5, 30, 8}), RGN_OR)
+                             .Combine(TRegion::FromRect({24, 8, 38, 9}), RGN_OR);
     for (const TLogBrush& brush : {TLogBrush{}, hatched, none})
         for (unsigned code = 0; code < 256; ++code) {
             const std::uint32_t rop = code << 16;
