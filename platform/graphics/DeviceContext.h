@@ -247,11 +247,16 @@ private:
         const TRopMask* Row(int tileY) const {
             return cells.empty() ? &solid : cells.data() + static_cast<std::size_t>(tileY) * width;
         }
-        // The mask of device pixel (x, y): the tile repeats from `origin`.
+        // The cell of the tile over device pixel (x, y): the tile repeats from `origin`.
+        TPoint TileCellOf(int x, int y) const {
+            return {((x - origin.x) % width + width) % width,
+                    ((y - origin.y) % height + height) % height};
+        }
+        // The mask of device pixel (x, y).
         const TRopMask& At(int x, int y) const {
             if (cells.empty()) return solid;
-            const int tileX = ((x - origin.x) % width + width) % width;
-            return Row(((y - origin.y) % height + height) % height)[tileX];
+            const TPoint cell = TileCellOf(x, y);
+            return Row(cell.y)[cell.x];
         }
     };
 

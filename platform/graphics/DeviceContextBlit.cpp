@@ -6,6 +6,7 @@
 #include "PixelRows.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 #include <type_traits>
@@ -238,82 +239,75 @@ template <class Run> void WithSourceDestOp(unsigned nibble, const Run& run) {
     }
 }
 
+// The pattern pixels of row y from column x on, `count` of them, into `line`: the tile's row
+// read once, then repeated by doubling copies.
+template <class BrushMasks>
+void LayOutTileRow(const BrushMasks& pattern, int x, int y, std::uint32_t* line, int count) {
+    const TPoint cell = pattern.TileCellOf(x, y);
+    const TRopMask* row = pattern.Row(cell.y);
+    int done = std::min(pattern.width, count);
+    for (int i = 0, column = cell.x; i < done; ++i) {
+        line[i] = row[column].xorMask;
+        if (++column == pattern.width) column = 0;
+    }
+    for (; done < count; done *= 2)
+        std::memcpy(line + done, line,
+                    sizeof(std::uint32_t) * static_cast<std::size_t>(std::min(done, count - done)));
+}
+
+// A pattern laid out for the rows of an area. Each tile row is laid out once; the rows of a
+// piece of the area take the tile rows in turn from TileRowOf(its top) on, which is the one
+// division per piece, and At(x, tile row) is the row operation's pattern from column x on.
+
 // One pattern pixel under every row.
 struct TSolidPatternRows {
     pixel_rows::TSolidPattern solid;
+    int TileRows() const { return 1; }
+    int TileRowOf(int) const { return 0; }
     pixel_rows::TSolidPattern At(int, int) const { return solid; }
 };
 
-// The laid-out rows of a tile under the rows of an area, the tile repeating down from the
-// area's top: one entry per row of the area, so that a row finds its own without a division.
-class TTileRowsUnder {
-public:
-    TTileRowsUnder(const TPixelBuffer& laidOut, const TRect& area) : m_top(area.top) {
-        m_rows.reserve(static_cast<std::size_t>(area.Height()));
-        for (int j = 0; j < area.Height(); ++j)
-            m_rows.push_back(laidOut.Row(j % laidOut.Height()));
-    }
-    const std::uint32_t* operator()(int y) const {
-        return m_rows[static_cast<std::size_t>(y - m_top)];
-    }
-
-private:
-    int m_top;
-    std::vector<const std::uint32_t*> m_rows;
-};
-
 // A tiled pattern laid out over `area`: a row of the area's width for each row of the tile
-// (or of the area, when that is lower), the tile repeated along it. The pattern under row y
-// from column x on, both inside the area, is then one pointer into them, and the tile is read
-// only once per pixel of its own.
+// (or of the area, when that is lower), the tile repeated along it.
 class TTiledPatternRows {
 public:
     template <class BrushMasks>
     TTiledPatternRows(const BrushMasks& pattern, const TRect& area)
-        : m_left(area.left), m_rows(area.Width(), std::min(pattern.height, area.Height())),
-          m_under(m_rows, area) {
-        for (int j = 0; j < m_rows.Height(); ++j) {
-            std::uint32_t* line = m_rows.Row(j);
-            const int width = area.Width();
-            int done = std::min(pattern.width, width);
-            for (int i = 0; i < done; ++i)
-                line[i] = pattern.At(area.left + i, area.top + j).xorMask;
-            // Whole periods of the tile, twice as many each time.
-            for (; done < width; done *= 2)
-                std::memcpy(line + done, line,
-                            sizeof(std::uint32_t) *
-                                static_cast<std::size_t>(std::min(done, width - done)));
-        }
+        : m_area(area), m_rows(area.Width(), std::min(pattern.height, area.Height())) {
+        for (int j = 0; j < m_rows.Height(); ++j)
+            LayOutTileRow(pattern, area.left, area.top + j, m_rows.Row(j), area.Width());
     }
-    const std::uint32_t* Row(int j) const { return m_rows.Row(j); }
-    pixel_rows::TPatternRow At(int x, int y) const { return {m_under(y) + (x - m_left)}; }
+    int TileRows() const { return m_rows.Height(); }
+    int TileRowOf(int y) const { return (y - m_area.top) % m_rows.Height(); }
+    pixel_rows::TPatternRow At(int x, int tileRow) const {
+        return {m_rows.Row(tileRow) + (x - m_area.left)};
+    }
 
 private:
-    int m_left;
+    TRect m_area;
     TPixelBuffer m_rows;
-    TTileRowsUnder m_under;
 };
 
-// A solid pattern, or a tiled one whose width divides the folded period, folded into an
-// operation's normal form: for each row of the tile, the form under each pixel from the area's left
-// edge on, far enough that a row starting at any column of the area finds its masks from an
-// offset below the period on. The row loop then runs the form with its masks in registers,
-// as under a solid pattern.
+// A solid pattern, or a tiled one of at most kMaxTileRows rows whose width divides the folded
+// period, folded into an operation's normal form: for each row of the tile, the four masks
+// of the form under each pixel from the area's left edge on, far enough that a row starting
+// at any column of the area finds its masks from an offset below the period on. The row
+// loop then runs the form with its masks in registers.
 class TFoldedPatternRows {
 public:
+    static constexpr int kMaxTileRows = 8;
     template <class BrushMasks> static bool Folds(const BrushMasks& pattern) {
-        return pixel_rows::kFoldedPeriod % pattern.width == 0;
+        return pixel_rows::kFoldedPeriod % pattern.width == 0 && pattern.height <= kMaxTileRows;
     }
     template <class BrushMasks>
     TFoldedPatternRows(const BrushMasks& pattern, const TRect& area, const TRopForm& form)
-        : m_left(area.left), m_masks(4 * kLength, std::min(pattern.height, area.Height())),
-          m_under(m_masks, area) {
-        const TTiledPatternRows tile(
-            pattern, {area.left, area.top, area.left + kLength, area.top + m_masks.Height()});
-        for (int j = 0; j < m_masks.Height(); ++j) {
-            std::uint32_t* masks = m_masks.Row(j);
+        : m_area(area), m_rows(std::min(pattern.height, area.Height())) {
+        std::array<std::uint32_t, kLength> pixels;
+        for (int j = 0; j < m_rows; ++j) {
+            LayOutTileRow(pattern, area.left, area.top + j, pixels.data(), kLength);
+            std::uint32_t* masks = Masks(j);
             for (int i = 0; i < kLength; ++i) {
-                const TSourceDestForm under = form.Under(tile.Row(j)[i]);
+                const TSourceDestForm under = form.Under(pixels[static_cast<std::size_t>(i)]);
                 masks[i] = under.a;
                 masks[kLength + i] = under.b;
                 masks[2 * kLength + i] = under.c;
@@ -324,17 +318,25 @@ public:
     }
     // Whether the form has its product term under any pixel.
     bool HasProduct() const { return m_product; }
-    pixel_rows::TFoldedRow At(int x, int y) const {
+    int TileRows() const { return m_rows; }
+    int TileRowOf(int y) const { return (y - m_area.top) % m_rows; }
+    pixel_rows::TFoldedRow At(int x, int tileRow) const {
         const std::uint32_t* masks =
-            m_under(y) + static_cast<unsigned>(x - m_left) % pixel_rows::kFoldedPeriod;
+            m_masks.data() + static_cast<std::size_t>(tileRow) * kRowMasks +
+            static_cast<unsigned>(x - m_area.left) % pixel_rows::kFoldedPeriod;
         return {masks, masks + kLength, masks + 2 * kLength, masks + 3 * kLength};
     }
 
 private:
     static constexpr int kLength = pixel_rows::kFoldedPeriod - 1 + pixel_rows::kFoldedLength;
-    int m_left;
-    TPixelBuffer m_masks; // per tile row: the a, b, c and e masks, kLength pixels each
-    TTileRowsUnder m_under;
+    static constexpr std::size_t kRowMasks = 4 * kLength;
+    std::uint32_t* Masks(int tileRow) {
+        return m_masks.data() + static_cast<std::size_t>(tileRow) * kRowMasks;
+    }
+    TRect m_area;
+    int m_rows;
+    // Per tile row: the a, b, c and e masks, kLength pixels each.
+    std::array<std::uint32_t, kMaxTileRows * kRowMasks> m_masks;
     bool m_product{false};
 };
 
@@ -406,9 +408,11 @@ void RopRows(const TDeviceContext& dc, TPixelBuffer& target, const TRect& area,
     if (inside.IsEmpty()) return;
     WithRopRun(code, pattern, inside, [&](auto rowOp, const auto& under) {
         dc.ForEachVisibleRect(inside, [&](const TRect& r) {
-            for (int py = r.top; py < r.bottom; ++py)
-                rowOp(target.Row(py) + r.left, src.Row(py + dy) + r.left + dx, under.At(r.left, py),
-                      r.Width());
+            for (int py = r.top, tileRow = under.TileRowOf(r.top); py < r.bottom; ++py) {
+                rowOp(target.Row(py) + r.left, src.Row(py + dy) + r.left + dx,
+                      under.At(r.left, tileRow), r.Width());
+                if (++tileRow == under.TileRows()) tileRow = 0;
+            }
         });
     });
 }
