@@ -313,11 +313,13 @@ public:
                 masks[2 * kLength + i] = under.c;
                 masks[3 * kLength + i] = under.e;
                 m_product = m_product || under.e != 0;
+                m_readsDestination = m_readsDestination || under.c != 0 || under.e != 0;
             }
         }
     }
-    // Whether the form has its product term under any pixel.
+    // Whether the form has its product term, or reads the destination, under any pixel.
     bool HasProduct() const { return m_product; }
+    bool ReadsDestination() const { return m_readsDestination; }
     int TileRows() const { return m_rows; }
     int TileRowOf(int y) const { return (y - m_area.top) % m_rows; }
     pixel_rows::TFoldedRow At(int x, int tileRow) const {
@@ -338,6 +340,7 @@ private:
     // Per tile row: the a, b, c and e masks, kLength pixels each.
     std::array<std::uint32_t, kMaxTileRows * kRowMasks> m_masks;
     bool m_product{false};
+    bool m_readsDestination{false};
 };
 
 // The bits a row operation keeps of its result: what every operation writes, or all of them
@@ -366,25 +369,40 @@ void WithRopRun(std::uint8_t code, const BrushMasks& pattern, const TRect& area,
     };
     if (const auto nibble = SourceDestNibble(code, tiled ? nullptr : &solid.solid.pixel))
         return WithSourceDestOp(*nibble, run);
-    switch (code) {
-    case 0xC0: // MERGECOPY
-        return run([](auto& r, const auto& p, const auto& s, const auto&) { r = p & s; });
-    case 0xFB: // PATPAINT
-        return run([](auto& r, const auto& p, const auto& s, const auto& d) { r = d | p | ~s; });
-    case 0xB8: // PSDPxax: the pattern where the source is black, the destination elsewhere
-        return run(
-            [](auto& r, const auto& p, const auto& s, const auto& d) { r = ((d ^ p) & s) ^ p; });
-    case 0xE2: // DSPDxax: the pattern where the source is white, the destination elsewhere
-        return run(
-            [](auto& r, const auto& p, const auto& s, const auto& d) { r = ((p ^ d) & s) ^ d; });
-    default:
-        break;
+    // A narrow tile folds into the operation's form, which then reads no pattern at all; the
+    // written-out operations are for a solid pattern and wide tiles.
+    const bool folds = TFoldedPatternRows::Folds(pattern);
+    if (!tiled || !folds) {
+        switch (code) {
+        case 0xC0: // MERGECOPY
+            return run([](auto& r, const auto& p, const auto& s, const auto&) { r = p & s; });
+        case 0xFB: // PATPAINT
+            return run(
+                [](auto& r, const auto& p, const auto& s, const auto& d) { r = d | p | ~s; });
+        case 0xB8: // PSDPxax: the pattern where the source is black, the destination elsewhere
+            return run([](auto& r, const auto& p, const auto& s, const auto& d) {
+                r = ((d ^ p) & s) ^ p;
+            });
+        case 0xE2: // DSPDxax: the pattern where the source is white, the destination elsewhere
+            return run([](auto& r, const auto& p, const auto& s, const auto& d) {
+                r = ((p ^ d) & s) ^ d;
+            });
+        default:
+            break;
+        }
     }
     const TRopForm form(code, 0x00FFFFFFu);
-    if (tiled && !TFoldedPatternRows::Folds(pattern))
-        return over(TTiledPatternRows(pattern, area), form, TKeepAll{});
+    if (!folds) return over(TTiledPatternRows(pattern, area), form, TKeepAll{});
     const TFoldedPatternRows folded(pattern, area, form);
-    // Without the product term (the operation is a sum of its inputs bit by bit) one step less.
+    // Without the terms of the destination it is not read; without the product term (the
+    // operation is a sum of its inputs bit by bit) one step less.
+    if (!folded.ReadsDestination())
+        return over(
+            folded,
+            [](auto& r, const auto& masks, const auto& s, const auto&) {
+                r = masks.a ^ (s & masks.b);
+            },
+            TKeepAll{});
     if (!folded.HasProduct())
         return over(
             folded,

@@ -63,8 +63,9 @@ TEST(Raster, Rop2TableMatchesItsBooleanDefinition) {
 
 TEST(Raster, EveryRop3WorksOnWholeWordsThroughBitBltPatBltAndCopyMode) {
     // Random 24-bit destination and source, rows long enough for the widest vectors and a
-    // tail, under an 8 x 8 pattern brush and under solid brushes of black, white and another
-    // colour; bit (4P + 2S + D) of the index is the result of each of the 24 colour bits.
+    // tail, under pattern brushes of 8 x 8 (which fold into the operation), 12 x 10 and 4 x 16
+    // (which do not) and under solid brushes of black, white and another colour; bit
+    // (4P + 2S + D) of the index is the result of each of the 24 colour bits.
     constexpr int width = 37, height = 3;
     std::mt19937 random(7);
     auto randomPicture = [&](TBitmap& b) {
@@ -72,10 +73,10 @@ TEST(Raster, EveryRop3WorksOnWholeWordsThroughBitBltPatBltAndCopyMode) {
             for (int x = 0; x < b.Width(); ++x)
                 b.ScanLine(y)[x] = random() & 0xFFFFFF;
     };
-    TBitmap destination(width, height), source(width, height), pattern(8, 8);
-    randomPicture(destination);
-    randomPicture(source);
-    randomPicture(pattern);
+    TBitmap destination(width, height), source(width, height), pattern(8, 8), wide(12, 10),
+        tall(4, 16);
+    for (TBitmap* b : {&destination, &source, &pattern, &wide, &tall})
+        randomPicture(*b);
     struct TPatternCase {
         const char* name;
         std::function<void(TBrush&)> select;
@@ -85,12 +86,15 @@ TEST(Raster, EveryRop3WorksOnWholeWordsThroughBitBltPatBltAndCopyMode) {
         return TPatternCase{name, [pixel](TBrush& b) { b.SetColor(PixelToColor(pixel)); },
                             [pixel](int, int) { return pixel; }};
     };
-    const TPatternCase patterns[] = {
-        {"bitmap", [&](TBrush& b) { b.SetBitmap(&pattern); },
-         [&](int x, int y) { return pattern.Pixels().At(x % 8, y % 8); }},
-        solid("black", 0),
-        solid("white", 0xFFFFFF),
-        solid("colour", 0x3366CC)};
+    const auto tiled = [](const char* name, TBitmap& tile) {
+        return TPatternCase{name, [&tile](TBrush& b) { b.SetBitmap(&tile); },
+                            [&tile](int x, int y) {
+                                return tile.Pixels().At(x % tile.Width(), y % tile.Height());
+                            }};
+    };
+    const TPatternCase patterns[] = {tiled("bitmap 8x8", pattern), tiled("bitmap 12x10", wide),
+                                     tiled("bitmap 4x16", tall),   solid("black", 0),
+                                     solid("white", 0xFFFFFF),     solid("colour", 0x3366CC)};
     for (const TPatternCase& under : patterns)
         for (unsigned code = 0; code < 256; ++code) {
             const auto expected = [&](int x, int y) {
