@@ -426,10 +426,17 @@ void RopRows(const TDeviceContext& dc, TPixelBuffer& target, const TRect& area,
     if (inside.IsEmpty()) return;
     WithRopRun(code, pattern, inside, [&](auto rowOp, const auto& under) {
         dc.ForEachVisibleRect(inside, [&](const TRect& r) {
-            for (int py = r.top, tileRow = under.TileRowOf(r.top); py < r.bottom; ++py) {
-                rowOp(target.Row(py) + r.left, src.Row(py + dy) + r.left + dx,
-                      under.At(r.left, tileRow), r.Width());
-                if (++tileRow == under.TileRows()) tileRow = 0;
+            // Everything the rows need in locals: across the call for each row, whatever is
+            // read through a reference would be read again.
+            std::uint32_t* to = target.Row(r.top) + r.left;
+            const std::uint32_t* from = src.Row(r.top + dy) + r.left + dx;
+            const std::ptrdiff_t toStride = target.Stride(), fromStride = src.Stride();
+            const int left = r.left, width = r.Width(), tileRows = under.TileRows();
+            for (int rows = r.Height(), tileRow = under.TileRowOf(r.top); rows > 0; --rows) {
+                rowOp(to, from, under.At(left, tileRow), width);
+                if (++tileRow == tileRows) tileRow = 0;
+                to += toStride;
+                from += fromStride;
             }
         });
     });
