@@ -350,10 +350,10 @@ using TKeepAll = std::integral_constant<std::uint32_t, 0xFFFFFFFFu>;
 
 // The rows of an unstretched blit with the ternary operation `code` over `area` under
 // `pattern`: `rows(rowOp, under)` is called once with the row operation for the code and the
-// pattern laid out for it, whose At(x, y) is rowOp's pattern argument for the row from (x, y)
-// on. Functions of source and destination alone and the common three-input operations are
-// written out, so that each becomes a loop of a few vector instructions; the others run as
-// their normal form, with a solid or narrow tiled pattern folded into it.
+// pattern laid out for it (see above). Functions of source and destination alone are written
+// out, and the common three-input operations under a solid pattern or a wide tile, so that
+// each becomes a loop of a few vector instructions; the others run as their normal form, with
+// a solid or narrow tiled pattern folded into it.
 template <class BrushMasks, class Rows>
 void WithRopRun(std::uint8_t code, const BrushMasks& pattern, const TRect& area, Rows&& rows) {
     const auto over = [&](const auto& under, auto op, auto keep) {
