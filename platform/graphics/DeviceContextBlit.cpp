@@ -363,12 +363,13 @@ void WithRopRun(std::uint8_t code, const BrushMasks& pattern, const TRect& area,
     };
     const bool tiled = RopUsesPattern(code) && !pattern.null && !pattern.IsSolid();
     const TSolidPatternRows solid{{pattern.null ? 0u : pattern.solid.xorMask}};
+    // A function of source and destination ignores the pattern it is given.
+    if (const auto nibble = SourceDestNibble(code, tiled ? nullptr : &solid.solid.pixel))
+        return WithSourceDestOp(*nibble, [&](auto op) { over(solid, op, TKeepWritten{}); });
     const auto run = [&](auto op) {
         if (tiled) return over(TTiledPatternRows(pattern, area), op, TKeepWritten{});
         over(solid, op, TKeepWritten{});
     };
-    if (const auto nibble = SourceDestNibble(code, tiled ? nullptr : &solid.solid.pixel))
-        return WithSourceDestOp(*nibble, run);
     // A narrow tile folds into the operation's form, which then reads no pattern at all; the
     // written-out operations are for a solid pattern and wide tiles.
     const bool folds = TFoldedPatternRows::Folds(pattern);
