@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 namespace qv {
 
@@ -290,14 +291,27 @@ bool TWidePen::JoinsInsideWindow(std::span<const TPoint> points) const {
     if (lowX > highX || lowY > highY || lowX < INT_MIN || highX > INT_MAX || lowY < INT_MIN ||
         highY > INT_MAX)
         return false; // (a window reaching the ends of the int range is simply not used)
-    // One unsigned comparison per axis: x - lowX wraps round for x below lowX.
+    // One unsigned comparison per axis: x - lowX wraps round for x below lowX. Two points at a
+    // time, as the four lanes (x, y, x, y) of a vector; the lanes of points outside are or-ed
+    // together, with no branch per point.
+    typedef unsigned TLanes __attribute__((vector_size(16)));
+    static_assert(sizeof(TPoint) == 2 * sizeof(unsigned));
     const auto x0 = static_cast<unsigned>(lowX), y0 = static_cast<unsigned>(lowY);
     const auto width = static_cast<unsigned>(highX - lowX);
     const auto height = static_cast<unsigned>(highY - lowY);
-    for (const TPoint& p : points)
-        if (static_cast<unsigned>(p.x) - x0 > width || static_cast<unsigned>(p.y) - y0 > height)
-            return false;
-    return true;
+    const TLanes origin{x0, y0, x0, y0}, size{width, height, width, height};
+    TLanes outside{};
+    std::size_t i = 0;
+    for (; i + 2 <= points.size(); i += 2) {
+        TLanes pair;
+        std::memcpy(&pair, &points[i], sizeof pair);
+        outside |= static_cast<TLanes>(pair - origin > size);
+    }
+    unsigned rest = outside[0] | outside[1] | outside[2] | outside[3];
+    if (i < points.size())
+        rest |= static_cast<unsigned>(static_cast<unsigned>(points[i].x) - x0 > width ||
+                                      static_cast<unsigned>(points[i].y) - y0 > height);
+    return rest == 0;
 }
 
 // Walks the points from `start` on: the chains of their joins, the bodies of longer segments
