@@ -262,16 +262,15 @@ void TWidePen::StrokeByRows(std::span<const TPoint> points, bool close) {
     m_rowSpans.clear();
     m_looseSpans.clear();
     m_chains.clear();
-    m_runs.clear();
-    m_pendingRests.clear();
+    m_pendingRestCount = 0;
     if (m_out->Window().IsEmpty()) return; // every span would be cut away
     // A closed outline is walked from where a chain ends, so that no chain is cut in two where
     // the outline closes (an ellipse makes two chains, its two sides).
     const std::size_t start = close ? ClosedWalkStart(points) : 0;
-    if (JoinsInsideWindow(points))
-        Walk<true>(points, close, start);
+    if (JoinsInsideWindow(points) && OneStepApart(points, close))
+        WalkSteps(points, close, start);
     else
-        Walk<false>(points, close, start);
+        Walk(points, close, start);
     for (TChain& chain : m_chains)
         ChainRows(chain);
     AddRests();
@@ -314,15 +313,104 @@ bool TWidePen::JoinsInsideWindow(std::span<const TPoint> points) const {
     return rest == 0;
 }
 
+// Whether each point lies at most one pixel from the one before (and the last from the first
+// when `close`) each way, as a curve's outline does. Differences are taken modulo 2^32: the
+// points lie inside the window here, and no two points of one window are 2^32 - 1 apart.
+// Two steps at a time, as the lanes of one vector, or-ed together with no branch per point.
+bool TWidePen::OneStepApart(std::span<const TPoint> points, bool close) {
+    typedef unsigned TLanes __attribute__((vector_size(16)));
+    const TLanes one{1, 1, 1, 1}, two{2, 2, 2, 2};
+    TLanes apart{};
+    std::size_t i = 0;
+    for (; i + 3 <= points.size(); i += 2) {
+        TLanes from, to;
+        std::memcpy(&from, &points[i], sizeof from);
+        std::memcpy(&to, &points[i + 1], sizeof to);
+        apart |= static_cast<TLanes>(to - from + one > two);
+    }
+    unsigned far = apart[0] | apart[1] | apart[2] | apart[3];
+    const auto farStep = [](TPoint a, TPoint b) {
+        return static_cast<unsigned>(b.x) - static_cast<unsigned>(a.x) + 1 > 2 ||
+               static_cast<unsigned>(b.y) - static_cast<unsigned>(a.y) + 1 > 2;
+    };
+    for (; i + 1 < points.size(); ++i)
+        far |= static_cast<unsigned>(farStep(points[i], points[i + 1]));
+    if (close) far |= static_cast<unsigned>(farStep(points.back(), points.front()));
+    return far == 0;
+}
+
+// The walk of a stroke whose joins and rests lie inside the window and whose points lie one
+// step apart (a curve's outline): no segment bodies and nothing to cut. The chain's last run
+// and row count stay in registers, and runs and rests are written through pointers into room
+// made when a chain starts (at most a run per step, and the step's rests).
+void TWidePen::WalkSteps(std::span<const TPoint> points, bool close, std::size_t start) {
+    const std::size_t n = points.size();
+    const std::size_t steps = close ? n : n - 1;
+    const std::size_t sentinels = m_capRows.size() - 1;
+    std::size_t walked = 0; // steps
+    std::size_t runCount = 0, restCount = 0;
+    TPoint p = points[start];
+    for (;;) {
+        const std::size_t stepsLeft = steps - walked;
+        m_runs.resize(std::max(m_runs.size(), runCount + stepsLeft + 2 * sentinels + 1));
+        m_pendingRests.resize(
+            std::max(m_pendingRests.size(), restCount + stepsLeft * m_mostRestsPerStep));
+        TRun* const runs = m_runs.data();
+        TPendingRest* const rests = m_pendingRests.data();
+        std::fill_n(runs + runCount, sentinels, kNoRun);
+        runCount += sentinels;
+        TChain chain{p.y, 1, runCount};
+        const int chainIndex = static_cast<int>(m_chains.size());
+        TRun run{p.x, p.x};
+        int rowStep = 0; // +1 down, -1 up, 0 while the chain has one row
+        bool turned = false;
+        while (walked < steps) {
+            const std::size_t i = start + walked + 1;
+            const TPoint q = points[i < n ? i : i - n];
+            const int dx = q.x - p.x, dy = q.y - p.y;
+            ++walked;
+            const auto direction = static_cast<std::size_t>((dy + 1) * 3 + dx + 1);
+            for (std::size_t k = m_restStart[direction]; k < m_restStart[direction + 1]; ++k) {
+                const TRowSpan& r = m_rests[k];
+                rests[restCount++] = {{p.y + r.y, p.x + r.left, p.x + r.right}, chainIndex};
+            }
+            if (walked == n) break; // back at the first point of a closed outline
+            p = q;
+            if (dy == 0) {
+                run = {std::min(run.x0, q.x), std::max(run.x1, q.x)};
+            } else if (dy != -rowStep) {
+                runs[runCount++] = run;
+                run = {q.x, q.x};
+                ++chain.rows;
+                rowStep = dy;
+            } else {
+                turned = true; // q starts the next chain
+                break;
+            }
+        }
+        runs[runCount++] = run;
+        if (rowStep < 0) {
+            std::reverse(runs + chain.firstRun, runs + runCount);
+            chain.top -= chain.rows - 1;
+        }
+        std::fill_n(runs + runCount, sentinels, kNoRun);
+        runCount += sentinels;
+        m_chains.push_back(chain);
+        if (!turned) break;
+    }
+    m_pendingRestCount = restCount;
+}
+
 // Walks the points from `start` on: the chains of their joins, the bodies of longer segments
-// and the rests of one-step ones. kInside: every join and rest lies inside the window.
-template <bool kInside>
+// and the rests of one-step ones, cut to the window.
 void TWidePen::Walk(std::span<const TPoint> points, bool close, std::size_t start) {
     const TRect& window = m_out->Window();
     // The points whose join reaches the window, and the first points of one-step segments
     // whose body rest does.
     const TReach joinReach(window, m_capBox);
     const TReach restReach(window, m_restBox);
+    m_runs.clear();
+    m_pendingRests.clear();
     bool inChain = false;
     int rowStep = 0; // the current chain's: +1 down, -1 up, 0 while it has one row
     // The step from the point before to this one (in 64 bits: a point of a polyline may lie
@@ -333,7 +421,7 @@ void TWidePen::Walk(std::span<const TPoint> points, bool close, std::size_t star
     for (std::size_t walked = 0; walked < n; ++walked) {
         const std::size_t i = start + walked < n ? start + walked : start + walked - n;
         const TPoint p = points[i];
-        if (!kInside && !joinReach.Contains(p)) {
+        if (!joinReach.Contains(p)) {
             if (inChain) EndChain(rowStep);
             inChain = false;
         } else if (inChain && oneStep && (stepY == 0 || stepY != -rowStep)) {
@@ -363,14 +451,10 @@ void TWidePen::Walk(std::span<const TPoint> points, bool close, std::size_t star
         }
         const auto direction = static_cast<std::size_t>((stepY + 1) * 3 + stepX + 1);
         const std::size_t firstRest = m_restStart[direction], endRest = m_restStart[direction + 1];
-        if (firstRest == endRest || (!kInside && !restReach.Contains(p))) continue;
+        if (firstRest == endRest || !restReach.Contains(p)) continue;
         const int chain = inChain ? static_cast<int>(m_chains.size()) - 1 : -1;
         for (std::size_t k = firstRest; k < endRest; ++k) {
             const TRowSpan& r = m_rests[k];
-            if constexpr (kInside) {
-                m_pendingRests.push_back({{p.y + r.y, p.x + r.left, p.x + r.right}, chain});
-                continue;
-            }
             const int y = p.y + r.y;
             const int left = std::max(p.x + r.left, window.left);
             const int right = std::min(p.x + r.right, window.right);
@@ -379,12 +463,13 @@ void TWidePen::Walk(std::span<const TPoint> points, bool close, std::size_t star
         }
     }
     if (inChain) EndChain(rowStep);
+    m_pendingRestCount = m_pendingRests.size();
 }
 
 // A body rest mostly touches the joins' span of its own chain in its row: it widens that span
 // (two touching spans are one). The others are spans of their own.
 void TWidePen::AddRests() {
-    for (const TPendingRest& rest : m_pendingRests) {
+    for (const TPendingRest& rest : std::span(m_pendingRests).first(m_pendingRestCount)) {
         const TRowSpan& r = rest.span;
         if (rest.chain >= 0) {
             const TChain& chain = m_chains[static_cast<std::size_t>(rest.chain)];
@@ -564,6 +649,8 @@ void TWidePen::FindBodyRests() {
         }
     }
     m_restStart[9] = m_rests.size();
+    for (std::size_t d = 0; d < 9; ++d)
+        m_mostRestsPerStep = std::max(m_mostRestsPerStep, m_restStart[d + 1] - m_restStart[d]);
     const auto unite = [](const TRect& a, const TRect& b) {
         return a.IsEmpty() ? b
                            : TRect{std::min(a.left, b.left), std::min(a.top, b.top),

@@ -84,7 +84,8 @@ private:
     void StrokeJoinByJoin(std::span<const TPoint> points, bool close);
     void StrokeByRows(std::span<const TPoint> points, bool close);
     bool JoinsInsideWindow(std::span<const TPoint> points) const;
-    template <bool kInside>
+    static bool OneStepApart(std::span<const TPoint> points, bool close);
+    void WalkSteps(std::span<const TPoint> points, bool close, std::size_t start);
     void Walk(std::span<const TPoint> points, bool close, std::size_t start);
     static std::size_t ClosedWalkStart(std::span<const TPoint> points);
     void StartChain(TPoint p);
@@ -111,6 +112,7 @@ private:
     bool m_haveBodyRests{false};
     std::vector<TRowSpan> m_rests;
     std::array<std::size_t, 10> m_restStart{};
+    std::size_t m_mostRestsPerStep{0};
     TRect m_restBox;
     TRect m_reachBox; // the join's box and m_restBox together
 
@@ -119,8 +121,11 @@ private:
     bool m_byRows{false};
     std::vector<TPoint> m_pts;
     std::vector<TChain> m_chains;
+    // The fast walk writes these through pointers and only grows them (the used rests are
+    // counted apart; the runs are reached through the chains).
     std::vector<TRun> m_runs;
     std::vector<TPendingRest> m_pendingRests;
+    std::size_t m_pendingRestCount{0};
     std::vector<TRowSpan> m_rowSpans;    // the chains' spans, chain by chain, row by row
     std::vector<TRowSpan> m_looseSpans;  // the spans of bodies and rests that widen no chain
     std::vector<TRowSpan> m_sortedSpans; // the loose spans by row
