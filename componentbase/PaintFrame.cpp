@@ -16,12 +16,12 @@ TFrameBackground TFrameBackground::ParentOrSteel(const TControl& control, bool s
 
 void FillBackground(TCanvas& canvas, const TRect& rect, const TFrameBackground& background) {
     if (background.kind == TFrameBackground::TKind::Steel) {
-        PaintSteel(canvas, rect);
+        if (!background.paintedOver) PaintSteel(canvas, rect);
         return;
     }
     if (background.kind == TFrameBackground::TKind::Beneath) return;
     canvas.Brush().SetColor(background.color);
-    canvas.FillRect(rect);
+    if (!background.paintedOver) canvas.FillRect(rect);
 }
 
 void DrawDesignOutline(TCanvas& canvas, int width, int height) {
@@ -73,7 +73,7 @@ TCanvas& TPaintFrame::Begin(const TControl& control, TCanvas& target,
             m_picture.SetSize(width, height);
         canvas = &m_picture.Canvas();
         ResetCanvasTools(*canvas);
-        if (background.kind == TFrameBackground::TKind::Beneath)
+        if (background.kind == TFrameBackground::TKind::Beneath && !background.paintedOver)
             canvas->CopyRect({0, 0, width, height}, target, {0, 0, width, height});
     }
     FillBackground(*canvas, {0, 0, width, height}, background);

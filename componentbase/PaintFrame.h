@@ -27,6 +27,10 @@ struct TFrameBackground {
     enum class TKind { Flat, Steel, Beneath };
     TKind kind{TKind::Flat};
     TColor color{clBtnFace};
+    // Set when the paint first draws a picture over the whole control itself (a cached face):
+    // the canvas is left with this background's tools, but nothing is filled or copied, which
+    // the face would cover at once.
+    bool paintedOver{false};
 
     static TFrameBackground Flat(TColor color) { return {TKind::Flat, color}; }
     static TFrameBackground Steel() { return {TKind::Steel, clBtnFace}; }
@@ -37,10 +41,16 @@ struct TFrameBackground {
     static TFrameBackground FlatOrSteel(TColor color, bool steel) {
         return steel ? Steel() : Flat(color);
     }
+    // This background, painted over when `paintedOver` is set.
+    TFrameBackground PaintedOver(bool over) const {
+        TFrameBackground b = *this;
+        b.paintedOver = over;
+        return b;
+    }
 };
 
-// Fills `rect` of `canvas` with `background` (Beneath leaves it as it is); the brush is left
-// with the background's colour.
+// Fills `rect` of `canvas` with `background` (Beneath, or a background painted over, leaves
+// the pixels as they are); the brush is left with the background's colour.
 void FillBackground(TCanvas& canvas, const TRect& rect, const TFrameBackground& background);
 
 // Draws the dashed design-time outline (0, 0, width, height): black dashed pen, no fill. The

@@ -232,8 +232,10 @@ TqPanelMeter::TDialLook TqPanelMeter::DialLook() const {
 // last, so the pixels are those of drawing it all in one go.
 void TqPanelMeter::Paint() {
     if (m_steelLook) Steel();
-    TCanvas& c = m_frame.Begin(*this, Canvas(), TFrameBackground::Flat(clWhite));
-    if (static_cast<long long>(Width()) * Height() <= kMaxCachedPixels) {
+    const bool cached = static_cast<long long>(Width()) * Height() <= kMaxCachedPixels;
+    TCanvas& c =
+        m_frame.Begin(*this, Canvas(), TFrameBackground::Flat(clWhite).PaintedOver(cached));
+    if (cached) {
         c.Draw(0, 0, m_dial.Picture(DialLook(), Width(), Height(), [this](TCanvas& dial) {
             dial.Brush().SetColor(clWhite);
             dial.FillRect({0, 0, Width(), Height()});

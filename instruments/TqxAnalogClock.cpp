@@ -318,8 +318,10 @@ TqxAnalogClock::TDialLook TqxAnalogClock::DialLook() const {
 
 // The dial is kept between paints while its look holds; the hands are drawn over it.
 void TqxAnalogClock::Paint() {
-    TCanvas& c = m_frame.Begin(*this, Canvas(), TFrameBackground::Flat(Color()));
-    if (static_cast<long long>(Width()) * Height() <= kMaxCachedPixels)
+    const bool cached = static_cast<long long>(Width()) * Height() <= kMaxCachedPixels;
+    TCanvas& c =
+        m_frame.Begin(*this, Canvas(), TFrameBackground::Flat(Color()).PaintedOver(cached));
+    if (cached)
         c.Draw(0, 0, m_dial.Picture(DialLook(), Width(), Height(), [this](TCanvas& dial) {
             DrawDial(dial);
         }));

@@ -284,8 +284,9 @@ TqxDinMeter::TDialLook TqxDinMeter::DialLook() const {
 // All but the needle is kept between paints while its look holds; the needle comes last.
 void TqxDinMeter::Paint() {
     const TFrameBackground background = TFrameBackground::FlatOrSteel(m_frameColor, m_steelLook);
-    TCanvas& c = m_frame.Begin(*this, Canvas(), background);
-    if (static_cast<long long>(Width()) * Height() <= kMaxCachedPixels)
+    const bool cached = static_cast<long long>(Width()) * Height() <= kMaxCachedPixels;
+    TCanvas& c = m_frame.Begin(*this, Canvas(), background.PaintedOver(cached));
+    if (cached)
         c.Draw(0, 0, m_dial.Picture(DialLook(), Width(), Height(), [&](TCanvas& dial) {
             FillBackground(dial, {0, 0, Width(), Height()}, background);
             PaintDial(dial);

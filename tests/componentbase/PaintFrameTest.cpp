@@ -1,5 +1,6 @@
 // The shared paint frame and cached face: what lies under a picture, the design-time
-// outline, OnPaint after the copy, a kept bitmap that starts every paint with fresh tools,
+// outline, OnPaint after the copy, a kept bitmap that starts every paint with fresh tools (and
+// keeps its pixels under a background the paint covers itself),
 // huge controls, and faces drawn once per look.
 
 #include "componentbase/PaintFrame.h"
@@ -78,6 +79,24 @@ TEST_F(PaintFrame, BackgroundIsFlatParentColourOrSteelTiledFromTheControlsOrigin
     EXPECT_EQ(PixelOf(*c, 1, 1), kWhite);
     EXPECT_EQ(PixelOf(*c, 2, 1), kSilver);
     EXPECT_EQ(PixelOf(*c, 9, 9), kWhite);
+}
+
+// A background painted over fills and copies nothing (the first paint's pixels stay where the
+// second draws none) but leaves the brush as the background would.
+TEST_F(PaintFrame, APaintedOverBackgroundKeepsThePixelsAndSetsTheBrush) {
+    TFramed* c = Framed();
+    c->draw = [](TCanvas& canvas) { canvas.SetPixel(3, 2, kRed); };
+    c->Repaint();
+    for (const TFrameBackground& under : {TFrameBackground::Flat(kSilver),
+                                          TFrameBackground::Steel(), TFrameBackground::Beneath()}) {
+        TColor brush = kBlack;
+        c->background = under.PaintedOver(true);
+        c->draw = [&](TCanvas& canvas) { brush = canvas.Brush().Color(); };
+        c->Repaint();
+        EXPECT_EQ(PixelOf(*c, 20, 15), kBlue);
+        EXPECT_EQ(PixelOf(*c, 3, 2), kRed);
+        EXPECT_EQ(brush, under.kind == TFrameBackground::TKind::Flat ? kSilver : kWhite);
+    }
 }
 
 TEST_F(PaintFrame, EveryPaintStartsWithFreshToolsOnTheKeptBitmap) {
