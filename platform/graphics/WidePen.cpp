@@ -22,6 +22,20 @@ int RoundHalfAway(double v) {
     return static_cast<int>(v > 0 ? v + 0.5 : v - 0.5);
 }
 
+// Four 32-bit lanes: two points (x, y, x, y) tested at a time without a branch per point.
+typedef unsigned TLanes __attribute__((vector_size(16)));
+static_assert(sizeof(TPoint) == 2 * sizeof(unsigned));
+
+TLanes PointPairAt(const TPoint* points) {
+    TLanes pair;
+    std::memcpy(&pair, points, sizeof pair);
+    return pair;
+}
+
+bool AnyLaneSet(TLanes lanes) {
+    return (lanes[0] | lanes[1] | lanes[2] | lanes[3]) != 0;
+}
+
 } // namespace
 
 TWidePen::TWidePen(int width) : m_width(width) {
@@ -291,52 +305,39 @@ bool TWidePen::JoinsInsideWindow(std::span<const TPoint> points) const {
         highY > INT_MAX)
         return false; // (a window reaching the ends of the int range is simply not used)
     // One unsigned comparison per axis: x - lowX wraps round for x below lowX. Two points at a
-    // time, as the four lanes (x, y, x, y) of a vector; the lanes of points outside are or-ed
-    // together, with no branch per point.
-    typedef unsigned TLanes __attribute__((vector_size(16)));
-    static_assert(sizeof(TPoint) == 2 * sizeof(unsigned));
+    // time; the lanes of points outside are or-ed together.
     const auto x0 = static_cast<unsigned>(lowX), y0 = static_cast<unsigned>(lowY);
     const auto width = static_cast<unsigned>(highX - lowX);
     const auto height = static_cast<unsigned>(highY - lowY);
     const TLanes origin{x0, y0, x0, y0}, size{width, height, width, height};
     TLanes outside{};
     std::size_t i = 0;
-    for (; i + 2 <= points.size(); i += 2) {
-        TLanes pair;
-        std::memcpy(&pair, &points[i], sizeof pair);
-        outside |= static_cast<TLanes>(pair - origin > size);
-    }
-    unsigned rest = outside[0] | outside[1] | outside[2] | outside[3];
-    if (i < points.size())
-        rest |= static_cast<unsigned>(static_cast<unsigned>(points[i].x) - x0 > width ||
-                                      static_cast<unsigned>(points[i].y) - y0 > height);
-    return rest == 0;
+    for (; i + 2 <= points.size(); i += 2)
+        outside |= static_cast<TLanes>(PointPairAt(&points[i]) - origin > size);
+    if (AnyLaneSet(outside)) return false;
+    return i == points.size() || (static_cast<unsigned>(points[i].x) - x0 <= width &&
+                                  static_cast<unsigned>(points[i].y) - y0 <= height);
 }
 
 // Whether each point lies at most one pixel from the one before (and the last from the first
 // when `close`) each way, as a curve's outline does. Differences are taken modulo 2^32: the
 // points lie inside the window here, and no two points of one window are 2^32 - 1 apart.
-// Two steps at a time, as the lanes of one vector, or-ed together with no branch per point.
+// Two steps at a time; the lanes of steps further are or-ed together.
 bool TWidePen::OneStepApart(std::span<const TPoint> points, bool close) {
-    typedef unsigned TLanes __attribute__((vector_size(16)));
     const TLanes one{1, 1, 1, 1}, two{2, 2, 2, 2};
-    TLanes apart{};
+    TLanes far{};
     std::size_t i = 0;
-    for (; i + 3 <= points.size(); i += 2) {
-        TLanes from, to;
-        std::memcpy(&from, &points[i], sizeof from);
-        std::memcpy(&to, &points[i + 1], sizeof to);
-        apart |= static_cast<TLanes>(to - from + one > two);
-    }
-    unsigned far = apart[0] | apart[1] | apart[2] | apart[3];
-    const auto farStep = [](TPoint a, TPoint b) {
-        return static_cast<unsigned>(b.x) - static_cast<unsigned>(a.x) + 1 > 2 ||
-               static_cast<unsigned>(b.y) - static_cast<unsigned>(a.y) + 1 > 2;
+    for (; i + 3 <= points.size(); i += 2)
+        far |=
+            static_cast<TLanes>(PointPairAt(&points[i + 1]) - PointPairAt(&points[i]) + one > two);
+    if (AnyLaneSet(far)) return false;
+    const auto oneStep = [](TPoint a, TPoint b) {
+        return static_cast<unsigned>(b.x) - static_cast<unsigned>(a.x) + 1 <= 2 &&
+               static_cast<unsigned>(b.y) - static_cast<unsigned>(a.y) + 1 <= 2;
     };
     for (; i + 1 < points.size(); ++i)
-        far |= static_cast<unsigned>(farStep(points[i], points[i + 1]));
-    if (close) far |= static_cast<unsigned>(farStep(points.back(), points.front()));
-    return far == 0;
+        if (!oneStep(points[i], points[i + 1])) return false;
+    return !close || oneStep(points.back(), points.front());
 }
 
 // The walk of a stroke whose joins and rests lie inside the window and whose points lie one

@@ -112,7 +112,7 @@ private:
     bool m_haveBodyRests{false};
     std::vector<TRowSpan> m_rests;
     std::array<std::size_t, 10> m_restStart{};
-    std::size_t m_mostRestsPerStep{0};
+    std::size_t m_mostRestsPerStep{0}; // the most rests of any one direction
     TRect m_restBox;
     TRect m_reachBox; // the join's box and m_restBox together
 
@@ -121,8 +121,8 @@ private:
     bool m_byRows{false};
     std::vector<TPoint> m_pts;
     std::vector<TChain> m_chains;
-    // The fast walk writes these through pointers and only grows them (the used rests are
-    // counted apart; the runs are reached through the chains).
+    // The walks fill these; the one of one-step strokes writes through pointers and only grows
+    // them, so the rests in use are counted apart (the runs are reached through the chains).
     std::vector<TRun> m_runs;
     std::vector<TPendingRest> m_pendingRests;
     std::size_t m_pendingRestCount{0};
