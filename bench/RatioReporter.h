@@ -1,10 +1,11 @@
 #pragma once
 // Shared by the benchmarks that print ratios against a peer measured in the same run: the
-// --ratio switch and a reporter that keeps each benchmark's time.
+// --ratio switch, a reporter that keeps each benchmark's time, and the memcpy floor.
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <map>
 #include <string>
@@ -39,6 +40,19 @@ inline bool TakeRatioFlag(int& argc, char** argv) {
             return true;
         }
     return false;
+}
+
+// The floor of an operation that moves every pixel: a memcpy of `count` pixels from `from` to
+// `to` (pass the buffers the operation itself works on, so that where the system placed them
+// does not enter the ratio).
+inline void MemcpyFloor(benchmark::State& state, const std::uint32_t* from, std::uint32_t* to,
+                        std::size_t count) {
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(from);
+        std::memcpy(to, from, count * sizeof(std::uint32_t));
+        benchmark::DoNotOptimize(to);
+        benchmark::ClobberMemory();
+    }
 }
 
 } // namespace qv::bench

@@ -17,7 +17,6 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <random>
 #include <string>
 #include <utility>
@@ -87,14 +86,8 @@ void Blit(benchmark::State& state, TPixels& pixels, std::uint32_t rop, bool hatc
 }
 
 void Memcpy(benchmark::State& state, TPixels& pixels) {
-    const std::uint32_t* from = pixels.source.Pixels().Row(0);
-    std::uint32_t* to = pixels.dest.Pixels().Row(0);
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(from);
-        std::memcpy(to, from, std::size_t{kWidth} * kHeight * sizeof(std::uint32_t));
-        benchmark::DoNotOptimize(to);
-        benchmark::ClobberMemory();
-    }
+    qv::bench::MemcpyFloor(state, pixels.source.Pixels().Row(0), pixels.dest.Pixels().Row(0),
+                           std::size_t{kWidth} * kHeight);
 }
 
 } // namespace

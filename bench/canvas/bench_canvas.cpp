@@ -690,14 +690,8 @@ void FloorMemset(benchmark::State& state, int width, int height) {
 
 void FloorBlockCopy(benchmark::State& state) {
     TBlockCopyPixels& pixels = BlockCopyPixels();
-    const std::uint32_t* from = pixels.source.Pixels().Row(0);
-    std::uint32_t* to = pixels.target.Pixels().Row(0);
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(from);
-        std::memcpy(to, from, std::size_t{TBands::Width} * TBands::Height * sizeof(std::uint32_t));
-        benchmark::DoNotOptimize(to);
-        benchmark::ClobberMemory();
-    }
+    qv::bench::MemcpyFloor(state, pixels.source.Pixels().Row(0), pixels.target.Pixels().Row(0),
+                           std::size_t{TBands::Width} * TBands::Height);
 }
 
 // ---- scenes and the ratio lines ---------------------------------------------------------
